@@ -1,0 +1,42 @@
+# Thin wrapper over CMake. Each target configures its own build folder under build/.
+JOBS ?= $(shell nproc)
+CMAKE_COMMON = -DNUVO_WERROR=ON
+
+.PHONY: all test sanitize bench fuzz format deps clean
+
+all:
+	cmake -S . -B build/release -DCMAKE_BUILD_TYPE=Release $(CMAKE_COMMON)
+	cmake --build build/release -j$(JOBS)
+
+# Release build with assertions kept, then every test.
+test: all
+	ctest --test-dir build/release --output-on-failure -j$(JOBS)
+
+# AddressSanitizer + UndefinedBehaviorSanitizer build, then every test.
+sanitize:
+	cmake -S . -B build/sanitize -DCMAKE_BUILD_TYPE=Sanitize $(CMAKE_COMMON)
+	cmake --build build/sanitize -j$(JOBS)
+	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+	  ctest --test-dir build/sanitize --output-on-failure -j$(JOBS)
+
+bench:
+	cmake -S . -B build/bench -DCMAKE_BUILD_TYPE=Release -DNUVO_ASSERTIONS=OFF \
+	  -DNUVO_BUILD_TESTS=OFF -DNUVO_BUILD_BENCH=ON
+	cmake --build build/bench -j$(JOBS)
+	build/bench/bench/nuvo_bench
+
+# libFuzzer targets, built with clang.
+fuzz:
+	CC=clang CXX=clang++ cmake -S . -B build/fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DNUVO_BUILD_TESTS=OFF -DNUVO_BUILD_FUZZ=ON -DBUILD_SHARED_LIBS=OFF
+	cmake --build build/fuzz -j$(JOBS)
+
+format:
+	git ls-files '*.c' '*.cpp' '*.h' '*.hpp' | xargs clang-format -i
+
+# Installs the Debian packages the build and the tests need (CI runs it first).
+deps:
+	cmake/install-deps.sh
+
+clean:
+	rm -rf build

@@ -1,0 +1,17 @@
+/* NUVOSim: multiple-point geostatistical simulation on regular 3D grids.
+ * The umbrella header: includes the header of every family. */
+#ifndef NUVOSIM_H
+#define NUVOSIM_H
+
+#include "nuvo_export.h"
+#include "nuvo_error.h"
+#include "nuvo_memory.h"
+#include "nuvo_text.h"
+#include "nuvo_compare.h"
+#include "nuvo_random.h"
+#include "nuvo_progress.h"
+#include "nuvo_grid.h"
+#include "nuvo_image.h"
+#include "nuvo_pointset.h"
+
+#endif /* NUVOSIM_H */

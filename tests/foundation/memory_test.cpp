@@ -1,0 +1,79 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+
+#include "nuvo_memory.h"
+
+namespace {
+
+TEST(Malloc, RejectsZeroCountOrSize) {
+  int err = 0;
+  EXPECT_EQ(NUVOMalloc(0, 8, &err), nullptr);
+  EXPECT_EQ(err, -3);
+  EXPECT_EQ(NUVOMalloc(4, 0, &err), nullptr);
+  EXPECT_EQ(err, -4);
+  EXPECT_EQ(NUVOMalloc(SIZE_MAX / 2, 4, &err), nullptr);
+  EXPECT_EQ(err, -1);
+}
+
+TEST(Realloc, KeepsTheBlockOnRefusalAndLeavesErrOnSuccess) {
+  int err = 0;
+  auto *p = static_cast<int *>(NUVOMalloc(2, sizeof(int), &err));
+  ASSERT_NE(p, nullptr);
+  p[0] = 11;
+  EXPECT_EQ(NUVORealloc(p, 0, 8, &err), p);
+  EXPECT_EQ(err, -5);
+  EXPECT_EQ(NUVORealloc(p, 2, 0, &err), p);
+  EXPECT_EQ(err, -6);
+  err = 123;
+  p = static_cast<int *>(NUVORealloc(p, 1000, sizeof(int), &err));
+  EXPECT_EQ(err, 123);
+  EXPECT_EQ(p[0], 11);
+  NUVOFree(p);
+  NUVOFree(nullptr);
+}
+
+TEST(Arrays, AreContiguousRowMajorBlocks) {
+  int err = 1;
+  auto **a2 = reinterpret_cast<int **>(NUVOMallocArray2D(3, 4, sizeof(int), &err));
+  ASSERT_EQ(err, 0);
+  for (int i = 0; i < 3; ++i)
+    for (int j = 0; j < 4; ++j) a2[i][j] = 10 * i + j;
+  EXPECT_EQ(a2[0][2 * 4 + 3], 23);
+  NUVOFreeArray2D(reinterpret_cast<void **>(a2));
+
+  auto ***a3 = reinterpret_cast<int ***>(NUVOMallocArray3D(2, 3, 4, sizeof(int), &err));
+  ASSERT_EQ(err, 0);
+  for (int i = 0; i < 2; ++i)
+    for (int j = 0; j < 3; ++j)
+      for (int k = 0; k < 4; ++k) a3[i][j][k] = 100 * i + 10 * j + k;
+  EXPECT_EQ(a3[0][0][(1 * 3 + 2) * 4 + 3], 123);
+  NUVOFreeArray3D(reinterpret_cast<void ***>(a3));
+
+  auto ****a4 = reinterpret_cast<double ****>(NUVOMallocArray4D(2, 2, 3, 5, sizeof(double), &err));
+  ASSERT_EQ(err, 0);
+  a4[1][1][2][4] = 7.5;
+  EXPECT_EQ(a4[0][0][0][2 * 2 * 3 * 5 - 1], 7.5);
+  NUVOFreeArray4D(reinterpret_cast<void ****>(a4));
+  NUVOFreeArray4D(nullptr);
+}
+
+TEST(Arrays, ReportTheirOwnCodes) {
+  int err = 0;
+  EXPECT_EQ(NUVOMallocArray2D(0, 4, 8, &err), nullptr);
+  EXPECT_EQ(err, -7);
+  EXPECT_EQ(NUVOMallocArray2D(3, 4, 0, &err), nullptr);
+  EXPECT_EQ(err, -8);
+  EXPECT_EQ(NUVOMallocArray3D(3, 0, 4, 8, &err), nullptr);
+  EXPECT_EQ(err, -9);
+  EXPECT_EQ(NUVOMallocArray3D(3, 2, 4, 0, &err), nullptr);
+  EXPECT_EQ(err, -10);
+  EXPECT_EQ(NUVOMallocArray4D(1, 1, 1, 0, 8, &err), nullptr);
+  EXPECT_EQ(err, -11);
+  EXPECT_EQ(NUVOMallocArray4D(1, 1, 1, 1, 0, &err), nullptr);
+  EXPECT_EQ(err, -12);
+  EXPECT_EQ(NUVOMallocArray2D(SIZE_MAX / 4, 8, 8, &err), nullptr);
+  EXPECT_EQ(err, -1);
+}
+
+}  // namespace
