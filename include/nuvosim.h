@@ -13,5 +13,8 @@
 #include "nuvo_grid.h"
 #include "nuvo_image.h"
 #include "nuvo_pointset.h"
+#include "nuvo_imagefile.h"
+#include "nuvo_searchneighborhood.h"
+#include "nuvo_simandpath.h"
 
 #endif /* NUVOSIM_H */
