@@ -23,10 +23,9 @@ inline constexpr int kAllocationFailed = -1;
   } while (0)
 
 // Forwards a non-zero result of `expr` from the enclosing function.
-#define NUVO_TRY(expr)                       \
-  do {                                       \
-    if (int nuvo_rc_ = (expr); nuvo_rc_ != 0) \
-      return nuvo_rc_;                       \
+#define NUVO_TRY(expr)                                         \
+  do {                                                         \
+    if (int nuvo_rc_ = (expr); nuvo_rc_ != 0) return nuvo_rc_; \
   } while (0)
 
 // Runs `body` (returning an int code) and turns an escaping exception into -1:

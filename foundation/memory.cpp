@@ -92,7 +92,9 @@ void *NUVORealloc(void *ptr, size_t n, size_t size, int *err) {
   return p;
 }
 
-void NUVOFree(void *ptr) { std::free(ptr); }
+void NUVOFree(void *ptr) {
+  std::free(ptr);
+}
 
 void **NUVOMallocArray2D(size_t dim1, size_t dim2, size_t size, int *err) {
   *err = 0;

@@ -36,7 +36,8 @@ constexpr std::array kErrors{
 };
 #undef NUVO_ERROR
 
-#define NUVO_WARNING(code, message) MessageRow{parseCode(#code), "WARNING " #code ": " message "\n"},
+#define NUVO_WARNING(code, message) \
+  MessageRow{parseCode(#code), "WARNING " #code ": " message "\n"},
 constexpr std::array kWarnings{
 #include "warnings.def"
 };
@@ -45,12 +46,14 @@ constexpr std::array kWarnings{
 #define NUVO_ERROR(code, message) &&isFiveDigits(#code)
 static_assert(true
 #include "messages.def"
-              , "every error code is written with five digits");
+              ,
+              "every error code is written with five digits");
 #undef NUVO_ERROR
 #define NUVO_WARNING(code, message) &&isFiveDigits(#code)
 static_assert(true
 #include "warnings.def"
-              , "every warning code is written with five digits");
+              ,
+              "every warning code is written with five digits");
 #undef NUVO_WARNING
 
 template <std::size_t N>
@@ -60,7 +63,8 @@ constexpr bool strictlyIncreasing(const std::array<MessageRow, N> &rows) {
   return true;
 }
 static_assert(strictlyIncreasing(kErrors), "messages.def must be sorted by code, without repeats");
-static_assert(strictlyIncreasing(kWarnings), "warnings.def must be sorted by code, without repeats");
+static_assert(strictlyIncreasing(kWarnings),
+              "warnings.def must be sorted by code, without repeats");
 
 template <std::size_t N>
 const char *lookup(const std::array<MessageRow, N> &rows, int code, const char *unknown) {

@@ -50,7 +50,9 @@ int reportProgress(nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
 
 extern "C" {
 
-void NUVOInitProgressMonitor(nuvo_progressMonitor *pm) { *pm = nuvo_progressMonitor{}; }
+void NUVOInitProgressMonitor(nuvo_progressMonitor *pm) {
+  *pm = nuvo_progressMonitor{};
+}
 
 int NUVOUpdateProgressMonitorStdout(nuvo_progressMonitor *pm) {
   return nuvo::printProgress(pm, nuvo::LineForm::PerRealization, "");

@@ -8,7 +8,9 @@ namespace {
 
 constexpr int kEndOfInput = -999;
 
-bool isBlank(int c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+bool isBlank(int c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
 
 // Skips the rest of a "//" comment; false at the end of the stream.
 bool skipLineComment(FILE *stream) {
@@ -69,6 +71,8 @@ void NUVOIntToString(int n, char *text, int width) {
   text[width] = '\0';
 }
 
-char NUVODigitToChar(int d) { return (d >= 0 && d <= 9) ? static_cast<char>('0' + d) : 'x'; }
+char NUVODigitToChar(int d) {
+  return (d >= 0 && d <= 9) ? static_cast<char>('0' + d) : 'x';
+}
 
 }  // extern "C"

@@ -2,10 +2,10 @@
 #ifndef NUVO_EXPORT_H
 #define NUVO_EXPORT_H
 
-#define NUVO_VERSION_MAJOR 0
-#define NUVO_VERSION_MINOR 1
-#define NUVO_VERSION_PATCH 0
-#define NUVO_VERSION_STRING "0.1.0"
+#define NUVO_VERSION_MAJOR 3
+#define NUVO_VERSION_MINOR 2
+#define NUVO_VERSION_STRING "3.2"
+#define NUVO_BUILD_TAG "TOLVE-KARNASHIRION-20210930"
 
 /* Everything not marked NUVO_API stays hidden in the shared library. */
 #if defined(NUVO_STATIC)

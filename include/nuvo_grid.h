@@ -14,11 +14,11 @@
 NUVO_EXTERN_C_BEGIN
 
 typedef struct {
-  int nx, ny, nz;       /**< node counts */
-  double sx, sy, sz;    /**< cell sizes */
-  double ox, oy, oz;    /**< corner of the grid */
-  int nxy;              /**< nx*ny, kept in step with the counts */
-  int nxyz;             /**< nx*ny*nz, kept in step with the counts */
+  int nx, ny, nz;    /**< node counts */
+  double sx, sy, sz; /**< cell sizes */
+  double ox, oy, oz; /**< corner of the grid */
+  int nxy;           /**< nx*ny, kept in step with the counts */
+  int nxyz;          /**< nx*ny*nz, kept in step with the counts */
 } nuvo_grid;
 
 /** Sets every field to zero. */

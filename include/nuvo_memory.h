@@ -40,8 +40,8 @@ NUVO_API void NUVOFreeArray3D(void ***p);
 
 /** As NUVOMallocArray2D with four levels over one data block;
  *  err: -11 zero dimension, -12 zero size, -3, -1. */
-NUVO_API void ****NUVOMallocArray4D(size_t dim1, size_t dim2, size_t dim3, size_t dim4,
-                                    size_t size, int *err);
+NUVO_API void ****NUVOMallocArray4D(size_t dim1, size_t dim2, size_t dim3, size_t dim4, size_t size,
+                                    int *err);
 /** Releases a 4D array; NULL is accepted. */
 NUVO_API void NUVOFreeArray4D(void ****p);
 

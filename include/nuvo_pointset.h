@@ -17,13 +17,13 @@
 NUVO_EXTERN_C_BEGIN
 
 typedef struct {
-  int npoint;      /**< number of points */
-  double *x;       /**< npoint x coordinates */
-  double *y;       /**< npoint y coordinates */
-  double *z;       /**< npoint z coordinates */
-  int nvar;        /**< variables besides the coordinates (1 to 100 when valid) */
-  char **varName;  /**< nvar names of at most 127 characters */
-  double *val;     /**< nvar*npoint values, variable after variable */
+  int npoint;     /**< number of points */
+  double *x;      /**< npoint x coordinates */
+  double *y;      /**< npoint y coordinates */
+  double *z;      /**< npoint z coordinates */
+  int nvar;       /**< variables besides the coordinates (1 to 100 when valid) */
+  char **varName; /**< nvar names of at most 127 characters */
+  double *val;    /**< nvar*npoint values, variable after variable */
 } nuvo_pointSet;
 
 /** Sets every field to zero or null. */

@@ -16,13 +16,13 @@ NUVO_EXTERN_C_BEGIN
 #define NUVO_RAND_TABLE_SIZE 101
 
 typedef struct {
-  double u;                            /**< secondary sequence, in (0, 1) */
-  double step;                         /**< 2^-25 */
-  double twoM;                         /**< 2M */
-  double fourM;                        /**< 4M */
-  double table[NUVO_RAND_TABLE_SIZE];  /**< last 101 values of the main sequence */
-  int needsSeed;                       /**< 1: the next draw seeds the context */
-  int index;                           /**< position of the next value to replace */
+  double u;                           /**< secondary sequence, in (0, 1) */
+  double step;                        /**< 2^-25 */
+  double twoM;                        /**< 2M */
+  double fourM;                       /**< 4M */
+  double table[NUVO_RAND_TABLE_SIZE]; /**< last 101 values of the main sequence */
+  int needsSeed;                      /**< 1: the next draw seeds the context */
+  int index;                          /**< position of the next value to replace */
 } nuvo_randContext;
 
 /** Zeroes the context and marks it as needing a seed. */

@@ -40,22 +40,22 @@ typedef enum {
 } nuvo_searchNeighborhoodRotation;
 
 typedef struct {
-  int radiusMode;              /**< nuvo_searchNeighborhoodRadiusMode */
-  double rx, ry, rz;           /**< search radii, in nodes */
-  int anisotropyRatioMode;     /**< nuvo_searchNeighborhoodAnisotropyRatioMode */
-  double ax, ay, az;           /**< anisotropy ratios (inverse distance unit) */
-  signed char rotationFlag;    /**< SEARCHNEIGHBORHOOD_ROTATION_ON or _OFF */
+  int radiusMode;                /**< nuvo_searchNeighborhoodRadiusMode */
+  double rx, ry, rz;             /**< search radii, in nodes */
+  int anisotropyRatioMode;       /**< nuvo_searchNeighborhoodAnisotropyRatioMode */
+  double ax, ay, az;             /**< anisotropy ratios (inverse distance unit) */
+  signed char rotationFlag;      /**< SEARCHNEIGHBORHOOD_ROTATION_ON or _OFF */
   double angle1, angle2, angle3; /**< azimuth, dip, plunge, in degrees */
-  double power;                /**< power applied to the distance to weigh each node */
+  double power;                  /**< power applied to the distance to weigh each node */
 } nuvo_searchNeighborhoodParameters;
 
 typedef struct {
-  int size;                   /**< number of nodes, the central node included */
-  int *ix, *iy, *iz;          /**< offsets relative to the central node, in cells */
-  double *distance;           /**< anisotropic distance to the central node, non-decreasing */
-  double *weight;             /**< weight of each node in the distance between data events */
-  int ixMin, iyMin, izMin;    /**< bounding box of the offsets (min <= 0) */
-  int ixMax, iyMax, izMax;    /**< bounding box of the offsets (max >= 0) */
+  int size;                /**< number of nodes, the central node included */
+  int *ix, *iy, *iz;       /**< offsets relative to the central node, in cells */
+  double *distance;        /**< anisotropic distance to the central node, non-decreasing */
+  double *weight;          /**< weight of each node in the distance between data events */
+  int ixMin, iyMin, izMin; /**< bounding box of the offsets (min <= 0) */
+  int ixMax, iyMax, izMax; /**< bounding box of the offsets (max >= 0) */
 } nuvo_searchNeighborhood;
 
 /* ---- nuvo_searchNeighborhoodParameters ---- */
@@ -97,8 +97,8 @@ NUVO_API int NUVOPrintSearchNeighborhood(const nuvo_searchNeighborhood *sn, cons
 NUVO_API int NUVOBuildSearchNeighborhood(const nuvo_searchNeighborhoodParameters *p,
                                          nuvo_searchNeighborhood *sn, nuvo_randContext *ctx);
 /** Approximate half-extents of the ellipsoid along x, y, z, in cells. Returns 0. */
-NUVO_API int NUVOSearchNeighborhoodApproxBound(const nuvo_searchNeighborhoodParameters *p,
-                                               int *bx, int *by, int *bz);
+NUVO_API int NUVOSearchNeighborhoodApproxBound(const nuvo_searchNeighborhoodParameters *p, int *bx,
+                                               int *by, int *bz);
 
 NUVO_EXTERN_C_END
 

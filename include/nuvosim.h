@@ -3,18 +3,19 @@
 #ifndef NUVOSIM_H
 #define NUVOSIM_H
 
-#include "nuvo_export.h"
-#include "nuvo_error.h"
-#include "nuvo_memory.h"
-#include "nuvo_text.h"
 #include "nuvo_compare.h"
-#include "nuvo_random.h"
-#include "nuvo_progress.h"
+#include "nuvo_error.h"
+#include "nuvo_export.h"
 #include "nuvo_grid.h"
 #include "nuvo_image.h"
-#include "nuvo_pointset.h"
 #include "nuvo_imagefile.h"
+#include "nuvo_memory.h"
+#include "nuvo_pointset.h"
+#include "nuvo_progress.h"
+#include "nuvo_random.h"
 #include "nuvo_searchneighborhood.h"
 #include "nuvo_simandpath.h"
+#include "nuvo_text.h"
+#include "nuvo_version.h"
 
 #endif /* NUVOSIM_H */

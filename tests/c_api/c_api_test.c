@@ -6,6 +6,33 @@
 
 _Static_assert(sizeof(int) == 4, "the interface assumes 32-bit int");
 
+/* The numbering of the enumerations is part of the interface (files store it). */
+_Static_assert(SIM_ONE_BY_ONE == 0 && SIM_VARIABLE_VECTOR == 1, "simType");
+_Static_assert(PATH_RANDOM == 0 && PATH_RANDOM_HD_DISTANCE_PDF == 1 &&
+                   PATH_RANDOM_HD_DISTANCE_SORT == 2 && PATH_RANDOM_HD_DISTANCE_SUM_PDF == 3 &&
+                   PATH_RANDOM_HD_DISTANCE_SUM_SORT == 4 && PATH_UNILATERAL == 5,
+               "pathType");
+_Static_assert(SEARCHNEIGHBORHOOD_RADIUS_LARGE_DEFAULT == 0 &&
+                   SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_DEFAULT == 1 &&
+                   SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE == 2 &&
+                   SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_XY == 3 &&
+                   SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_XZ == 4 &&
+                   SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_YZ == 5 &&
+                   SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_XYZ == 6 &&
+                   SEARCHNEIGHBORHOOD_RADIUS_MANUAL == 7,
+               "radiusMode");
+_Static_assert(SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_ONE == 0 &&
+                   SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS == 1 &&
+                   SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XY == 2 &&
+                   SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XZ == 3 &&
+                   SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_YZ == 4 &&
+                   SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XYZ == 5 &&
+                   SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_MANUAL == 6,
+               "anisotropyRatioMode");
+_Static_assert(NUVO_IMAGE_FORMAT_GSLIB == 0 && NUVO_IMAGE_FORMAT_VTK == 1 &&
+                   NUVO_IMAGE_FORMAT_PGM == 2 && NUVO_IMAGE_FORMAT_PPM == 3,
+               "image format keys");
+
 static int failures = 0;
 
 static void check(int ok, const char *what) {
