@@ -15,6 +15,7 @@
 #include "nuvo_random.h"
 #include "nuvo_searchneighborhood.h"
 #include "nuvo_simandpath.h"
+#include "nuvo_synthetic.h"
 #include "nuvo_text.h"
 #include "nuvo_version.h"
 

@@ -9,5 +9,5 @@ int main() {
   NUVOInitImage(&image);
   NUVOFreeImage(&image);
   return std::strcmp(NUVOGetErrorMessage(1), "ERROR 00001: memory allocation (malloc)\n") == 0 ? 0
-                                                                                              : 1;
+                                                                                               : 1;
 }
