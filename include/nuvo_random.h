@@ -25,31 +25,55 @@ typedef struct {
   int index;                          /**< position of the next value to replace */
 } nuvo_randContext;
 
-/** Zeroes the context and marks it as needing a seed. */
+/** Sets every field of ctx to zero and marks it as needing a seed, so that its
+ *  first draw seeds it. The caller owns ctx. */
 NUVO_API void NUVOInitRandContext(nuvo_randContext *ctx);
 
-/** A double in (0, 1 + 1e-17). A non-zero seed, or a context never seeded,
- *  (re)seeds the context first; seeds s and -s give the same sequence. Draw with
- *  seed 0 after seeding once. */
+/** Draws the next value of ctx, a double in (0, 1): strictly positive and below 1.
+ *  A non-zero seed, or a context never seeded, first (re)seeds the context with
+ *  seed (seeds s and -s give the same sequence; every 32-bit value is valid).
+ *  Seed once with the user's seed, then draw with seed 0. */
 NUVO_API double NUVODoubleRand(int seed, nuvo_randContext *ctx);
 
-/** NUVODoubleRand(seed, ctx) * n truncated toward zero: an integer in [0, n-1]. */
+/** NUVODoubleRand(seed, ctx) * n truncated toward zero: for n >= 1 an integer in
+ *  [0, n-1]. */
 NUVO_API int NUVOIntRand(int seed, int n, nuvo_randContext *ctx);
 
-/** Draws an index from the n probabilities of pdf: the first k whose running sum
- *  exceeds one uniform draw, or n-1 when none does. Returns 0. */
+/** Draws an index from the n >= 1 probabilities of pdf: with r one draw of ctx,
+ *  *index is the first k < n-1 for which pdf[0] + ... + pdf[k] > r, else n-1 (the
+ *  last entry takes whatever mass is left). Returns 0. */
 NUVO_API int NUVODrawIndexFromPdf(int n, const double *pdf, int *index, nuvo_randContext *ctx);
 
-/** Shuffles list in place (Fisher-Yates from the end). Returns 0. */
+/** Shuffles the n entries of list in place, Fisher-Yates from the end: for i from
+ *  n-1 down to 1, swaps entries i and j = floor(draw * (i+1)). Lists shorter than
+ *  two entries are left unchanged and draw nothing. Returns 0. */
 NUVO_API int NUVORandomizeListOfInt(int n, int *list, nuvo_randContext *ctx);
 
-/** Weighted shuffle in place: position k (0 to n-2) receives an entry drawn with
- *  probability proportional to its weight among the entries not yet placed.
- *  cumWeight holds n+1 cumulative weights (cumWeight[0] = 0) and is modified.
- *  The draw is scaled by the initial total weight throughout, so a draw beyond
- *  what remains lands on the last position: this favours the entry currently
- *  last, and it fixes the permutation produced by a seed. Runs in O(n log n).
- *  Returns 0, or -1 when scratch memory cannot be allocated. */
+/** Weighted shuffle in place: position k (0 to n-2) receives an entry drawn by
+ *  weight among the entries at positions k to n-1.
+ *
+ *  cumWeight holds n+1 non-decreasing cumulative weights, cumWeight[0] = 0 and
+ *  cumWeight[i+1] - cumWeight[i] the (non-negative) weight of list[i]. Each step
+ *  draws x = draw * T, where T = cumWeight[n] is the initial total and is never
+ *  reduced, and places the entry at the last position whose cumulative weight
+ *  (over the entries not yet placed) does not exceed x. A draw beyond what remains
+ *  therefore lands on the last position: the entry currently last is favoured.
+ *  This is intended, and it fixes the permutation a seed produces.
+ *
+ *  The permutation is the one of the step-by-step form, which updates every
+ *  cumulative weight by subtraction after each step (O(n^2)), obtained here in
+ *  O(n log n) with a tree of the weights. The two agree exactly whenever the sums of weights
+ * involved are exact in double (for instance integer weights, or multiples of a common power of
+ * two, totalling less than 2^53 such units). Otherwise the two ways of summing may round
+ * differently, and a draw within rounding error of a cumulative weight may pick a neighbour of the
+ * entry the step-by-step form would pick.
+ *
+ *  On return cumWeight[0] ... cumWeight[n-1] are 0 and cumWeight[n] is the weight
+ *  of the entry placed last, the state the step-by-step form ends in (its
+ *  cumWeight[n] reaches that weight by repeated subtraction, so up to rounding
+ *  when sums are not exact). Lists shorter than two entries are left unchanged
+ *  and draw nothing. Returns 0, or -1 when scratch memory cannot be allocated
+ *  (then nothing is changed and nothing is drawn). */
 NUVO_API int NUVORandomizeWeightedListOfInt(int n, int *list, double *cumWeight,
                                             nuvo_randContext *ctx);
 

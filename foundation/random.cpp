@@ -1,0 +1,208 @@
+// The library's random number generator and the draws built on it.
+//
+// Main sequence: x(n) = (-x(n-64) - 5 x(n-101)) mod M over a ring of 101 doubles
+// holding integers below M, so every operation on them is exact in double. Each
+// value is combined with an additive sequence u = frac(37 u + 2^-25) on a grid of
+// 2^-25, also exact. The table is filled by Wichmann-Hill from the seed.
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "foundation/check.hpp"
+#include "nuvo_random.h"
+
+namespace nuvo {
+namespace {
+
+constexpr double kModulus = 1000009711.0;
+constexpr double kStep = 0x1p-25;
+constexpr int kLag = 64;
+constexpr int kDiscardedSeedDraws = 10;
+
+// The seeding generator (Wichmann-Hill). Its state is kept in 64 bits so that the
+// starting values derived from any 32-bit seed, |INT_MIN| + 1 included, and their
+// first products never overflow; after one draw they are below 30323.
+class WichmannHill {
+ public:
+  explicit WichmannHill(int seed) {
+    const std::int64_t start = std::abs(static_cast<std::int64_t>(seed)) + 1;
+    a_ = start;
+    c_ = 2 * start + 1;
+    b_ = 3 * start + 1;
+  }
+
+  double next() {
+    a_ = 171 * a_ % 30269;
+    c_ = 172 * c_ % 30307;
+    b_ = 170 * b_ % 30323;
+    const double sum = static_cast<double>(a_) / 30269.0 + static_cast<double>(c_) / 30307.0 +
+                       static_cast<double>(b_) / 30323.0;
+    return sum - std::floor(sum);
+  }
+
+ private:
+  std::int64_t a_;
+  std::int64_t c_;
+  std::int64_t b_;
+};
+
+void seedContext(int seed, nuvo_randContext *ctx) {
+  WichmannHill wh(seed);
+  for (int i = 0; i < kDiscardedSeedDraws; ++i) wh.next();
+  for (double &value : ctx->table) value = std::floor(wh.next() * kModulus);
+  ctx->u = std::floor(wh.next() * 0x1p25) * kStep;
+  ctx->step = kStep;
+  ctx->twoM = 2.0 * kModulus;
+  ctx->fourM = 4.0 * kModulus;
+  ctx->index = 0;
+  ctx->needsSeed = 0;
+}
+
+// Next value of the main sequence, an integer in [0, M) stored as a double.
+double nextTableValue(nuvo_randContext *ctx) {
+  const int i = ctx->index;
+  const int j = (i + NUVO_RAND_TABLE_SIZE - kLag) % NUVO_RAND_TABLE_SIZE;
+  const double t = ctx->table[i];
+  // 4M - x(n-64) - 5 x(n-101), in (-2M, 4M].
+  double x = ctx->fourM - ctx->table[j] - 2.0 * t - 2.0 * t - t;
+  if (x <= 0.0) {
+    if (x < -kModulus) x += ctx->twoM;
+    if (x < 0.0) x += kModulus;
+  } else {
+    if (x >= ctx->twoM) x -= ctx->twoM;
+    while (x >= kModulus) x -= kModulus;
+  }
+  ctx->table[i] = x;
+  ctx->index = (i + 1 == NUVO_RAND_TABLE_SIZE) ? 0 : i + 1;
+  return x;
+}
+
+void advanceSecondary(nuvo_randContext *ctx) {
+  do {
+    const double v = 37.0 * ctx->u + ctx->step;
+    ctx->u = v - std::floor(v);
+  } while (ctx->u == 0.0);
+}
+
+// Fenwick tree of the weights by list position, for the weighted shuffle. Placed
+// positions hold weight 0, so the prefix sum up to a position equals the
+// cumulative weight of the unplaced entries before it.
+class WeightTree {
+  static std::size_t lowBit(std::size_t i) { return i & (~i + 1); }
+
+ public:
+  explicit WeightTree(const std::vector<double> &weights) : tree_(weights.size() + 1, 0.0) {
+    const std::size_t n = weights.size();
+    for (std::size_t i = 1; i <= n; ++i) {
+      tree_[i] += weights[i - 1];
+      const std::size_t parent = i + lowBit(i);
+      if (parent <= n) tree_[parent] += tree_[i];
+    }
+    highBit_ = 1;
+    while (highBit_ * 2 <= n) highBit_ *= 2;
+  }
+
+  void add(std::size_t position, double delta) {
+    for (std::size_t i = position + 1; i < tree_.size(); i += lowBit(i)) tree_[i] += delta;
+  }
+
+  // The largest p in [0, n] whose prefix sum (weights of positions 0 ... p-1)
+  // does not exceed x. A bisection over non-decreasing cumulative weights lands
+  // on the same position, except that it never goes past n-1.
+  std::size_t lastPrefixNotAbove(double x) const {
+    std::size_t p = 0;
+    double prefix = 0.0;
+    for (std::size_t bit = highBit_; bit != 0; bit /= 2) {
+      const std::size_t next = p + bit;
+      if (next < tree_.size() && prefix + tree_[next] <= x) {
+        p = next;
+        prefix += tree_[next];
+      }
+    }
+    return p;
+  }
+
+ private:
+  std::vector<double> tree_;
+  std::size_t highBit_;
+};
+
+int weightedShuffle(int n, int *list, double *cumWeight, nuvo_randContext *ctx) {
+  const std::size_t size = static_cast<std::size_t>(n);
+  std::vector<double> weight(size);
+  for (std::size_t i = 0; i < size; ++i) weight[i] = cumWeight[i + 1] - cumWeight[i];
+  WeightTree tree(weight);
+  const double total = cumWeight[size];
+  for (std::size_t k = 0; k + 1 < size; ++k) {
+    const double x = NUVODoubleRand(0, ctx) * total;
+    // A draw beyond the remaining weight falls on the last position. The lower
+    // bound only matters when rounding leaves placed positions not quite empty.
+    const std::size_t j = std::clamp(tree.lastPrefixNotAbove(x), k, size - 1);
+    std::swap(list[k], list[j]);
+    // The entry that was at k moves to j; position k is placed and leaves the tree.
+    if (j != k) tree.add(j, weight[k] - weight[j]);
+    tree.add(k, -weight[k]);
+    weight[j] = weight[k];
+    weight[k] = 0.0;
+  }
+  // The state the step-by-step update of the cumulative weights ends in.
+  std::fill(cumWeight, cumWeight + size, 0.0);
+  cumWeight[size] = weight[size - 1];
+  return 0;
+}
+
+}  // namespace
+}  // namespace nuvo
+
+extern "C" {
+
+void NUVOInitRandContext(nuvo_randContext *ctx) {
+  std::memset(ctx, 0, sizeof(*ctx));
+  ctx->needsSeed = 1;
+}
+
+double NUVODoubleRand(int seed, nuvo_randContext *ctx) {
+  if (seed != 0 || ctx->needsSeed) nuvo::seedContext(seed, ctx);
+  const double x = nuvo::nextTableValue(ctx);
+  nuvo::advanceSecondary(ctx);
+  double r = x / nuvo::kModulus + ctx->u;
+  if (r >= 1.0) r -= 1.0;
+  return r + 1e-17;
+}
+
+int NUVOIntRand(int seed, int n, nuvo_randContext *ctx) {
+  return static_cast<int>(NUVODoubleRand(seed, ctx) * n);
+}
+
+int NUVODrawIndexFromPdf(int n, const double *pdf, int *index, nuvo_randContext *ctx) {
+  const double r = NUVODoubleRand(0, ctx);
+  double sum = 0.0;
+  for (int k = 0; k < n - 1; ++k) {
+    sum += pdf[k];
+    if (sum > r) {
+      *index = k;
+      return 0;
+    }
+  }
+  *index = n - 1;
+  return 0;
+}
+
+int NUVORandomizeListOfInt(int n, int *list, nuvo_randContext *ctx) {
+  for (int i = n - 1; i >= 1; --i) {
+    const int j = static_cast<int>(NUVODoubleRand(0, ctx) * (i + 1));
+    std::swap(list[i], list[j]);
+  }
+  return 0;
+}
+
+int NUVORandomizeWeightedListOfInt(int n, int *list, double *cumWeight, nuvo_randContext *ctx) {
+  if (n < 2) return 0;
+  return nuvo::guardedCall([&] { return nuvo::weightedShuffle(n, list, cumWeight, ctx); });
+}
+
+}  // extern "C"
