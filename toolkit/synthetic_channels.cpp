@@ -69,11 +69,9 @@ long long paint(nuvo_image *image, const Channel &c, double width, double thickn
 }  // namespace nuvo::synthetic
 
 extern "C" int NUVOGenerateChannelImage(nuvo_image *image, int nx, int ny, int nz,
-                                        double channelProportion, double channelWidth,
-                                        int seed) {
+                                        double channelProportion, double channelWidth, int seed) {
   using namespace nuvo::synthetic;
-  if (!(channelProportion > 0.0 && channelProportion < 1.0) || !(channelWidth >= 1.0))
-    return -4301;
+  if (!(channelProportion > 0.0 && channelProportion < 1.0) || !(channelWidth >= 1.0)) return -4301;
   if (int rc = makeSingleVariableImage(image, nx, ny, nz, "facies", 0.0); rc != 0) return rc;
   const double thickness = std::max(1.0, channelWidth / 3.0);
   const long long target = std::llround(channelProportion * image->grid->nxyz);

@@ -13,8 +13,8 @@ int makeSingleVariableImage(nuvo_image *image, int nx, int ny, int nz, const cha
   if (nxyz > 2147483647LL) return kBadSize;
   NUVOFreeImage(image);
   if (int rc = NUVOMallocImage(image, static_cast<int>(nxyz), 1); rc != 0) return rc;
-  *image->grid = nuvo_grid{nx, ny, nz, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0, static_cast<int>(nxy),
-                           static_cast<int>(nxyz)};
+  *image->grid = nuvo_grid{
+      nx, ny, nz, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0, static_cast<int>(nxy), static_cast<int>(nxyz)};
   image->nvar = 1;
   image->nxyzv = static_cast<int>(nxyz);
   std::strncpy(image->varName[0], name, 127);

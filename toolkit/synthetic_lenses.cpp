@@ -1,8 +1,8 @@
 // Flattened lenses of two facies in a background.
 //
 // Lenses are axis-aligned ellipsoids, long along x, narrower along y and thin
-// along z (a tenth of the grid's height or so). Sand lenses (facies 1) are placed first until they cover their target
-// share of the grid, then shale lenses (facies 2), which may cut through sand.
+// along z (a tenth of the grid's height or so). Sand lenses (facies 1) are placed first until they
+// cover their target share of the grid, then shale lenses (facies 2), which may cut through sand.
 #include <algorithm>
 #include <cmath>
 
@@ -62,8 +62,9 @@ extern "C" int NUVOGenerateLensImage(nuvo_image *image, int nx, int ny, int nz, 
     long long painted = 0;
     for (int attempt = 0; painted < target && attempt < 100000; ++attempt) {
       const double semiX = std::max(1.0, draws.uniform(0.6, 1.4) * f.length * nx);
-      const double semiAxis[3] = {semiX, std::max(1.0, draws.uniform(0.4, 0.8) * semiX),
-                                  std::max(1.0, draws.uniform(0.08, 0.16) * nz * semiX / (f.length * nx))};
+      const double semiAxis[3] = {
+          semiX, std::max(1.0, draws.uniform(0.4, 0.8) * semiX),
+          std::max(1.0, draws.uniform(0.08, 0.16) * nz * semiX / (f.length * nx))};
       const double centre[3] = {draws.uniform(0.0, nx), draws.uniform(0.0, ny),
                                 draws.uniform(0.0, nz)};
       painted += paintLens(image, f.value, centre, semiAxis);

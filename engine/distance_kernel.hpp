@@ -1,0 +1,164 @@
+// The error of a candidate location: the hot loop of the whole simulation.
+//
+// For each variable v, with data-event values a_i and training-image values b_i at
+// the candidate plus the node offsets, the normalised distance c_v is divided by
+// the variable's threshold t_v, and the candidate error is the sum over the
+// variables of max(0, c_v - 1): 0 when every variable is within its threshold.
+//
+//   type 0 (categorical)  c = sum_i w_i [a_i != b_i] / t
+//   type 1 (L1)           c = sum_i w_i |d_i| / t
+//   type 2 (L2)           c = sqrt(sum_i w_i d_i^2) / t
+//   type 3 (Lp)           c = (sum_i w_i |d_i|^p)^(1/p) / t
+//   type 4 (L-infinity)   c = max_i |d_i| / t        (weights do not apply)
+//
+// with w_i = 1/n (uniform weights) or the normalised neighbourhood weights, and
+// d_i = a_i - b_i, or with relative distance (a_i - mean a) - (b_i - mean b).
+//
+// The running error is checked after every node and the candidate is abandoned as
+// soon as it must end above the best error so far. For types 2 and 3 the check is
+// made on the inner sum against a bound computed once per variable, so no root or
+// power is taken per node; the bound carries a relative margin of 1e-12 so that
+// abandoning never rejects a candidate the exact formula would keep, and the
+// error of a surviving candidate is always computed by the formula itself.
+//
+// A training-image node holding the missing value needs no special case: for
+// types 1 to 4 its huge difference abandons the candidate at once, for type 0 it
+// counts as a mismatch.
+//
+// Kernels are templates on the distance type, the weight mode and the relative
+// flag; the caller picks one per variable and data event (variableKernel), never
+// per candidate or per node.
+#pragma once
+
+#include <cmath>
+#include <limits>
+
+namespace nuvo {
+
+// Error of a node without any valid candidate, and start of every best error.
+inline constexpr double kNoMatchError = 1e25;
+// What a kernel returns for an abandoned candidate: above any best error.
+inline constexpr double kAbandoned = std::numeric_limits<double>::infinity();
+
+// The data event of one variable at one node, prepared once before the scan.
+struct VariableEvent {
+  int count = 0;                   // n_v nodes
+  const int *offset = nullptr;     // linear offsets of the nodes in the training image
+  const double *value = nullptr;   // a_i, minus their mean with relative distance
+  const double *weight = nullptr;  // w_i (non-uniform weights; they sum to 1)
+  double uniformWeight = 0.0;      // 1/n_v (uniform weights)
+  double invThreshold = 0.0;       // 1/t_v
+  double power = 1.0;              // p of the Lp distance
+  double invPower = 1.0;           // 1/p
+  const double *ti = nullptr;      // the variable's values in the training image
+};
+
+// Adds variable v's part to the running error `e` of a candidate at training-image
+// node `node`; returns the new running error, or kAbandoned when the candidate
+// must end above `best`.
+using VariableKernel = double (*)(const VariableEvent &ev, int node, double e, double best);
+
+namespace kernel {
+
+template <bool Uniform>
+inline double weightOf(const VariableEvent &ev, int i) {
+  if constexpr (Uniform)
+    return ev.uniformWeight;
+  else
+    return ev.weight[i];
+}
+
+template <bool Relative>
+inline double centreOf(const VariableEvent &ev, int node) {
+  if constexpr (!Relative) {
+    return 0.0;
+  } else {
+    double sum = 0.0;
+    for (int i = 0; i < ev.count; ++i) sum += ev.ti[node + ev.offset[i]];
+    return sum / ev.count;
+  }
+}
+
+// Types 0 and 1: the running error itself grows node by node.
+template <int Type, bool Uniform, bool Relative>
+double additive(const VariableEvent &ev, int node, double e, double best) {
+  const double centre = centreOf<Relative>(ev, node);
+  double d = e - 1.0;
+  for (int i = 0; i < ev.count; ++i) {
+    const double b = ev.ti[node + ev.offset[i]] - centre;
+    double term;
+    if constexpr (Type == 0)
+      term = ev.value[i] != b ? 1.0 : 0.0;
+    else
+      term = std::fabs(ev.value[i] - b);
+    d += weightOf<Uniform>(ev, i) * ev.invThreshold * term;
+    if (d > best) return kAbandoned;
+  }
+  return d > e ? d : e;
+}
+
+// Types 2 and 3: the inner sum S grows node by node; c = (S)^(1/p) / t.
+template <int Type, bool Uniform, bool Relative>
+double powered(const VariableEvent &ev, int node, double e, double best) {
+  const double room = best + 1.0 - e;  // the candidate survives while c <= room
+  if (room < 0.0) return kAbandoned;
+  const double scaled = room / ev.invThreshold;
+  const double limit =
+      (Type == 2 ? scaled * scaled : std::pow(scaled, ev.power)) * (1.0 + 1e-12);
+  const double centre = centreOf<Relative>(ev, node);
+  double sum = 0.0;
+  for (int i = 0; i < ev.count; ++i) {
+    const double diff = std::fabs(ev.value[i] - (ev.ti[node + ev.offset[i]] - centre));
+    sum += weightOf<Uniform>(ev, i) * (Type == 2 ? diff * diff : std::pow(diff, ev.power));
+    if (sum > limit) return kAbandoned;
+  }
+  const double c =
+      (Type == 2 ? std::sqrt(sum) : std::pow(sum, ev.invPower)) * ev.invThreshold;
+  const double d = e - 1.0 + c;
+  return d > e ? d : e;
+}
+
+// Type 4: the largest difference.
+template <bool Relative>
+double largest(const VariableEvent &ev, int node, double e, double best) {
+  const double centre = centreOf<Relative>(ev, node);
+  double d = e - 1.0;
+  for (int i = 0; i < ev.count; ++i) {
+    const double c =
+        std::fabs(ev.value[i] - (ev.ti[node + ev.offset[i]] - centre)) * ev.invThreshold;
+    if (e - 1.0 + c > d) {
+      d = e - 1.0 + c;
+      if (d > best) return kAbandoned;
+    }
+  }
+  return d > e ? d : e;
+}
+
+template <bool Uniform, bool Relative>
+VariableKernel pick(int distanceType) {
+  switch (distanceType) {
+    case 0:
+      return additive<0, Uniform, Relative>;
+    case 1:
+      return additive<1, Uniform, Relative>;
+    case 2:
+      return powered<2, Uniform, Relative>;
+    case 3:
+      return powered<3, Uniform, Relative>;
+    default:
+      return largest<Relative>;
+  }
+}
+
+}  // namespace kernel
+
+// The kernel of a variable: chosen once per data event, called per candidate.
+inline VariableKernel variableKernel(int distanceType, bool uniformWeights, bool relative) {
+  if (uniformWeights)
+    return relative ? kernel::pick<true, true>(distanceType)
+                    : kernel::pick<true, false>(distanceType);
+  return relative ? kernel::pick<false, true>(distanceType)
+                  : kernel::pick<false, false>(distanceType);
+}
+
+}  // namespace nuvo

@@ -1,0 +1,66 @@
+// The scan of one training image for one data event.
+//
+// Visits nscan candidate positions in the order of a ScanWalker, skips the
+// candidates whose own simulated value is missing in the training image, and
+// keeps the first candidate with the smallest error: an equal error never
+// replaces an earlier one, and an error of 0 ends the scan at once.
+#pragma once
+
+#include <array>
+
+#include "engine/distance_kernel.hpp"
+#include "engine/scan_window.hpp"
+#include "nuvo_image.h"
+
+namespace nuvo {
+
+inline constexpr int kMaxEventVariables = 100;
+
+// The data event of every variable at one node with the kernel chosen for each.
+struct DataEvent {
+  int nvar = 0;
+  std::array<VariableKernel, kMaxEventVariables> kernel{};
+  std::array<VariableEvent, kMaxEventVariables> event{};
+
+  // Error of the candidate at training-image node `node`, or kAbandoned when it
+  // must end above `best`. Variables are taken in increasing index.
+  double errorAt(int node, double best) const {
+    double e = 0.0;
+    for (int v = 0; v < nvar; ++v) {
+      e = kernel[v](event[v], node, e, best);
+      if (e > best) return kAbandoned;
+    }
+    return e;
+  }
+};
+
+struct ScanResult {
+  int tiNode = -1;              // best candidate's node in the training image, -1 if none
+  double error = kNoMatchError;  // its error
+  int iterations = 0;           // positions visited
+};
+
+// `usable(node)` tells whether the candidate's own value(s) to simulate are
+// informed in the training image.
+template <typename Usable>
+ScanResult scanTrainingImage(ScanWalker walker, int nscan, const DataEvent &event,
+                             Usable &&usable) {
+  ScanResult result;
+  for (int j = 0; j < nscan; ++j, walker.advance()) {
+    const int node = walker.tiNode();
+    if (!usable(node)) continue;
+    const double e = event.errorAt(node, result.error);
+    if (e < result.error) {
+      result.error = e;
+      result.tiNode = node;
+      if (e == 0.0) {
+        result.iterations = j + 1;
+        return result;
+      }
+    }
+  }
+  result.iterations = nscan;
+  return result;
+}
+
+}  // namespace nuvo

@@ -1,0 +1,79 @@
+// Where and in which order a training image is scanned for one data event.
+//
+// The candidate centres are the training-image nodes at which every node of the
+// data event (and the centre itself) falls inside the image: a box of
+// nx x ny x nz nodes, N positions numbered x fastest. The scan visits
+// s, s + stride, s + 2 stride, ... (mod N) from a random start s with a random
+// prime stride coprime with N, so the visited positions are all different and
+// spread over the box, and no list of positions is ever built.
+#pragma once
+
+#include "nuvo_grid.h"
+#include "nuvo_random.h"
+
+namespace nuvo {
+
+// Extent of a data event: the smallest and largest offset along each axis,
+// the centre (0, 0, 0) included.
+struct EventExtent {
+  int xMin = 0, xMax = 0, yMin = 0, yMax = 0, zMin = 0, zMax = 0;
+  void include(int dx, int dy, int dz) {
+    if (dx < xMin) xMin = dx;
+    if (dx > xMax) xMax = dx;
+    if (dy < yMin) yMin = dy;
+    if (dy > yMax) yMax = dy;
+    if (dz < zMin) zMin = dz;
+    if (dz > zMax) zMax = dz;
+  }
+};
+
+struct ScanWindow {
+  int nx = 0, ny = 0, nz = 0;  // box of candidate centres
+  int x0 = 0, y0 = 0, z0 = 0;  // training-image coordinates of the box's first node
+  int count() const { return nx * ny * nz; }
+};
+
+// The box of candidate centres of a data event of extent `e` in a training image
+// of grid `ti`; false when it is empty (the event is larger than the image).
+bool makeScanWindow(const nuvo_grid &ti, const EventExtent &e, ScanWindow *window);
+
+// The first position and the stride of a scan of `nscan` positions (1 <= nscan <= N)
+// of `window`. Draws the start, then the stride, from `ctx`.
+struct ScanOrder {
+  int start;
+  int stride;
+};
+ScanOrder drawScanOrder(const ScanWindow &window, int nscan, nuvo_randContext *ctx);
+
+// Walks the positions start, start + stride, ... of a window, giving each one's
+// node index in the training image. Positions are kept as box coordinates and
+// advanced by mixed-radix addition, so no division is made per candidate.
+class ScanWalker {
+ public:
+  ScanWalker(const ScanWindow &window, const nuvo_grid &ti, ScanOrder order);
+  int tiNode() const { return (window_.x0 + x_) + nxTi_ * (window_.y0 + y_) + nxyTi_ * (window_.z0 + z_); }
+  void advance() {
+    x_ += dx_;
+    int carry = 0;
+    if (x_ >= window_.nx) {
+      x_ -= window_.nx;
+      carry = 1;
+    }
+    y_ += dy_ + carry;
+    carry = 0;
+    if (y_ >= window_.ny) {
+      y_ -= window_.ny;
+      carry = 1;
+    }
+    z_ += dz_ + carry;
+    if (z_ >= window_.nz) z_ -= window_.nz;
+  }
+
+ private:
+  ScanWindow window_;
+  int nxTi_, nxyTi_;
+  int x_, y_, z_;     // current position in the box
+  int dx_, dy_, dz_;  // the stride in box coordinates
+};
+
+}  // namespace nuvo
