@@ -103,8 +103,7 @@ double powered(const VariableEvent &ev, int node, double e, double best) {
   const double room = best + 1.0 - e;  // the candidate survives while c <= room
   if (room < 0.0) return kAbandoned;
   const double scaled = room / ev.invThreshold;
-  const double limit =
-      (Type == 2 ? scaled * scaled : std::pow(scaled, ev.power)) * (1.0 + 1e-12);
+  const double limit = (Type == 2 ? scaled * scaled : std::pow(scaled, ev.power)) * (1.0 + 1e-12);
   const double centre = centreOf<Relative>(ev, node);
   double sum = 0.0;
   for (int i = 0; i < ev.count; ++i) {
@@ -112,8 +111,7 @@ double powered(const VariableEvent &ev, int node, double e, double best) {
     sum += weightOf<Uniform>(ev, i) * (Type == 2 ? diff * diff : std::pow(diff, ev.power));
     if (sum > limit) return kAbandoned;
   }
-  const double c =
-      (Type == 2 ? std::sqrt(sum) : std::pow(sum, ev.invPower)) * ev.invThreshold;
+  const double c = (Type == 2 ? std::sqrt(sum) : std::pow(sum, ev.invPower)) * ev.invThreshold;
   const double d = e - 1.0 + c;
   return d > e ? d : e;
 }

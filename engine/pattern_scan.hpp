@@ -35,9 +35,9 @@ struct DataEvent {
 };
 
 struct ScanResult {
-  int tiNode = -1;              // best candidate's node in the training image, -1 if none
+  int tiNode = -1;               // best candidate's node in the training image, -1 if none
   double error = kNoMatchError;  // its error
-  int iterations = 0;           // positions visited
+  int iterations = 0;            // positions visited
 };
 
 // `usable(node)` tells whether the candidate's own value(s) to simulate are

@@ -51,7 +51,9 @@ ScanOrder drawScanOrder(const ScanWindow &window, int nscan, nuvo_randContext *c
 class ScanWalker {
  public:
   ScanWalker(const ScanWindow &window, const nuvo_grid &ti, ScanOrder order);
-  int tiNode() const { return (window_.x0 + x_) + nxTi_ * (window_.y0 + y_) + nxyTi_ * (window_.z0 + z_); }
+  int tiNode() const {
+    return (window_.x0 + x_) + nxTi_ * (window_.y0 + y_) + nxyTi_ * (window_.z0 + z_);
+  }
   void advance() {
     x_ += dx_;
     int carry = 0;

@@ -17,6 +17,7 @@
 #include "nuvo_simandpath.h"
 #include "nuvo_synthetic.h"
 #include "nuvo_text.h"
+#include "nuvo_variogram.h"
 #include "nuvo_version.h"
 
 #endif /* NUVOSIM_H */

@@ -36,7 +36,7 @@ TEST(ScanOrder, FullScansArePermutationsInStrideOrder) {
   nuvo_randContext ctx;
   NUVOInitRandContext(&ctx);
   NUVODoubleRand(3, &ctx);
-  const int shapes[][3] = {{1, 1, 1}, {2, 1, 1}, {7, 1, 1}, {1, 13, 1}, {6, 5, 1},
+  const int shapes[][3] = {{1, 1, 1}, {2, 1, 1}, {7, 1, 1},  {1, 13, 1},  {6, 5, 1},
                            {9, 1, 4}, {4, 6, 5}, {97, 1, 1}, {30, 30, 1}, {16, 16, 16}};
   for (const auto &s : shapes) {
     const nuvo_grid ti = gridOf(s[0] + 3, s[1] + 2, s[2] + 1);
@@ -93,11 +93,21 @@ double referenceError(int type, const std::vector<double> &a, const std::vector<
   for (size_t i = 0; i < a.size(); ++i) {
     const double d = std::fabs((a[i] - ma) - (b[i] - mb));
     switch (type) {
-      case 0: c += w[i] * (a[i] != b[i]); break;
-      case 1: c += w[i] * d; break;
-      case 2: c += w[i] * d * d; break;
-      case 3: c += w[i] * std::pow(d, p); break;
-      case 4: c = std::max(c, d); break;
+      case 0:
+        c += w[i] * (a[i] != b[i]);
+        break;
+      case 1:
+        c += w[i] * d;
+        break;
+      case 2:
+        c += w[i] * d * d;
+        break;
+      case 3:
+        c += w[i] * std::pow(d, p);
+        break;
+      case 4:
+        c = std::max(c, d);
+        break;
     }
   }
   if (type == 2) c = std::sqrt(c);
@@ -181,8 +191,8 @@ TEST(PatternScan, KeepsTheFirstBestAndStopsAtAPerfectMatch) {
   ASSERT_TRUE(nuvo::makeScanWindow(ti, e, &w));
   const auto always = [](int) { return true; };
 
-  nuvo::ScanResult r = nuvo::scanTrainingImage(nuvo::ScanWalker(w, ti, {0, 1}), w.count(), event,
-                                               always);
+  nuvo::ScanResult r =
+      nuvo::scanTrainingImage(nuvo::ScanWalker(w, ti, {0, 1}), w.count(), event, always);
   EXPECT_EQ(r.tiNode, 4);
   EXPECT_EQ(r.error, 0.0);
   EXPECT_EQ(r.iterations, 5);
@@ -197,8 +207,7 @@ TEST(PatternScan, KeepsTheFirstBestAndStopsAtAPerfectMatch) {
   EXPECT_EQ(r.tiNode, 5);
 
   // Nothing usable: no candidate, the best error stays at its start.
-  r = nuvo::scanTrainingImage(nuvo::ScanWalker(w, ti, {0, 1}), 3, event,
-                              [](int) { return false; });
+  r = nuvo::scanTrainingImage(nuvo::ScanWalker(w, ti, {0, 1}), 3, event, [](int) { return false; });
   EXPECT_EQ(r.tiNode, -1);
   EXPECT_EQ(r.error, nuvo::kNoMatchError);
 }
