@@ -1,6 +1,7 @@
 // Text input and output of nuvo_grid: the commented reader and the printer.
 #include <cstdio>
 
+#include "data/c_locale.hpp"
 #include "data/values.hpp"
 #include "nuvo_grid.h"
 #include "nuvo_text.h"
@@ -20,6 +21,7 @@ bool readValue(FILE *stream, const char *format, T *value) {
 extern "C" {
 
 int NUVOReadGrid(nuvo_grid *grid, FILE *stream) {
+  const nuvo::CNumericLocale numericLocale;
   int *counts[] = {&grid->nx, &grid->ny, &grid->nz};
   double *reals[] = {&grid->sx, &grid->sy, &grid->sz, &grid->ox, &grid->oy, &grid->oz};
   int k = 711;
@@ -37,6 +39,7 @@ int NUVOReadGrid(nuvo_grid *grid, FILE *stream) {
 }
 
 int NUVOPrintGrid(const nuvo_grid *grid, const char *prefix, FILE *stream) {
+  const nuvo::CNumericLocale numericLocale;
   std::fprintf(stream, "%sSize   : %7d %14d %14d\n", prefix, grid->nx, grid->ny, grid->nz);
   std::fprintf(stream, "%sSpacing: %14.6f %14.6f %14.6f\n", prefix, grid->sx, grid->sy, grid->sz);
   std::fprintf(stream, "%sOrigin : %14.6f %14.6f %14.6f\n", prefix, grid->ox, grid->oy, grid->oz);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "data/c_locale.hpp"
 #include "data/values.hpp"
 #include "nuvo_image.h"
 
@@ -121,6 +122,7 @@ int NUVOPrintImageInfo(const nuvo_image *image, const char *prefix, FILE *stream
                        int maxNumberOfValuesForDetail) {
   NUVO_FAIL_IF(image->grid == nullptr, nuvo::kNotAllocated);
   return nuvo::guardedCall([&] {
+    const nuvo::CNumericLocale numericLocale;
     nuvo::printVariables(*image, prefix, stream);
     NUVO_TRY(nuvo::printJointStatistics(*image, prefix, stream));
     for (int iv = 0; iv < image->nvar; ++iv)

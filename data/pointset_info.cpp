@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <span>
 
+#include "data/c_locale.hpp"
 #include "data/values.hpp"
 #include "nuvo_pointset.h"
 
@@ -115,7 +116,10 @@ int NUVOPrintPointSetInfo(const nuvo_pointSet *ps, const char *prefix, FILE *str
   nuvo_pointSetInfo info;
   NUVOInitPointSetInfo(&info);
   const int rc = NUVOGetPointSetInfo(ps, &info);
-  if (rc == 0) nuvo::printInfo(*ps, info, prefix, stream);
+  if (rc == 0) {
+    const nuvo::CNumericLocale numericLocale;
+    nuvo::printInfo(*ps, info, prefix, stream);
+  }
   NUVOFreePointSetInfo(&info);
   return rc;
 }
