@@ -16,5 +16,6 @@
 #include "nuvo_imagefile.h"
 #include "nuvo_searchneighborhood.h"
 #include "nuvo_simandpath.h"
+#include "nuvo_classofvalues.h"
 
 #endif /* NUVOSIM_H */
