@@ -17,5 +17,9 @@
 #include "nuvo_searchneighborhood.h"
 #include "nuvo_simandpath.h"
 #include "nuvo_classofvalues.h"
+#include "nuvo_softprobability.h"
+#include "nuvo_connectivity.h"
+#include "nuvo_blockdata.h"
+#include "nuvo_pyramidparams.h"
 
 #endif /* NUVOSIM_H */
