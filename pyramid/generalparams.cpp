@@ -18,6 +18,12 @@ namespace {
 constexpr int kMaxLevel = 10;
 constexpr int kMaxStep = 5;
 
+// The value of MANUAL in the three setting-mode enumerations.
+constexpr int kManual = 1;
+static_assert(PYRAMID_NNEIGHBOR_ADAPTING_FACTOR_MANUAL == kManual &&
+              PYRAMID_THRESHOLD_ADAPTING_FACTOR_MANUAL == kManual &&
+              PYRAMID_MAX_SCAN_FRACTION_ADAPTING_FACTOR_MANUAL == kManual);
+
 bool isHierarchical(int mode) {
   return mode == PYRAMID_SIM_HIERARCHICAL || mode == PYRAMID_SIM_HIERARCHICAL_USING_EXPANSION;
 }
@@ -117,7 +123,7 @@ void printSettingAndFactors(FILE *stream, const char *prefix, const char *field,
                             const double *f, int n, bool perStep) {
   std::fprintf(stream, "%sSetting mode for factor (%s):%s\n", prefix, field,
                keywordOf(keywords, settingMode));
-  if (settingMode == 1) printFactors(stream, prefix, title, f, n, perStep);
+  if (settingMode == kManual) printFactors(stream, prefix, title, f, n, perStep);
 }
 
 // ---- Reading the text form ----
@@ -135,11 +141,11 @@ int readSteps(nuvo_pyramidGeneralParametersASCII *p, FILE *stream) {
   return 0;
 }
 
-// A setting-mode keyword and, in manual mode (value 1 in every table), count factors.
+// A setting-mode keyword and, in manual mode, count factors.
 int readFactorList(FILE *stream, KeywordTable keywords, int *settingMode, int modeCode,
                    double **factors, int count, int factorCode) {
   NUVO_TRY(readKeyword(stream, keywords, settingMode, modeCode));
-  if (*settingMode != 1) return 0;
+  if (*settingMode != kManual) return 0;
   NUVO_TRY(allocateArray(factors, count));
   return readList(stream, *factors, count, factorCode);
 }
@@ -204,7 +210,7 @@ void defaultScanFractionFactors(const nuvo_pyramidGeneralParametersASCII *in, do
 template <typename SetDefault>
 int resolveFactors(int settingMode, const double *manual, int count, double **out,
                    SetDefault setDefault) {
-  if (settingMode == 1) return copyPrefix(manual, count, out);
+  if (settingMode == kManual) return copyPrefix(manual, count, out);
   NUVO_TRY(allocateArray(out, count));
   setDefault(*out);
   return 0;
