@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "constraints/coded_print.hpp"
 #include "constraints/keywords.hpp"
 #include "constraints/owned.hpp"
 #include "foundation/check.hpp"
@@ -46,8 +47,7 @@ template <typename Record, typename ReferencePrinter>
 int printCommon(const Record *c, const char *prefix, FILE *stream,
                 ReferencePrinter printReference) {
   const int usage = c->connectivityConstraintUsage;
-  std::fprintf(stream, "%sconnectivityConstraintUsage: %d", prefix, usage);
-  std::fputs(isKnownUsage(usage) ? kUsageText[usage] : "(unknown)\n", stream);
+  printCoded(stream, prefix, "connectivityConstraintUsage", usage, kUsageText, "(unknown)\n");
   if (usage == NUVO_CONNECTIVITY_NONE || !isKnownUsage(usage)) return 0;
   const std::string nested = nestedPrefix(prefix);
   FieldPrinter out(stream, prefix);
@@ -56,12 +56,7 @@ int printCommon(const Record *c, const char *prefix, FILE *stream,
   const bool knownType = type >= CONNECT_FACE && type <= CONNECT_FACE_EDGE_CORNER;
   std::fputs(keywordOf(kConnectivityTypeKeywords, type), stream);
   std::fputs(knownType ? kTypeText[type] : "\n", stream);
-  if (c->classOfValues == nullptr) {
-    out.notAllocated("classOfValues");
-  } else {
-    out.heading("classOfValues");
-    NUVO_TRY(NUVOPrintClassOfValues(c->classOfValues, nested.c_str(), stream));
-  }
+  NUVO_TRY(printOwnedClasses(out, c->classOfValues));
   out.text("varName", c->varName != nullptr ? c->varName : kNotAllocated);
   NUVO_TRY(printReference(out, nested));
   out.field("deactivationDistance", "%.10g", c->deactivationDistance);

@@ -33,6 +33,15 @@ void releaseOwnedClasses(nuvo_classOfValues **classes) {
   releaseArray(classes);
 }
 
+int printOwnedClasses(const FieldPrinter &out, const nuvo_classOfValues *classes) {
+  if (classes == nullptr) {
+    out.notAllocated("classOfValues");
+    return 0;
+  }
+  out.heading("classOfValues");
+  return NUVOPrintClassOfValues(classes, nestedPrefix(out.prefix()).c_str(), out.stream());
+}
+
 int readOwnedImage(nuvo_image **image, const char *fileName, int cannotOpenCode) {
   std::unique_ptr<FILE, int (*)(FILE *)> file(std::fopen(fileName, "r"), &std::fclose);
   if (file == nullptr) return cannotOpenCode;

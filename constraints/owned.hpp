@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "input/text_io.hpp"
 #include "nuvo_classofvalues.h"
 #include "nuvo_image.h"
 
@@ -51,6 +52,9 @@ int readOwnedClasses(nuvo_classOfValues **classes, FILE *stream);
 int copyOwnedClasses(const nuvo_classOfValues *source, nuvo_classOfValues **copy);
 // Frees, releases and nulls *classes.
 void releaseOwnedClasses(nuvo_classOfValues **classes);
+// "<prefix>classOfValues:" and the classes with the nested prefix, or the
+// "NOT ALLOCATED" line. Returns 0 (may throw bad_alloc).
+int printOwnedClasses(const FieldPrinter &out, const nuvo_classOfValues *classes);
 
 // A new initialised image in *image, then filled by NUVOReadImage from the GSLIB
 // text file fileName. Returns 0, cannotOpenCode, -1 or the reader's code.

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <string>
 
+#include "constraints/coded_print.hpp"
 #include "constraints/owned.hpp"
 #include "foundation/check.hpp"
 #include "input/text_io.hpp"
@@ -28,15 +29,6 @@ constexpr const char *kMethodText[] = {
     "MLikRsym (Mean Likelihood Ratio (over each class indicator, symmetric target interval))\n",
     "MLikRopt (Mean Likelihood Ratio (over each class indicator, optimal target interval))\n"};
 constexpr const char *kThresholdTypeText[] = {"(constant threshold)\n", "(dynamic threshold)\n"};
-
-// "<prefix><name>: <value>" followed by the text of the value, or by fallback.
-template <std::size_t N>
-void printCoded(FILE *stream, const char *prefix, const char *name, int value,
-                const char *const (&texts)[N], const char *fallback) {
-  std::fprintf(stream, "%s%s: %1d", prefix, name, value);
-  bool known = value >= 0 && value < static_cast<int>(N);
-  std::fputs(known ? texts[value] : fallback, stream);
-}
 
 int nclassOf(const nuvo_classOfValues *classes) {
   return classes != nullptr ? classes->nclass : 0;
@@ -61,19 +53,12 @@ void freeCommon(Record *sp) {
 template <typename Record, typename LocalPdfPrinter>
 int printCommon(const Record *sp, const char *prefix, FILE *stream, LocalPdfPrinter printLocalPdf) {
   const int usage = sp->probabilityConstraintUsage;
-  std::fprintf(stream, "%sprobabilityConstraintUsage: %d", prefix, usage);
-  bool known = usage >= 0 && usage <= NUVO_PROBABILITY_CONSTRAINT_LOCAL;
-  std::fputs(known ? kUsageText[usage] : "(unknown)\n", stream);
+  printCoded(stream, prefix, "probabilityConstraintUsage", usage, kUsageText, "(unknown)\n");
   if (usage != NUVO_PROBABILITY_CONSTRAINT_GLOBAL && usage != NUVO_PROBABILITY_CONSTRAINT_LOCAL)
     return 0;
   const std::string nested = nestedPrefix(prefix);
   FieldPrinter out(stream, prefix);
-  if (sp->classOfValues == nullptr) {
-    out.notAllocated("classOfValues");
-  } else {
-    out.heading("classOfValues");
-    NUVO_TRY(NUVOPrintClassOfValues(sp->classOfValues, nested.c_str(), stream));
-  }
+  NUVO_TRY(printOwnedClasses(out, sp->classOfValues));
   if (usage == NUVO_PROBABILITY_CONSTRAINT_GLOBAL) {
     if (sp->globalPdf == nullptr) {
       out.notAllocated("globalPdf");

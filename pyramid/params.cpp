@@ -78,13 +78,7 @@ int print(const nuvo_pyramidParameters *p, const char *prefix, FILE *stream) {
       p->pyramidType >= PYRAMID_NONE && p->pyramidType <= PYRAMID_CATEGORICAL_TO_CONTINUOUS;
   std::fprintf(stream, "%sPyramid type:%s\n", prefix, known ? keyword : "UNKNOWN");
   if (p->pyramidType != PYRAMID_CATEGORICAL_CUSTOM) return 0;
-  FieldPrinter out(stream, prefix);
-  if (p->classOfValues == nullptr) {
-    out.notAllocated("classOfValues");
-    return 0;
-  }
-  out.heading("classOfValues");
-  return NUVOPrintClassOfValues(p->classOfValues, nestedPrefix(prefix).c_str(), stream);
+  return printOwnedClasses(FieldPrinter(stream, prefix), p->classOfValues);
 }
 
 }  // namespace
