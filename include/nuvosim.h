@@ -21,5 +21,6 @@
 #include "nuvo_connectivity.h"
 #include "nuvo_blockdata.h"
 #include "nuvo_pyramidparams.h"
+#include "nuvo_siminput.h"
 
 #endif /* NUVOSIM_H */
