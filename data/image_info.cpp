@@ -120,7 +120,7 @@ extern "C" {
 
 int NUVOPrintImageInfo(const nuvo_image *image, const char *prefix, FILE *stream,
                        int maxNumberOfValuesForDetail) {
-  NUVO_FAIL_IF(image->grid == nullptr, nuvo::kNotAllocated);
+  NUVO_FAIL_IF(image->grid == nullptr, nuvo::kMemoryNotAllocated);
   return nuvo::guardedCall([&] {
     const nuvo::CNumericLocale numericLocale;
     nuvo::printVariables(*image, prefix, stream);

@@ -24,7 +24,7 @@ extern "C" {
 
 int NUVOImageToImage(const nuvo_image *src, nuvo_image *dst, int ignoreUnknownVar, int conflictMode,
                      int *nIgnoredVar, int *nConflict, int merge) {
-  NUVO_FAIL_IF(nIgnoredVar == nullptr || nConflict == nullptr, nuvo::kNotAllocated);
+  NUVO_FAIL_IF(nIgnoredVar == nullptr || nConflict == nullptr, nuvo::kMemoryNotAllocated);
   *nIgnoredVar = 0;
   *nConflict = 0;
   const int gridOrder = NUVOCmpGrid(src->grid, dst->grid);

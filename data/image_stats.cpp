@@ -89,7 +89,7 @@ int NUVOGetImageVarValueRange(const nuvo_image *image, int *n, double *min, doub
 }
 
 int NUVOGetImageNumberVarValueMissing(const nuvo_image *image, int *count) {
-  NUVO_FAIL_IF(count == nullptr, nuvo::kNotAllocated);
+  NUVO_FAIL_IF(count == nullptr, nuvo::kMemoryNotAllocated);
   for (int iv = 0; iv < image->nvar; ++iv) {
     const auto values = nuvo::variableValues(image, iv);
     count[iv] = static_cast<int>(std::count_if(values.begin(), values.end(), nuvo::isMissing));
@@ -98,7 +98,7 @@ int NUVOGetImageNumberVarValueMissing(const nuvo_image *image, int *count) {
 }
 
 int NUVOGetImageVarVectorMissing(const nuvo_image *image, int8_t *flag, int *n) {
-  NUVO_FAIL_IF(flag == nullptr || n == nullptr, nuvo::kNotAllocated);
+  NUVO_FAIL_IF(flag == nullptr || n == nullptr, nuvo::kMemoryNotAllocated);
   const int nxyz = image->grid->nxyz;
   std::fill(flag, flag + nxyz, int8_t{0});
   for (int iv = 0; iv < image->nvar; ++iv) {

@@ -45,10 +45,10 @@ int valueVerdict(const nuvo_image &image) {
 }
 
 int imageVerdict(const nuvo_image &image, int nameSuffixLength) {
-  if (image.grid == nullptr) return kNotAllocated;
+  if (image.grid == nullptr) return kMemoryNotAllocated;
   NUVO_TRY(gridVerdict(*image.grid));
   NUVO_TRY(sizeVerdict(image));
-  if (image.varName == nullptr || image.var == nullptr) return kNotAllocated;
+  if (image.varName == nullptr || image.var == nullptr) return kMemoryNotAllocated;
   NUVO_TRY(nameVerdict(image, nameSuffixLength));
   return valueVerdict(image);
 }

@@ -18,7 +18,7 @@ double *allocateValues(long long count) {
 int pointSetVerdict(const nuvo_pointSet &ps) {
   if (ps.nvar < 1) return -641;
   if (ps.nvar > 100) return -642;
-  if (ps.varName == nullptr) return kNotAllocated;
+  if (ps.varName == nullptr) return kMemoryNotAllocated;
   for (int iv = 0; iv < ps.nvar; ++iv)
     if (nameLength(ps.varName[iv]) >= static_cast<std::size_t>(kNameSlot)) return -643;
   return hasDuplicateName(ps.varName, ps.nvar) ? -644 : 0;

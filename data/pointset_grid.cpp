@@ -144,7 +144,7 @@ int NUVOPointSetToImage(const nuvo_pointSet *ps, nuvo_image *image, int ignoreUn
                         int ignoreOutside, int conflictMode, int *nIgnoredVar, int *nOutside,
                         int *nConflict) {
   NUVO_FAIL_IF(nIgnoredVar == nullptr || nOutside == nullptr || nConflict == nullptr,
-               nuvo::kNotAllocated);
+               nuvo::kMemoryNotAllocated);
   *nIgnoredVar = *nOutside = *nConflict = 0;
   NUVO_FAIL_IF(ps->nvar < 1, -3);
   return nuvo::guardedCall([&] {

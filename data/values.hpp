@@ -19,7 +19,7 @@
 namespace nuvo {
 
 inline constexpr int kVariableOutOfRange = -1100;
-inline constexpr int kNotAllocated = -20;
+inline constexpr int kMemoryNotAllocated = -20;
 
 inline bool isMissing(double v) {
   return v == NUVO_MISSING_VALUE;

@@ -19,5 +19,11 @@
 #include "nuvo_text.h"
 #include "nuvo_variogram.h"
 #include "nuvo_version.h"
+#include "nuvo_classofvalues.h"
+#include "nuvo_softprobability.h"
+#include "nuvo_connectivity.h"
+#include "nuvo_blockdata.h"
+#include "nuvo_pyramidparams.h"
+#include "nuvo_siminput.h"
 
 #endif /* NUVOSIM_H */
