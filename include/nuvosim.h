@@ -16,6 +16,7 @@
 #include "nuvo_imagefile.h"
 #include "nuvo_searchneighborhood.h"
 #include "nuvo_simandpath.h"
+#include "nuvo_classofvalues.h"
 #include "nuvo_distancemap.h"
 #include "nuvo_path.h"
 

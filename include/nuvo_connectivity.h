@@ -1,0 +1,103 @@
+/* Connectivity constraints: conditioning nodes that carry the same positive label
+ * must end up in one connected body of the simulated variable.
+ *
+ * nuvo_connectivity is the record used by the simulation (one per variable);
+ * nuvo_connectivityASCII is its text form, naming the reference image file and
+ * variable instead of holding the image. Both own every pointer they hold; their
+ * Free functions release it and re-initialise the record, never the record itself.
+ */
+#ifndef NUVO_CONNECTIVITY_H
+#define NUVO_CONNECTIVITY_H
+
+#include <stdio.h>
+
+#include "nuvo_classofvalues.h"
+#include "nuvo_export.h"
+#include "nuvo_image.h"
+
+NUVO_EXTERN_C_BEGIN
+
+/** Values of connectivityConstraintUsage. */
+typedef enum {
+  NUVO_CONNECTIVITY_NONE = 0,
+  NUVO_CONNECTIVITY_PATHS_RANDOM_ORDER = 1,   /**< paths pasted before, random binding order */
+  NUVO_CONNECTIVITY_PATHS_DISTANCE_ORDER = 2, /**< paths pasted before, closest nodes first */
+  NUVO_CONNECTIVITY_PATTERN = 3               /**< pattern of labels checked while simulating */
+} nuvo_connectivityConstraintUsage;
+
+/** Values of connectivityType (text keywords CONNECT_...). */
+typedef enum {
+  CONNECT_FACE = 0,            /**< 6 neighbors */
+  CONNECT_FACE_EDGE = 1,       /**< 18 neighbors */
+  CONNECT_FACE_EDGE_CORNER = 2 /**< 26 neighbors */
+} nuvo_connectivityType;
+
+/** File name standing for the first training image as reference image. */
+#define NUVO_CONNECTIVITY_TI_AS_REF "_TI_"
+
+typedef struct {
+  int connectivityConstraintUsage;   /**< nuvo_connectivityConstraintUsage */
+  int connectivityType;              /**< nuvo_connectivityType */
+  nuvo_classOfValues *classOfValues; /**< owned; values that may form one component */
+  char *varName;   /**< owned buffer of NUVO_VAR_NAME_MAX + 1 bytes: label variable */
+  int tiAsRefFlag; /**< 1: the first training image is the reference */
+  nuvo_image *refConnectivityImage; /**< owned, one variable; null when tiAsRefFlag is 1 */
+  double deactivationDistance;      /**< usage 3 */
+  double threshold;                 /**< usage 3: threshold on the pattern of labels */
+} nuvo_connectivity;
+
+typedef struct {
+  int connectivityConstraintUsage;
+  int connectivityType;
+  nuvo_classOfValues *classOfValues;
+  char *varName; /**< owned buffer of NUVO_VAR_NAME_MAX + 1 bytes */
+  char
+      *refConnectivityImageFileName; /**< owned buffer of NUVO_FILE_NAME_MAX + 1 bytes, or "_TI_" */
+  char *refConnectivityVarName;      /**< owned buffer of NUVO_VAR_NAME_MAX + 1 bytes */
+  double deactivationDistance;
+  double threshold;
+} nuvo_connectivityASCII;
+
+/* ---- nuvo_connectivity ---- */
+
+/** Usage 0, every pointer null, every number 0. */
+NUVO_API void NUVOInitConnectivity(nuvo_connectivity *c);
+/** Releases what c owns and re-initialises it; accepts a partly filled record. */
+NUVO_API void NUVOFreeConnectivity(nuvo_connectivity *c);
+/** One line per field, each starting with prefix; the classes and the reference
+ *  image are printed with prefix plus three blanks. Nothing but the usage line is
+ *  printed for usage 0. Returns 0, or -1 when the extended prefix cannot be made. */
+NUVO_API int NUVOPrintConnectivity(const nuvo_connectivity *c, const char *prefix, FILE *stream);
+/** Checks the record, first failure wins; puts 0 or a code from -2091 to -2102 (or
+ *  the code of the class or image validator) in *error. Returns 0. */
+NUVO_API int NUVOValidateConnectivity(const nuvo_connectivity *c, int *error);
+
+/* ---- nuvo_connectivityASCII ---- */
+
+/** Usage 0, every pointer null, every number 0. */
+NUVO_API void NUVOInitConnectivityASCII(nuvo_connectivityASCII *c);
+/** Releases what c owns and re-initialises it; accepts a partly filled record. */
+NUVO_API void NUVOFreeConnectivityASCII(nuvo_connectivityASCII *c);
+/** As NUVOPrintConnectivity, with the reference file and variable names. */
+NUVO_API int NUVOPrintConnectivityASCII(const nuvo_connectivityASCII *c, const char *prefix,
+                                        FILE *stream);
+/** Reads one variable's connectivity section into an initialised record, skipping
+ *  comments before every item. Returns 0 or the first failure: -2110 usage (also
+ *  a usage above 3), -2111 type, the class reader's codes (-4035 to -4038), -2112
+ *  / -2113 label variable name (unreadable / 128 characters or more), -2114 /
+ *  -2115 reference file name (256 or more), -2116 / -2117 reference variable name,
+ *  -2118 deactivation distance, -2119 threshold, -1 allocation. A failed read
+ *  leaves the record partly filled for NUVOFreeConnectivityASCII. */
+NUVO_API int NUVOReadConnectivityASCII(nuvo_connectivityASCII *c, FILE *stream);
+/** Fills the initialised record out from in. "_TI_" sets tiAsRefFlag; otherwise the
+ *  reference image is read as a GSLIB text image and its variable named
+ *  refConnectivityVarName is kept as a one-variable image. Returns 0, -121 when
+ *  the file cannot be opened, the image reader's code, -135 no reference variable
+ *  name, -136 name found more than once, -137 name not found, or -1. On failure
+ *  out is left partly filled for NUVOFreeConnectivity. */
+NUVO_API int NUVOConnectivityASCIIToConnectivity(const nuvo_connectivityASCII *in,
+                                                 nuvo_connectivity *out);
+
+NUVO_EXTERN_C_END
+
+#endif /* NUVO_CONNECTIVITY_H */

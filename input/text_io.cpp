@@ -1,0 +1,114 @@
+#include "input/text_io.hpp"
+
+#include <charconv>
+#include <cstring>
+
+#include "foundation/check.hpp"
+#include "nuvo_text.h"
+
+namespace nuvo {
+namespace {
+
+// Longest number text considered; longer digit runs are not numbers anyone writes.
+constexpr int kNumberTextMax = 64;
+// Keywords are short; a longer word cannot be one.
+constexpr int kKeywordMax = 255;
+
+bool isSpace(int c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+}
+
+// Reads a number of type T at the next token: collects the characters that may
+// belong to it, parses the longest prefix that forms a number and puts the rest
+// back, so that "3//note" reads 3 and leaves the comment.
+template <typename T>
+int readNumber(FILE *stream, T *value, int code, const char *allowed) {
+  if (NUVOSkipComments(stream) != 0) return code;
+  long start = std::ftell(stream);
+  char text[kNumberTextMax + 1];
+  int length = 0;
+  for (int c = std::fgetc(stream); c != EOF; c = std::fgetc(stream)) {
+    if (length == kNumberTextMax || std::strchr(allowed, c) == nullptr) break;
+    text[length++] = static_cast<char>(c);
+  }
+  text[length] = '\0';
+  // from_chars does not take a leading '+', which scanf accepts.
+  int skip = (length > 1 && text[0] == '+' && text[1] != '-' && text[1] != '+') ? 1 : 0;
+  T parsed{};
+  std::from_chars_result result = std::from_chars(text + skip, text + length, parsed);
+  if (result.ec != std::errc{} || result.ptr == text + skip) return code;
+  *value = parsed;
+  std::fseek(stream, start + (result.ptr - text), SEEK_SET);
+  return 0;
+}
+
+}  // namespace
+
+const char *keywordOf(KeywordTable table, int value) {
+  if (value < 0 || static_cast<std::size_t>(value) >= table.size()) return kUnknown;
+  return table[static_cast<std::size_t>(value)];
+}
+
+int readInt(FILE *stream, int *value, int code) {
+  return readNumber(stream, value, code, "+-0123456789");
+}
+
+int readDouble(FILE *stream, double *value, int code) {
+  return readNumber(stream, value, code, "+-0123456789.eE");
+}
+
+int readFlag(FILE *stream, signed char *flag, int code) {
+  int value = 0;
+  NUVO_TRY(readInt(stream, &value, code));
+  if (value != 0 && value != 1) return code;
+  *flag = static_cast<signed char>(value);
+  return 0;
+}
+
+int readWord(FILE *stream, char *word, int maxLength, int code, int tooLongCode) {
+  if (NUVOSkipComments(stream) != 0) return code;
+  int length = 0;
+  int c = std::fgetc(stream);
+  for (; c != EOF && !isSpace(c); c = std::fgetc(stream)) {
+    if (length == maxLength) return tooLongCode;
+    word[length++] = static_cast<char>(c);
+  }
+  if (c != EOF) std::ungetc(c, stream);
+  word[length] = '\0';
+  return length == 0 ? code : 0;
+}
+
+int readKeyword(FILE *stream, KeywordTable table, int *value, int code) {
+  char word[kKeywordMax + 1];
+  if (int rc = readWord(stream, word, kKeywordMax, code, code); rc != 0) return rc;
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    if (std::strcmp(word, table[i]) == 0) {
+      *value = static_cast<int>(i);
+      return 0;
+    }
+  }
+  return code;
+}
+
+std::string nestedPrefix(const char *prefix) {
+  return std::string(prefix) + "   ";
+}
+
+void FieldPrinter::heading(const char *name) const {
+  std::fprintf(stream_, "%s%s:\n", prefix_, name);
+}
+
+void FieldPrinter::itemHeading(const char *name, const char *kind, int index) const {
+  std::fprintf(stream_, "%s%s for %s %3d\n", prefix_, name, kind, index);
+}
+
+void FieldPrinter::keywordItems(const char *name, const char *kind, const int *array, int n,
+                                KeywordTable table) const {
+  if (array == nullptr) return notAllocated(name);
+  for (int i = 0; i < n; ++i) {
+    startItem(name, kind, i);
+    std::fprintf(stream_, "%s\n", keywordOf(table, array[i]));
+  }
+}
+
+}  // namespace nuvo

@@ -1,0 +1,167 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "nuvo_classofvalues.h"
+#include "test_streams.hpp"
+
+namespace {
+
+using nuvo_test::printed;
+using nuvo_test::TextStream;
+
+using Interval = std::pair<double, double>;
+
+class ClassOfValuesTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    NUVOInitClassOfValues(&c_);
+    NUVOInitClassOfValues(&copy_);
+  }
+  void TearDown() override {
+    NUVOFreeClassOfValues(&c_);
+    NUVOFreeClassOfValues(&copy_);
+  }
+
+  // Reads classes given in the text form; fails the test on a reading error.
+  void read(const std::string &text) {
+    ASSERT_EQ(NUVOReadClassOfValues(&c_, TextStream(text).file), 0);
+  }
+
+  int validate() {
+    int error = 1;
+    EXPECT_EQ(NUVOValidateClassOfValues(&c_, &error), 0);
+    return error;
+  }
+
+  nuvo_classOfValues c_;
+  nuvo_classOfValues copy_;
+};
+
+TEST_F(ClassOfValuesTest, ReadsCopiesAndPrints) {
+  read("2 // classes\n 2 0 1 /* second */ 3 4.5\n 1 -1 0\n");
+  ASSERT_EQ(c_.nclass, 2);
+  EXPECT_EQ(c_.ninterval[0], 2);
+  EXPECT_EQ(c_.intervalSup[0][1], 4.5);
+  EXPECT_EQ(c_.intervalInf[1][0], -1.0);
+  EXPECT_EQ(validate(), 0);
+
+  ASSERT_EQ(NUVOCopyClassOfValues(&c_, &copy_), 0);
+  NUVOFreeClassOfValues(&c_);
+  EXPECT_EQ(c_.nclass, 0);
+  EXPECT_EQ(c_.ninterval, nullptr);
+  NUVOFreeClassOfValues(&c_);  // freeing twice is harmless
+
+  std::string text =
+      printed([&](FILE *f) { EXPECT_EQ(NUVOPrintClassOfValues(&copy_, "# ", f), 0); });
+  EXPECT_EQ(
+      text,
+      "# nclass:   2\n"
+      "# class   0: ninterval =   2, class = [  0.000000,   1.000000[ U [  3.000000,   4.500000[\n"
+      "# class   1: ninterval =   1, class = [ -1.000000,   0.000000[\n");
+}
+
+TEST_F(ClassOfValuesTest, ReadingErrorsNameTheField) {
+  struct Case {
+    const char *text;
+    int code;
+  };
+  for (const Case &k : {Case{"", -4035}, Case{"x", -4035}, Case{"1001", -4035}, Case{"-1", -4035},
+                        Case{"1", -4036}, Case{"1 1001", -4036}, Case{"2 1 0 1 z", -4036},
+                        Case{"1 1 a", -4037}, Case{"1 2 0 1 2", -4038}}) {
+    nuvo_classOfValues c;
+    NUVOInitClassOfValues(&c);
+    EXPECT_EQ(NUVOReadClassOfValues(&c, TextStream(k.text).file), k.code) << k.text;
+    NUVOFreeClassOfValues(&c);  // partly filled records are released cleanly
+  }
+}
+
+TEST_F(ClassOfValuesTest, NoClassIsReadButDoesNotValidate) {
+  read("0");
+  EXPECT_EQ(c_.nclass, 0);
+  EXPECT_EQ(validate(), -4041);
+  std::string text = printed([&](FILE *f) { NUVOPrintClassOfValues(&c_, "", f); });
+  EXPECT_EQ(text, "nclass:   0\n");
+}
+
+TEST_F(ClassOfValuesTest, OverlapIsRefusedAcrossClassesOnly) {
+  read("1 2 0 2 1 3");  // overlapping intervals inside one class
+  EXPECT_EQ(validate(), 0);
+  NUVOFreeClassOfValues(&c_);
+
+  read("2 1 0 2 1 1 3");  // the same intervals in two classes
+  EXPECT_EQ(validate(), -4046);
+  NUVOFreeClassOfValues(&c_);
+
+  // The three ways of overlapping, and touching intervals that do not overlap.
+  for (const char *text : {"2 1 0 2 1 -1 1", "2 1 0 2 1 -1 3", "2 1 0 4 1 1 2", "2 1 0 4 1 0 4"}) {
+    read(text);
+    EXPECT_EQ(validate(), -4046) << text;
+    NUVOFreeClassOfValues(&c_);
+  }
+  read("2 1 0 2 1 2 3");
+  EXPECT_EQ(validate(), 0);
+}
+
+TEST_F(ClassOfValuesTest, ValidationFollowsItsOrder) {
+  EXPECT_EQ(validate(), -4041);
+  c_.nclass = 1001;
+  EXPECT_EQ(validate(), -4042);
+  c_.nclass = 1;
+  EXPECT_EQ(validate(), -4047);
+
+  int ninterval[1] = {1};
+  double inf[1] = {1.0};
+  double sup[1] = {0.0};
+  double *infs[1] = {inf};
+  double *sups[1] = {sup};
+  c_.ninterval = ninterval;
+  EXPECT_EQ(validate(), -4048);
+  c_.intervalInf = infs;
+  EXPECT_EQ(validate(), -4049);
+  c_.intervalSup = sups;
+  EXPECT_EQ(validate(), -4045);
+  ninterval[0] = 0;
+  EXPECT_EQ(validate(), -4043);
+  NUVOInitClassOfValues(&c_);  // the arrays above belong to the test
+}
+
+TEST_F(ClassOfValuesTest, AThousandAndOneIntervalsAreTooMany) {
+  std::string text = "1 1001";
+  for (int k = 0; k < 1001; ++k) {
+    text += ' ';
+    text += std::to_string(k);
+    text += ' ';
+    text += std::to_string(k + 1);
+  }
+  // The reader refuses the count; an in-memory record gets the validation code.
+  EXPECT_EQ(NUVOReadClassOfValues(&c_, TextStream(text).file), -4036);
+  NUVOFreeClassOfValues(&c_);
+  std::vector<double> inf(1001), sup(1001);
+  int ninterval[1] = {1001};
+  double *infs[1] = {inf.data()};
+  double *sups[1] = {sup.data()};
+  c_ = nuvo_classOfValues{1, ninterval, infs, sups};
+  EXPECT_EQ(validate(), -4044);
+  ninterval[0] = 1000;
+  for (int k = 0; k < 1000; ++k) inf[k] = k, sup[k] = k + 1;
+  EXPECT_EQ(validate(), 0);
+  NUVOInitClassOfValues(&c_);
+}
+
+TEST_F(ClassOfValuesTest, LinearTransformMapsEveryBound) {
+  read("2 1 0 1 2 1 2 3 4");
+  ASSERT_EQ(NUVOTransformLinearClassOfValues(&c_, 2.0, 1.0), 0);
+  EXPECT_EQ(c_.intervalInf[0][0], 1.0);
+  EXPECT_EQ(c_.intervalSup[0][0], 3.0);
+  EXPECT_EQ(c_.intervalInf[1][1], 7.0);
+  EXPECT_EQ(c_.intervalSup[1][1], 9.0);
+  // A negative factor swaps the images of the bounds so intervals stay ordered.
+  ASSERT_EQ(NUVOTransformLinearClassOfValues(&c_, -1.0, 0.0), 0);
+  EXPECT_EQ(c_.intervalInf[0][0], -3.0);
+  EXPECT_EQ(c_.intervalSup[0][0], -1.0);
+  EXPECT_EQ(validate(), 0);
+}
+
+}  // namespace

@@ -1,0 +1,170 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "nuvo_searchneighborhood.h"
+#include "test_streams.hpp"
+
+namespace {
+
+using nuvo_test::printed;
+using nuvo_test::TextStream;
+
+nuvo_searchNeighborhoodParameters initialised() {
+  nuvo_searchNeighborhoodParameters p;
+  NUVOInitSearchNeighborhoodParameters(&p);
+  return p;
+}
+
+int errorOf(const nuvo_searchNeighborhoodParameters &p) {
+  int error = 1;
+  EXPECT_EQ(NUVOValidateSearchNeighborhoodParameters(&p, &error), 0);
+  return error;
+}
+
+TEST(SearchNeighborhoodParameters, ReadsKeywordsAndTheirValues) {
+  nuvo_searchNeighborhoodParameters p = initialised();
+  TextStream s(
+      "SEARCHNEIGHBORHOOD_RADIUS_MANUAL 10 5.5 0 // search radii\n"
+      "SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XY\n"
+      "SEARCHNEIGHBORHOOD_ROTATION_ON 30 -10 5\n"
+      "2.0");
+  ASSERT_EQ(NUVOReadSearchNeighborhoodParameters(&p, 1, s.file), 0);
+  EXPECT_EQ(p.radiusMode, SEARCHNEIGHBORHOOD_RADIUS_MANUAL);
+  EXPECT_EQ(p.ry, 5.5);
+  EXPECT_EQ(p.anisotropyRatioMode, SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XY);
+  EXPECT_EQ(p.rotationFlag, SEARCHNEIGHBORHOOD_ROTATION_ON);
+  EXPECT_EQ(p.angle2, -10.0);
+  EXPECT_EQ(p.power, 2.0);
+  EXPECT_EQ(errorOf(p), 0);
+
+  // Automatic modes and no rotation read no values.
+  nuvo_searchNeighborhoodParameters q = initialised();
+  TextStream t(
+      "SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_XZ SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_ONE "
+      "SEARCHNEIGHBORHOOD_ROTATION_OFF 0");
+  ASSERT_EQ(NUVOReadSearchNeighborhoodParameters(&q, 1, t.file), 0);
+  EXPECT_EQ(q.radiusMode, SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_XZ);
+  EXPECT_EQ(q.rotationFlag, SEARCHNEIGHBORHOOD_ROTATION_OFF);
+}
+
+TEST(SearchNeighborhoodParameters, BareValuesSetTheManualModesAndRotation) {
+  nuvo_searchNeighborhoodParameters p = initialised();
+  p.radiusMode = SEARCHNEIGHBORHOOD_RADIUS_LARGE_DEFAULT;
+  ASSERT_EQ(NUVOReadSearchNeighborhoodParameters(&p, 0, TextStream("1 2 3 4 5 6 7 8 9 10").file),
+            0);
+  EXPECT_EQ(p.radiusMode, SEARCHNEIGHBORHOOD_RADIUS_MANUAL);
+  EXPECT_EQ(p.anisotropyRatioMode, SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_MANUAL);
+  EXPECT_EQ(p.rotationFlag, SEARCHNEIGHBORHOOD_ROTATION_ON);
+  EXPECT_EQ(p.rx, 1.0);
+  EXPECT_EQ(p.az, 6.0);
+  EXPECT_EQ(p.angle3, 9.0);
+  EXPECT_EQ(p.power, 10.0);
+  EXPECT_EQ(NUVOReadSearchNeighborhoodParameters(&p, 0, TextStream("1 2 3 4 5 6 7").file), -887);
+}
+
+TEST(SearchNeighborhoodParameters, EveryReadingErrorNamesItsField) {
+  const std::string manual = "SEARCHNEIGHBORHOOD_RADIUS_MANUAL 1 1 1 ";
+  const std::string aniso = "SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_MANUAL 1 1 1 ";
+  const std::string on = "SEARCHNEIGHBORHOOD_ROTATION_ON 0 0 0 ";
+  struct Case {
+    std::string text;
+    int code;
+  };
+  const Case cases[] = {
+      {"SEARCHNEIGHBORHOOD_RADIUS_manual", -875},
+      {"SEARCHNEIGHBORHOOD_RADIUS_MANUAL x", -876},
+      {"SEARCHNEIGHBORHOOD_RADIUS_MANUAL 1 x", -877},
+      {"SEARCHNEIGHBORHOOD_RADIUS_MANUAL 1 1", -878},
+      {manual + "RATIO", -880},
+      {manual + "SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_MANUAL", -881},
+      {manual + "SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_MANUAL 1 /", -882},
+      {manual + "SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_MANUAL 1 1 //", -883},
+      {manual + aniso + "ON", -885},
+      {manual + aniso + "SEARCHNEIGHBORHOOD_ROTATION_ON", -886},
+      {manual + aniso + "SEARCHNEIGHBORHOOD_ROTATION_ON 0 .", -887},
+      {manual + aniso + "SEARCHNEIGHBORHOOD_ROTATION_ON 0 0 e", -888},
+      {manual + aniso + on, -889},
+  };
+  for (const Case &k : cases) {
+    nuvo_searchNeighborhoodParameters p = initialised();
+    EXPECT_EQ(NUVOReadSearchNeighborhoodParameters(&p, 1, TextStream(k.text).file), k.code)
+        << k.text;
+  }
+}
+
+TEST(SearchNeighborhoodParameters, ValidationFollowsItsOrder) {
+  nuvo_searchNeighborhoodParameters p = initialised();
+  p.ax = p.ay = p.az = 1.0;
+  EXPECT_EQ(errorOf(p), 0);  // zero radii flatten the axes
+  p.rx = -1.0;
+  p.ry = -1.0;
+  p.ax = 0.0;
+  EXPECT_EQ(errorOf(p), -680);
+  p.rx = 0.0;
+  EXPECT_EQ(errorOf(p), -681);
+  p.ry = 0.0;
+  p.rz = -0.5;
+  EXPECT_EQ(errorOf(p), -682);
+  p.rz = 0.0;
+  EXPECT_EQ(errorOf(p), -683);
+  p.ax = 1e-6;
+  p.ay = 9e-7;
+  EXPECT_EQ(errorOf(p), -684);
+  p.ay = 1.0;
+  p.az = -1.0;
+  EXPECT_EQ(errorOf(p), -685);
+  p.anisotropyRatioMode = 7;
+  EXPECT_EQ(errorOf(p), -687);
+  p.anisotropyRatioMode = SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XYZ;
+  EXPECT_EQ(errorOf(p), 0);
+  p.radiusMode = 8;
+  EXPECT_EQ(errorOf(p), -686);
+  // Radii of an automatic mode are not checked: they are computed later.
+  p.radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE;
+  p.rx = -5.0;
+  EXPECT_EQ(errorOf(p), 0);
+}
+
+TEST(SearchNeighborhoodParameters, CompareIgnoresModesAndRotationFlag) {
+  nuvo_searchNeighborhoodParameters a = initialised();
+  nuvo_searchNeighborhoodParameters b = initialised();
+  b.radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE;
+  b.rotationFlag = SEARCHNEIGHBORHOOD_ROTATION_ON;
+  EXPECT_EQ(NUVOCmpSearchNeighborhoodParameters(&a, &b), 0);
+  for (double nuvo_searchNeighborhoodParameters::*field :
+       {&nuvo_searchNeighborhoodParameters::rx, &nuvo_searchNeighborhoodParameters::az,
+        &nuvo_searchNeighborhoodParameters::angle3, &nuvo_searchNeighborhoodParameters::power}) {
+    nuvo_searchNeighborhoodParameters c = a;
+    c.*field = 0.5;
+    EXPECT_EQ(NUVOCmpSearchNeighborhoodParameters(&a, &c), 1);
+  }
+}
+
+TEST(SearchNeighborhoodParameters, PrintsModesWithTheirMeaning) {
+  nuvo_searchNeighborhoodParameters p = initialised();
+  p.anisotropyRatioMode = SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XZ;
+  p.rx = 12.5;
+  p.rotationFlag = 5;
+  std::string text = printed([&](FILE *f) { NUVOPrintSearchNeighborhoodParameters(&p, "   ", f); });
+  EXPECT_EQ(text,
+            "   radiusMode: SEARCHNEIGHBORHOOD_RADIUS_MANUAL (given)\n"
+            "   rx:      12.500000\n"
+            "   ry:       0.000000\n"
+            "   rz:       0.000000\n"
+            "   anisotropyRatioMode: SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XZ "
+            "(ax = az = max(rx, rz), ay = ry)\n"
+            "   ax:       0.000000\n"
+            "   ay:       0.000000\n"
+            "   az:       0.000000\n"
+            "   rotationFlag: unknown\n"
+            "   angle1 (azimuth):       0.000000\n"
+            "   angle2 (dip):       0.000000\n"
+            "   angle3 (plunge):       0.000000\n"
+            "   power:       0.000000\n");
+  p.radiusMode = -1;
+  text = printed([&](FILE *f) { NUVOPrintSearchNeighborhoodParameters(&p, "", f); });
+  EXPECT_EQ(text.substr(0, text.find('\n')), "radiusMode: unknown");
+}
+
+}  // namespace

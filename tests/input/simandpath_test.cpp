@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "nuvo_simandpath.h"
+#include "test_streams.hpp"
+
+namespace {
+
+using nuvo_test::printed;
+using nuvo_test::TextStream;
+
+class SimAndPathTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    NUVOInitSimAndPathParameters(&p_);
+    NUVOInitSimAndPathParameters(&copy_);
+  }
+  void TearDown() override {
+    NUVOFreeSimAndPathParameters(&p_);
+    NUVOFreeSimAndPathParameters(&copy_);
+  }
+  int read(const std::string &text) {
+    NUVOFreeSimAndPathParameters(&p_);
+    return NUVOReadSimAndPathParameters(&p_, TextStream(text).file);
+  }
+  int error() {
+    int e = 1;
+    EXPECT_EQ(NUVOValidateSimAndPathParameters(&p_, &e), 0);
+    return e;
+  }
+  nuvo_simAndPathParameters p_;
+  nuvo_simAndPathParameters copy_;
+};
+
+TEST_F(SimAndPathTest, ReadsTheParametersOfEachPath) {
+  ASSERT_EQ(read("SIM_VARIABLE_VECTOR PATH_RANDOM"), 0);
+  EXPECT_EQ(p_.simType, SIM_VARIABLE_VECTOR);
+  EXPECT_EQ(p_.unilateralOrder, nullptr);
+  ASSERT_EQ(read("SIM_ONE_BY_ONE PATH_RANDOM_HD_DISTANCE_SORT 0.5"), 0);
+  EXPECT_EQ(p_.strength, 0.5);
+  ASSERT_EQ(read("SIM_ONE_BY_ONE PATH_RANDOM_HD_DISTANCE_SUM_PDF 2 /* s */ 0.25"), 0);
+  EXPECT_EQ(p_.pow, 2.0);
+  EXPECT_EQ(p_.strength, 0.25);
+  EXPECT_EQ(error(), 0);
+  ASSERT_EQ(read("SIM_ONE_BY_ONE PATH_UNILATERAL 1 -2 0 3"), 0);
+  ASSERT_EQ(p_.nunilateralOrder, 4);
+  EXPECT_EQ(p_.unilateralOrder[1], -2);
+  EXPECT_EQ(error(), 0);
+  ASSERT_EQ(read("SIM_VARIABLE_VECTOR PATH_UNILATERAL 0 0 1"), 0);
+  EXPECT_EQ(p_.nunilateralOrder, 3);
+  EXPECT_EQ(error(), 0);
+}
+
+TEST_F(SimAndPathTest, EveryReadingErrorNamesItsField) {
+  EXPECT_EQ(read("SIM_ONE_BY_ONE_"), -890);
+  EXPECT_EQ(read("SIM_ONE_BY_ONE PATH_NONE"), -891);
+  EXPECT_EQ(read("SIM_ONE_BY_ONE PATH_UNILATERAL 1 2 3"), -892);
+  EXPECT_EQ(read("SIM_ONE_BY_ONE PATH_RANDOM_HD_DISTANCE_PDF"), -893);
+  EXPECT_EQ(read("SIM_ONE_BY_ONE PATH_RANDOM_HD_DISTANCE_SUM_SORT 1"), -893);
+  EXPECT_EQ(read("SIM_ONE_BY_ONE PATH_RANDOM_HD_DISTANCE_SUM_SORT s"), -894);
+}
+
+TEST_F(SimAndPathTest, ValidationFollowsItsOrder) {
+  p_.simType = 2;
+  p_.pathType = 6;
+  EXPECT_EQ(error(), -705);
+  p_.simType = SIM_ONE_BY_ONE;
+  EXPECT_EQ(error(), -706);
+  // pow is checked before the strength, for the summed-distance paths only.
+  p_.pathType = PATH_RANDOM_HD_DISTANCE_SUM_PDF;
+  p_.strength = 2.0;
+  EXPECT_EQ(error(), -709);
+  p_.pow = 10.5;
+  EXPECT_EQ(error(), -709);
+  p_.pow = 10.0;
+  EXPECT_EQ(error(), -708);
+  p_.pathType = PATH_RANDOM_HD_DISTANCE_PDF;
+  p_.pow = 0.0;
+  EXPECT_EQ(error(), -708);
+  p_.strength = 1.0;
+  EXPECT_EQ(error(), 0);
+  p_.pathType = PATH_RANDOM;
+  p_.strength = -1.0;
+  EXPECT_EQ(error(), 0);
+  p_.pathType = PATH_UNILATERAL;
+  EXPECT_EQ(error(), -707);  // no order at all
+}
+
+TEST_F(SimAndPathTest, UnilateralRanksAreDistinctAndBounded) {
+  struct Case {
+    const char *order;
+    int error;
+  };
+  for (const Case &k :
+       {Case{"0 0 0 0", 0}, Case{"-1 0 0 0", 0}, Case{"2 1 -3 4", 0}, Case{"1 -1 0 0", -707},
+        Case{"2 0 0 0", -707}, Case{"1 2 3 5", -707}, Case{"0 3 1 0", -707}}) {
+    ASSERT_EQ(read(std::string("SIM_ONE_BY_ONE PATH_UNILATERAL ") + k.order), 0);
+    EXPECT_EQ(error(), k.error) << k.order;
+  }
+  // The order must have the length of the simulation type.
+  ASSERT_EQ(read("SIM_ONE_BY_ONE PATH_UNILATERAL 1 2 3 0"), 0);
+  p_.simType = SIM_VARIABLE_VECTOR;
+  EXPECT_EQ(error(), -707);
+}
+
+TEST_F(SimAndPathTest, CopiesAndPrints) {
+  ASSERT_EQ(read("SIM_ONE_BY_ONE PATH_UNILATERAL 1 -2 0 3"), 0);
+  ASSERT_EQ(NUVOCopySimAndPathParameters(&p_, &copy_), 0);
+  NUVOFreeSimAndPathParameters(&p_);
+  ASSERT_NE(copy_.unilateralOrder, nullptr);
+  EXPECT_EQ(copy_.unilateralOrder[3], 3);
+  std::string text = printed([&](FILE *f) { NUVOPrintSimAndPathParameters(&copy_, "> ", f); });
+  EXPECT_EQ(text,
+            "> simType: SIM_ONE_BY_ONE\n"
+            "> pathType: PATH_UNILATERAL\n"
+            "> nunilateralOrder: 4\n"
+            "> unilateralOrder: 1 -2 0 3\n"
+            "> strength:       0.000000\n"
+            "> pow:       0.000000\n");
+  copy_.pathType = 9;
+  NUVOFreeSimAndPathParameters(&copy_);
+  copy_.pathType = 9;
+  text = printed([&](FILE *f) { NUVOPrintSimAndPathParameters(&copy_, "", f); });
+  EXPECT_NE(text.find("pathType: unknown\n"), std::string::npos);
+  EXPECT_NE(text.find("unilateralOrder: NOT ALLOCATED\n"), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,119 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+#include "input/text_io.hpp"
+#include "test_streams.hpp"
+
+namespace {
+
+using nuvo_test::printed;
+using nuvo_test::TextStream;
+
+constexpr std::array<const char *, 3> kColors{"COLOR_RED", "COLOR_GREEN", "COLOR_BLUE"};
+
+TEST(TextRead, NumbersTakeTheLongestPrefixAndLeaveTheRest) {
+  TextStream s(" 42//note\n -7 +3 2.5e1/* c */-0.125 1.5x");
+  int i = 0;
+  double d = 0.0;
+  ASSERT_EQ(nuvo::readInt(s.file, &i, -10), 0);
+  EXPECT_EQ(i, 42);
+  ASSERT_EQ(nuvo::readInt(s.file, &i, -10), 0);
+  EXPECT_EQ(i, -7);
+  ASSERT_EQ(nuvo::readInt(s.file, &i, -10), 0);
+  EXPECT_EQ(i, 3);
+  ASSERT_EQ(nuvo::readDouble(s.file, &d, -11), 0);
+  EXPECT_EQ(d, 25.0);
+  ASSERT_EQ(nuvo::readDouble(s.file, &d, -11), 0);
+  EXPECT_EQ(d, -0.125);
+  ASSERT_EQ(nuvo::readDouble(s.file, &d, -11), 0);
+  EXPECT_EQ(d, 1.5);
+  // The "x" left behind is not a number.
+  EXPECT_EQ(nuvo::readDouble(s.file, &d, -11), -11);
+}
+
+TEST(TextRead, MalformedOrMissingTokensGiveTheFieldCode) {
+  int i = 5;
+  double d = 0.0;
+  EXPECT_EQ(nuvo::readInt(TextStream("abc").file, &i, -10), -10);
+  EXPECT_EQ(nuvo::readInt(TextStream("  // only a comment\n").file, &i, -10), -10);
+  EXPECT_EQ(nuvo::readInt(TextStream("99999999999").file, &i, -10), -10);
+  EXPECT_EQ(nuvo::readDouble(TextStream("-").file, &d, -11), -11);
+  EXPECT_EQ(i, 5);
+  signed char flag = 0;
+  EXPECT_EQ(nuvo::readFlag(TextStream("2").file, &flag, -12), -12);
+  ASSERT_EQ(nuvo::readFlag(TextStream("1").file, &flag, -12), 0);
+  EXPECT_EQ(flag, 1);
+}
+
+TEST(TextRead, WordsAreBoundedAndTooLongOnesHaveTheirOwnCode) {
+  char word[128];
+  std::string exact(127, 'a');
+  TextStream s(exact + " " + exact + "b");
+  ASSERT_EQ(nuvo::readWord(s.file, word, 127, -20, -21), 0);
+  EXPECT_EQ(std::string(word), exact);
+  EXPECT_EQ(nuvo::readWord(s.file, word, 127, -20, -21), -21);
+  EXPECT_EQ(nuvo::readWord(TextStream(" /* end */ ").file, word, 127, -20, -21), -20);
+  // A slash not followed by a slash or a star starts a word.
+  ASSERT_EQ(nuvo::readWord(TextStream("/x//c\n").file, word, 127, -20, -21), 0);
+  EXPECT_STREQ(word, "/x//c");
+}
+
+TEST(TextRead, KeywordsAreExactAndCaseSensitive) {
+  TextStream s("COLOR_BLUE COLOR_green COLOR_RED.");
+  int value = -1;
+  ASSERT_EQ(nuvo::readKeyword(s.file, kColors, &value, -30), 0);
+  EXPECT_EQ(value, 2);
+  EXPECT_EQ(nuvo::readKeyword(s.file, kColors, &value, -30), -30);
+  EXPECT_EQ(nuvo::readKeyword(s.file, kColors, &value, -30), -30);
+  EXPECT_EQ(value, 2);
+  EXPECT_STREQ(nuvo::keywordOf(kColors, 1), "COLOR_GREEN");
+  EXPECT_STREQ(nuvo::keywordOf(kColors, 3), "unknown");
+  EXPECT_STREQ(nuvo::keywordOf(kColors, -1), "unknown");
+}
+
+TEST(TextRead, ListsStopAtTheFirstBadEntry) {
+  int values[3] = {0, 0, 0};
+  ASSERT_EQ(nuvo::readList(TextStream("1 2 3").file, values, 3, -40), 0);
+  EXPECT_EQ(values[2], 3);
+  EXPECT_EQ(nuvo::readList(TextStream("4 5").file, values, 3, -40), -40);
+  EXPECT_EQ(values[1], 5);
+  signed char flags[2] = {0, 0};
+  EXPECT_EQ(nuvo::readList(TextStream("1 7").file, flags, 2, -41), -41);
+}
+
+TEST(FieldPrinter, WritesOneLinePerFieldWithItsPrefix) {
+  const double thresholds[2] = {0.5, 0.25};
+  const int modes[2] = {1, 7};
+  std::string text = printed([&](FILE *f) {
+    nuvo::FieldPrinter out(f, "  ");
+    out.field("nvar", "%d", 2);
+    out.keyword("color", kColors, 0);
+    out.keyword("color", kColors, 9);
+    out.items("distanceThreshold", nuvo::kPerVariable, thresholds, 2, "%14.6f");
+    out.items("maxScanFraction", nuvo::kPerTrainImage, thresholds, 1, "%14.6f");
+    out.keywordItems("mode", nuvo::kPerVariable, modes, 2, kColors);
+    out.values("ratio", thresholds, 2, "%.2f");
+    out.items<double>("missing", nuvo::kPerVariable, nullptr, 2, "%f");
+    out.heading("nested");
+    nuvo::FieldPrinter(f, nuvo::nestedPrefix("  ").c_str()).text("name", "x");
+    out.itemHeading("softProbability", nuvo::kPerVariable, 1);
+  });
+  EXPECT_EQ(text,
+            "  nvar: 2\n"
+            "  color: COLOR_RED\n"
+            "  color: unknown\n"
+            "  distanceThreshold for variable   0:       0.500000\n"
+            "  distanceThreshold for variable   1:       0.250000\n"
+            "  maxScanFraction for training image   0:       0.500000\n"
+            "  mode for variable   0: COLOR_GREEN\n"
+            "  mode for variable   1: unknown\n"
+            "  ratio: 0.50 0.25\n"
+            "  missing: NOT ALLOCATED\n"
+            "  nested:\n"
+            "     name: x\n"
+            "  softProbability for variable   1\n");
+}
+
+}  // namespace
