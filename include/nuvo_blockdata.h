@@ -49,7 +49,8 @@ NUVO_API void NUVOFreeBlockData(nuvo_blockData *bd);
 /** The usage, the number of blocks and one line per block, each starting with
  *  prefix. Nothing but the usage line is printed for usage 0. Returns 0. */
 NUVO_API int NUVOPrintBlockData(const nuvo_blockData *bd, const char *prefix, FILE *stream);
-/** Checks the record, first failure wins; puts 0, -2920 (usage), -2941 (no block),
+/** Checks the record, first failure wins; puts 0, -2920 (usage), -2941 (no block,
+ *  or block arrays missing),
  *  or the first block failure (-2942 nnode, -2954 tolerance, -2951 / -2952 /
  *  -2953 activation proportions) in *error. pm and callback are accepted for the
  *  uniform validator shape; nothing is reported. Returns 0. */
@@ -60,7 +61,8 @@ NUVO_API int NUVOValidateBlockData(const nuvo_blockData *bd, nuvo_progressMonito
  *  zero nodes, -1 allocation. A negative nblock is kept for the validator. On
  *  failure the record is left partly filled for NUVOFreeBlockData. */
 NUVO_API int NUVOReadBlockData(nuvo_blockData *bd, FILE *stream);
-/** Writes the blocks of bd in the block data file format. Returns 0. */
+/** Writes the blocks of bd (which must hold its nblock blocks) in the block data
+ *  file format, reals as "%14.6lf". Returns 0. */
 NUVO_API int NUVOWriteBlockData(const nuvo_blockData *bd, FILE *stream);
 
 /* ---- nuvo_blockDataASCII ---- */

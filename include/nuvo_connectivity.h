@@ -69,7 +69,12 @@ NUVO_API void NUVOFreeConnectivity(nuvo_connectivity *c);
  *  printed for usage 0. Returns 0, or -1 when the extended prefix cannot be made. */
 NUVO_API int NUVOPrintConnectivity(const nuvo_connectivity *c, const char *prefix, FILE *stream);
 /** Checks the record, first failure wins; puts 0 or a code from -2091 to -2102 (or
- *  the code of the class or image validator) in *error. Returns 0. */
+ *  the code of the class or image validator) in *error: -2091 usage not 0 to 3,
+ *  -2092 type, -2093 no classes, the class code, -2094 label name missing or of
+ *  128 characters or more, -2098 / -2099 reference flag and image disagree; for
+ *  usage 3 -2097 flag not 1, -2100 deactivation distance < 0, -2101 / -2102
+ *  threshold outside [1e-6, 1]; for usage 1 and 2 the image code and -2096 (not
+ *  exactly one variable). Returns 0. */
 NUVO_API int NUVOValidateConnectivity(const nuvo_connectivity *c, int *error);
 
 /* ---- nuvo_connectivityASCII ---- */
@@ -82,14 +87,18 @@ NUVO_API void NUVOFreeConnectivityASCII(nuvo_connectivityASCII *c);
 NUVO_API int NUVOPrintConnectivityASCII(const nuvo_connectivityASCII *c, const char *prefix,
                                         FILE *stream);
 /** Reads one variable's connectivity section into an initialised record, skipping
- *  comments before every item. Returns 0 or the first failure: -2110 usage (also
- *  a usage above 3), -2111 type, the class reader's codes (-4035 to -4038), -2112
- *  / -2113 label variable name (unreadable / 128 characters or more), -2114 /
- *  -2115 reference file name (256 or more), -2116 / -2117 reference variable name,
- *  -2118 deactivation distance, -2119 threshold, -1 allocation. A failed read
- *  leaves the record partly filled for NUVOFreeConnectivityASCII. */
+ *  comments before every item. Usage 0 ends the section; any other usage reads
+ *  the type, the classes and the label name, then usage 1 or 2 the reference
+ *  (file name and, unless it is "_TI_", variable name) and usage 3 the
+ *  deactivation distance and the threshold; an unknown usage is left to the
+ *  validator. Returns 0 or the first failure: -2110 usage, -2111 type, the class reader's codes
+ * (-4035 to -4038), -2112 / -2113 label variable name (unreadable / 128 characters or more), -2114
+ * / -2115 reference file name (256 or more), -2116 / -2117 reference variable name, -2118
+ * deactivation distance, -2119 threshold, -1 allocation. A failed read leaves the record partly
+ * filled for NUVOFreeConnectivityASCII. */
 NUVO_API int NUVOReadConnectivityASCII(nuvo_connectivityASCII *c, FILE *stream);
-/** Fills the initialised record out from in. "_TI_" sets tiAsRefFlag; otherwise the
+/** Fills the initialised record out from in. "_TI_" and usage 3 (whose labels are
+ *  always compared with the first training image) set tiAsRefFlag; otherwise the
  *  reference image is read as a GSLIB text image and its variable named
  *  refConnectivityVarName is kept as a one-variable image. Returns 0, -121 when
  *  the file cannot be opened, the image reader's code, -135 no reference variable

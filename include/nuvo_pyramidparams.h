@@ -91,9 +91,10 @@ typedef struct {
   nuvo_classOfValues *classOfValues; /**< owned; PYRAMID_CATEGORICAL_CUSTOM only */
 } nuvo_pyramidParameters;
 
-/** Number of neighbor (and threshold) factors for a mode and n levels: 4n + 1 in
- *  the hierarchical modes, n + 1 one level after another, 0 otherwise. */
-NUVO_API int NUVOPyramidNFactorNneighboringNode(int pyramidSimulationMode, int npyramidLevel);
+/** Length of factorNneighboringNode and of factorDistanceThreshold for a
+ *  simulation mode and n levels: 4n + 1 in the hierarchical modes, n + 1 in
+ *  PYRAMID_SIM_ALL_LEVEL_ONE_BY_ONE, 0 for any other mode or for n < 1. */
+NUVO_API int NUVOGetPyramidNFactor(int pyramidSimulationMode, int npyramidLevel);
 
 /* ---- nuvo_pyramidGeneralParameters ---- */
 
@@ -109,7 +110,8 @@ NUVO_API void NUVOFreePyramidGeneralParameters(nuvo_pyramidGeneralParameters *p)
 NUVO_API int NUVOPrintPyramidGeneralParameters(const nuvo_pyramidGeneralParameters *p,
                                                const char *prefix, FILE *stream);
 /** Checks the record, first failure wins; puts 0 or a code of -3617 to -3629,
- *  -3651 or -3652 in *error. pm and callback are accepted for the uniform validator
+ *  -3651 or -3652 in *error (a missing step or factor array counts as a value
+ *  too small). pm and callback are accepted for the uniform validator
  *  shape; nothing is reported. Returns 0. */
 NUVO_API int NUVOValidatePyramidGeneralParameters(const nuvo_pyramidGeneralParameters *p,
                                                   nuvo_progressMonitor *pm,

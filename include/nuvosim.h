@@ -17,6 +17,11 @@
 #include "nuvo_searchneighborhood.h"
 #include "nuvo_simandpath.h"
 #include "nuvo_classofvalues.h"
+#include "nuvo_softprobability.h"
+#include "nuvo_connectivity.h"
+#include "nuvo_blockdata.h"
+#include "nuvo_pyramidparams.h"
+#include "nuvo_siminput.h"
 #include "nuvo_distancemap.h"
 #include "nuvo_path.h"
 

@@ -1,6 +1,7 @@
 #include "input/text_io.hpp"
 
 #include <charconv>
+#include <cstdlib>
 #include <cstring>
 
 #include "foundation/check.hpp"
@@ -88,6 +89,30 @@ int readKeyword(FILE *stream, KeywordTable table, int *value, int code) {
     }
   }
   return code;
+}
+
+char **allocateTextSlots(int n, int slotSize) {
+  if (n <= 0) return nullptr;
+  auto count = static_cast<std::size_t>(n);
+  auto *block = static_cast<char *>(std::calloc(count, static_cast<std::size_t>(slotSize)));
+  auto **slots = static_cast<char **>(std::malloc(count * sizeof(char *)));
+  if (block == nullptr || slots == nullptr) {
+    std::free(block);
+    std::free(slots);
+    return nullptr;
+  }
+  for (std::size_t i = 0; i < count; ++i) slots[i] = block + i * static_cast<std::size_t>(slotSize);
+  return slots;
+}
+
+void freeTextSlots(char **slots) {
+  if (slots == nullptr) return;
+  std::free(slots[0]);
+  std::free(slots);
+}
+
+char *allocateText(int slotSize) {
+  return static_cast<char *>(std::calloc(static_cast<std::size_t>(slotSize), 1));
 }
 
 std::string nestedPrefix(const char *prefix) {

@@ -21,6 +21,8 @@
 #include <span>
 #include <string>
 
+#include "foundation/check.hpp"
+
 namespace nuvo {
 
 // Keywords of an enumeration; the keyword of value v is table[v].
@@ -63,6 +65,15 @@ int readList(FILE *stream, T *values, int n, int code) {
   return 0;
 }
 
+// ---- Text slots ----
+
+// n empty text slots of slotSize bytes in one block, plus the n pointers into it;
+// null on failure or when n <= 0. Released by freeTextSlots (null accepted).
+char **allocateTextSlots(int n, int slotSize);
+void freeTextSlots(char **slots);
+// One empty owned text of slotSize bytes (null on failure), released by free.
+char *allocateText(int slotSize);
+
 // ---- Printing ----
 
 // The prefix of a nested record: three blanks more (may throw bad_alloc, so
@@ -87,8 +98,10 @@ class FieldPrinter {
     std::fprintf(stream_, format, value);
     std::fputc('\n', stream_);
   }
-  // "<prefix><name>: <text>\n".
-  void text(const char *name, const char *value) const { field(name, "%s", value); }
+  // "<prefix><name>: <text>\n", "NOT ALLOCATED" for a null text.
+  void text(const char *name, const char *value) const {
+    field(name, "%s", value != nullptr ? value : kNotAllocated);
+  }
   // The keyword of value, or "unknown".
   void keyword(const char *name, KeywordTable table, int value) const {
     text(name, keywordOf(table, value));
@@ -141,5 +154,37 @@ class FieldPrinter {
   FILE *stream_;
   const char *prefix_;
 };
+
+// Prints record under "<prefix><name>:" with the nested prefix, or
+// "<prefix><name>: NOT ALLOCATED" for a null record; print is a record printer
+// (record, prefix, stream) whose non-zero code is passed on.
+template <typename T, typename Print>
+int printNested(const FieldPrinter &out, const char *name, const T *record, Print print) {
+  if (record == nullptr) {
+    out.notAllocated(name);
+    return 0;
+  }
+  out.heading(name);
+  std::string nested = nestedPrefix(out.prefix());
+  return print(record, nested.c_str(), out.stream());
+}
+
+// Prints the n records of array under "<prefix><name>:", each introduced by
+// "<prefix><name> for <kind> %3d" and printed with the nested prefix.
+template <typename T, typename Print>
+int printNestedItems(const FieldPrinter &out, const char *name, const char *kind, const T *array,
+                     int n, Print print) {
+  if (array == nullptr) {
+    out.notAllocated(name);
+    return 0;
+  }
+  out.heading(name);
+  std::string nested = nestedPrefix(out.prefix());
+  for (int i = 0; i < n; ++i) {
+    out.itemHeading(name, kind, i);
+    NUVO_TRY(print(&array[i], nested.c_str(), out.stream()));
+  }
+  return 0;
+}
 
 }  // namespace nuvo

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstring>
 #include <string>
 
 #include "input/text_io.hpp"
@@ -114,6 +115,58 @@ TEST(FieldPrinter, WritesOneLinePerFieldWithItsPrefix) {
             "  nested:\n"
             "     name: x\n"
             "  softProbability for variable   1\n");
+}
+
+// A record printer of the shape the nested helpers take.
+int printPair(const int *pair, const char *prefix, FILE *stream) {
+  std::fprintf(stream, "%sfirst: %d\n%ssecond: %d\n", prefix, pair[0], prefix, pair[1]);
+  return pair[0] < 0 ? -7 : 0;
+}
+
+TEST(FieldPrinter, NestsRecordsThreeBlanksDeeper) {
+  const int pairs[2][2] = {{1, 2}, {3, 4}};
+  std::string text = printed([&](FILE *f) {
+    nuvo::FieldPrinter out(f, "> ");
+    EXPECT_EQ(nuvo::printNested(out, "pair", pairs[0], printPair), 0);
+    EXPECT_EQ(nuvo::printNested<int>(out, "none", nullptr, printPair), 0);
+    EXPECT_EQ(nuvo::printNestedItems(out, "pairs", nuvo::kPerVariable, pairs, 2,
+                                     [](const int(*p)[2], const char *prefix, FILE *s) {
+                                       return printPair(*p, prefix, s);
+                                     }),
+              0);
+    out.text("file", nullptr);
+  });
+  EXPECT_EQ(text,
+            "> pair:\n"
+            ">    first: 1\n"
+            ">    second: 2\n"
+            "> none: NOT ALLOCATED\n"
+            "> pairs:\n"
+            "> pairs for variable   0\n"
+            ">    first: 1\n"
+            ">    second: 2\n"
+            "> pairs for variable   1\n"
+            ">    first: 3\n"
+            ">    second: 4\n"
+            "> file: NOT ALLOCATED\n");
+  // The code of a nested printer is passed on.
+  const int bad[2] = {-1, 0};
+  printed([&](FILE *f) {
+    EXPECT_EQ(nuvo::printNested(nuvo::FieldPrinter(f, ""), "bad", bad, printPair), -7);
+  });
+}
+
+TEST(TextSlots, OneBlockOfEmptySlots) {
+  char **slots = nuvo::allocateTextSlots(3, 256);
+  ASSERT_NE(slots, nullptr);
+  EXPECT_EQ(slots[2] - slots[0], 512);
+  EXPECT_STREQ(slots[1], "");
+  std::string name(255, 'n');
+  std::memcpy(slots[2], name.c_str(), 256);
+  EXPECT_EQ(std::string(slots[2]), name);
+  nuvo::freeTextSlots(slots);
+  nuvo::freeTextSlots(nullptr);
+  EXPECT_EQ(nuvo::allocateTextSlots(0, 256), nullptr);
 }
 
 }  // namespace

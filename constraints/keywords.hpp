@@ -1,0 +1,10 @@
+// Keyword tables of the constraint enumerations, indexed by value: the one
+// spelling shared by the readers, the printers and the parameter-file writer.
+#pragma once
+
+namespace nuvo {
+
+inline constexpr const char *kConnectivityTypeKeywords[] = {"CONNECT_FACE", "CONNECT_FACE_EDGE",
+                                                            "CONNECT_FACE_EDGE_CORNER"};
+
+}  // namespace nuvo

@@ -1,0 +1,262 @@
+/* The simulation input: everything one simulation needs (grid and variables,
+ * training images, conditioning data, search and distance settings, path,
+ * constraints, transforms, pyramids, post-processing and seeds), and its text
+ * twin nuvo_simInputASCII, which holds file names where nuvo_simInput holds
+ * loaded images and point sets.
+ *
+ * Per-variable arrays have nvar (nsimVar) entries, per-training-image arrays
+ * ntrainImage entries. Strings are owned buffers of NUVO_VAR_NAME_MAX + 1 bytes
+ * (names, format strings) or NUVO_FILE_NAME_MAX + 1 bytes (file names); a string
+ * array is one block of such slots plus the array of pointers into it.
+ * outputSimImageFileName holds no name for OUTPUT_SIM_NO_FILE, one name for
+ * OUTPUT_SIM_ALL_IN_ONE_FILE and OUTPUT_SIM_ONE_FILE_PER_REALIZATION (a prefix),
+ * and one name per variable whose output flag is 1 for
+ * OUTPUT_SIM_ONE_FILE_PER_VARIABLE.
+ *
+ * Ownership: a record owns every array, string, image, point set and
+ * sub-record it points to; NUVOFreeSimInput / NUVOFreeSimInputASCII release
+ * them and re-initialise the record, never the record itself.
+ */
+#ifndef NUVO_SIMINPUT_H
+#define NUVO_SIMINPUT_H
+
+#include <stdio.h>
+
+#include "nuvo_blockdata.h"
+#include "nuvo_connectivity.h"
+#include "nuvo_export.h"
+#include "nuvo_image.h"
+#include "nuvo_pointset.h"
+#include "nuvo_pyramidparams.h"
+#include "nuvo_searchneighborhood.h"
+#include "nuvo_simandpath.h"
+#include "nuvo_softprobability.h"
+#include "nuvo_text.h"
+
+NUVO_EXTERN_C_BEGIN
+
+/** How realizations are written to files (outputSimJob). */
+typedef enum {
+  OUTPUT_SIM_NO_FILE = 0,
+  OUTPUT_SIM_ALL_IN_ONE_FILE = 1,
+  OUTPUT_SIM_ONE_FILE_PER_VARIABLE = 2,
+  OUTPUT_SIM_ONE_FILE_PER_REALIZATION = 3
+} nuvo_outputSimJob;
+
+/** Normalisation of continuous variables (normalizingType). */
+typedef enum {
+  NORMALIZING_LINEAR = 0,
+  NORMALIZING_UNIFORM = 1,
+  NORMALIZING_NORMAL = 2
+} nuvo_normalizingType;
+
+/** Target interval of the simulated values of a variable (rescalingMode). */
+typedef enum {
+  RESCALING_NONE = 0,
+  RESCALING_MIN_MAX = 1,
+  RESCALING_MEAN_LENGTH = 2
+} nuvo_rescalingMode;
+
+/** How the post-processing settings are obtained (postProcessingParametersJob). */
+typedef enum {
+  POST_PROCESSING_PARAMETERS_DEFAULT = 0,
+  POST_PROCESSING_PARAMETERS_SAME = 1,
+  POST_PROCESSING_PARAMETERS_MANUAL = 2
+} nuvo_postProcessingParametersJob;
+
+/** File name of a training image that is the simulation grid itself. */
+#define NUVO_SIM_GRID_AS_TI_NAME "_DATA_"
+/** Format string that stands for the default output format "%.10g". */
+#define NUVO_DEFAULT_FORMAT_NAME "DEFAULT_FORMAT"
+
+typedef struct {
+  signed char consoleAppFlag;    /**< 1: the caller is a console front end */
+  nuvo_image *simImage;          /**< simulation grid and its variables */
+  int nvar;                      /**< number of simulated variables */
+  signed char *outputVarFlag;    /**< per variable: 1 = written to the output files */
+  char **formatStringVar;        /**< per variable: printf format of its values (may be null) */
+  int outputSimJob;              /**< nuvo_outputSimJob */
+  char **outputSimImageFileName; /**< see the header comment for the count */
+  signed char outputPathIndexFlag;
+  char *outputPathIndexFileName; /**< prefix of the path index maps */
+  signed char outputErrorFlag;
+  char *outputErrorFileName; /**< prefix of the error maps */
+  signed char outputTiGridNodeIndexFlag;
+  char *outputTiGridNodeIndexFileName; /**< prefix of the TI grid node index maps */
+  signed char outputTiIndexFlag;
+  char *outputTiIndexFileName; /**< prefix of the TI index maps */
+  signed char outputReportFlag;
+  char *outputReportFileName;   /**< report file */
+  int ntrainImage;              /**< number of training images (at least 1) */
+  signed char *simGridAsTiFlag; /**< per TI: 1 = the TI is the simulation grid */
+  nuvo_image *trainImage;       /**< per TI (unused entry where simGridAsTiFlag is 1) */
+  nuvo_image *pdfTrainImage;    /**< ntrainImage > 1 only: probability of each TI */
+  int ndataImage;
+  nuvo_image *dataImage; /**< conditioning images on the simulation grid */
+  int ndataPointSet;
+  nuvo_pointSet *dataPointSet; /**< conditioning point sets */
+  signed char maskImageFlag;
+  nuvo_image *maskImage; /**< 1 = node simulated, 0 = left alone */
+  int homothetyUsage;    /**< 0 none, 1 without tolerance, 2 with tolerance */
+  signed char homothetyXRatioImageFlag, homothetyYRatioImageFlag, homothetyZRatioImageFlag;
+  double *homothetyXRatioValue, *homothetyYRatioValue, *homothetyZRatioValue; /**< usage values */
+  nuvo_image *homothetyXRatioImage, *homothetyYRatioImage, *homothetyZRatioImage;
+  int rotationUsage; /**< 0 none, 1 without tolerance, 2 with tolerance */
+  signed char rotationAzimuthImageFlag, rotationDipImageFlag, rotationPlungeImageFlag;
+  double *rotationAzimuthValue, *rotationDipValue, *rotationPlungeValue; /**< usage values */
+  nuvo_image *rotationAzimuthImage, *rotationDipImage, *rotationPlungeImage;
+  double trainValueRangeExtensionMax; /**< expMax; negative: no check */
+  int normalizingType;                /**< nuvo_normalizingType */
+  nuvo_searchNeighborhoodParameters *searchNeighborhoodParameters; /**< per variable */
+  int *nneighboringNode;                                           /**< per variable */
+  double *neighboringNodeDensity;                                  /**< per variable */
+  int *rescalingMode; /**< per variable, nuvo_rescalingMode */
+  double *rescalingTargetMin, *rescalingTargetMax, *rescalingTargetMean, *rescalingTargetLength;
+  signed char *relativeDistanceFlag; /**< per variable */
+  int *distanceType;          /**< per variable: 0 non-matching, 1 L-1, 2 L-2, 3 L-p, 4 L-inf */
+  double *powerLpDistance;    /**< per variable: p */
+  double *powerLpDistanceInv; /**< per variable: 1/p */
+  double *conditioningWeightFactor; /**< per variable */
+  nuvo_simAndPathParameters *simAndPathParameters;
+  double *distanceThreshold;             /**< per variable */
+  nuvo_softProbability *softProbability; /**< per variable */
+  nuvo_connectivity *connectivity;       /**< per variable */
+  nuvo_blockData *blockData;             /**< per variable */
+  double *maxScanFraction;               /**< per TI */
+  nuvo_pyramidGeneralParameters *pyramidGeneralParameters;
+  nuvo_pyramidParameters *pyramidParameters; /**< per variable */
+  double tolerance;
+  int npostProcessingPathMax;
+  int *postProcessingNneighboringNode;          /**< per variable */
+  double *postProcessingNeighboringNodeDensity; /**< per variable */
+  double *postProcessingDistanceThreshold;      /**< per variable */
+  double *postProcessingMaxScanFraction;        /**< per TI */
+  double postProcessingTolerance;
+  int seed;
+  int seedIncrement;
+  int nrealization;
+} nuvo_simInput;
+
+typedef struct {
+  signed char consoleAppFlag;
+  int simGridNx, simGridNy, simGridNz;    /**< node counts */
+  double simGridSx, simGridSy, simGridSz; /**< cell sizes */
+  double simGridOx, simGridOy, simGridOz; /**< origin */
+  int nsimVar;                            /**< number of simulated variables */
+  char **simVarName;                      /**< per variable */
+  signed char *outputVarFlag;             /**< per variable */
+  char **formatStringVar; /**< per variable; NUVO_DEFAULT_FORMAT_NAME for the default */
+  int outputSimJob;       /**< nuvo_outputSimJob */
+  char **outputSimImageFileName;
+  signed char outputPathIndexFlag;
+  char *outputPathIndexFileName;
+  signed char outputErrorFlag;
+  char *outputErrorFileName;
+  signed char outputTiGridNodeIndexFlag;
+  char *outputTiGridNodeIndexFileName;
+  signed char outputTiIndexFlag;
+  char *outputTiIndexFileName;
+  signed char outputReportFlag;
+  char *outputReportFileName;
+  int ntrainImage;
+  char **trainImageFileName;   /**< per TI; NUVO_SIM_GRID_AS_TI_NAME for the simulation grid */
+  char *pdfTrainImageFileName; /**< ntrainImage > 1 only */
+  int ndataImageFile;
+  char **dataImageFileName;
+  int ndataPointSetFile;
+  char **dataPointSetFileName;
+  signed char maskImageFlag;
+  char *maskImageFileName;
+  int homothetyUsage;
+  signed char homothetyXRatioImageFlag, homothetyYRatioImageFlag, homothetyZRatioImageFlag;
+  double *homothetyXRatioValue, *homothetyYRatioValue, *homothetyZRatioValue;
+  char *homothetyXRatioImageFileName, *homothetyYRatioImageFileName, *homothetyZRatioImageFileName;
+  int rotationUsage;
+  signed char rotationAzimuthImageFlag, rotationDipImageFlag, rotationPlungeImageFlag;
+  double *rotationAzimuthValue, *rotationDipValue, *rotationPlungeValue;
+  char *rotationAzimuthImageFileName, *rotationDipImageFileName, *rotationPlungeImageFileName;
+  double trainValueRangeExtensionMax;
+  int normalizingType;
+  nuvo_searchNeighborhoodParameters *searchNeighborhoodParameters;
+  int *nneighboringNode;
+  double *neighboringNodeDensity;
+  int *rescalingMode;
+  double *rescalingTargetMin, *rescalingTargetMax, *rescalingTargetMean, *rescalingTargetLength;
+  signed char *relativeDistanceFlag;
+  int *distanceType;
+  double *powerLpDistance;
+  double *powerLpDistanceInv;
+  double *conditioningWeightFactor;
+  nuvo_simAndPathParameters *simAndPathParameters;
+  double *distanceThreshold;
+  nuvo_softProbabilityASCII *softProbabilityASCII; /**< per variable */
+  nuvo_connectivityASCII *connectivityASCII;       /**< per variable */
+  nuvo_blockDataASCII *blockDataASCII;             /**< per variable */
+  double *maxScanFraction;
+  nuvo_pyramidGeneralParametersASCII *pyramidGeneralParametersASCII;
+  nuvo_pyramidParameters *pyramidParameters; /**< per variable, only with pyramid levels */
+  double tolerance;
+  int npostProcessingPathMax;
+  int postProcessingParametersJob;              /**< nuvo_postProcessingParametersJob */
+  int *postProcessingNneighboringNode;          /**< manual job only */
+  double *postProcessingNeighboringNodeDensity; /**< manual job only */
+  double *postProcessingDistanceThreshold;      /**< manual job only */
+  double *postProcessingMaxScanFraction;        /**< manual job only */
+  double postProcessingTolerance;               /**< manual job only */
+  int seed;
+  int seedIncrement;
+  int nrealization;
+} nuvo_simInputASCII;
+
+/* ---- nuvo_simInput ---- */
+
+/** All pointers null, all counts and values 0. */
+NUVO_API void NUVOInitSimInput(nuvo_simInput *si);
+
+/** Releases every owned array, string, image, point set and sub-record (partly
+ *  filled records are accepted) and re-initialises the record. */
+NUVO_API void NUVOFreeSimInput(nuvo_simInput *si);
+
+/** Dumps every field in the order of the record, one line each:
+ *  "<prefix><field>: <value>", with " for variable %3d" or
+ *  " for training image %3d" after the name of per-item fields, enumerations as
+ *  keywords ("unknown" out of range), "NOT ALLOCATED" for a missing array, nested
+ *  records with prefix plus three blanks and a blank line between groups. A
+ *  training image that is the simulation grid prints "simulation grid is set as
+ *  training image"; pdfTrainImage is printed only when ntrainImage > 1. Returns 0,
+ *  -1 when a nested prefix cannot be made, or the code of a nested printer. */
+NUVO_API int NUVOPrintSimInput(const nuvo_simInput *si, const char *prefix, FILE *stream);
+
+/* ---- nuvo_simInputASCII ---- */
+
+/** All pointers null, all counts and values 0. */
+NUVO_API void NUVOInitSimInputASCII(nuvo_simInputASCII *si);
+
+/** As NUVOFreeSimInput, for the text twin. */
+NUVO_API void NUVOFreeSimInputASCII(nuvo_simInputASCII *si);
+
+/** As NUVOPrintSimInput, for the text twin (file names instead of images). */
+NUVO_API int NUVOPrintSimInputASCII(const nuvo_simInputASCII *si, const char *prefix, FILE *stream);
+
+/** Builds `out` (initialised or freed) from `in`, loading every file it names:
+ *  the simulation image (all values missing) from the grid and names; the format
+ *  NUVO_DEFAULT_FORMAT_NAME becomes "%.10g"; training images (none for the name
+ *  NUVO_SIM_GRID_AS_TI_NAME, which sets simGridAsTiFlag), the pdf of the TIs when
+ *  there are several, data images, point sets, mask, homothety and rotation images
+ *  where their flags ask for them (GSLIB text); the constraint and pyramid
+ *  records through their converters; the post-processing settings according to
+ *  postProcessingParametersJob when npostProcessingPathMax > 0 (defaults: 8, 6 or
+ *  4 neighboring nodes for 3, 2 or fewer grid dimensions greater than 1, density
+ *  1, threshold 0.02 for distance type 0 and 0.01 otherwise, scan fraction
+ *  min(0.2, maxScanFraction), tolerance 0).
+ *  Returns 0, -1 on allocation failure, a file that cannot be opened: -112 (TI),
+ *  -119 (pdf of the TIs), -111 (data image), -123 (point set), -125 (mask),
+ *  -113 / -114 / -115 (homothety x, y, z), -116 / -117 / -118 (azimuth, dip,
+ *  plunge), the codes of the converters of the sub-records (-120, -121 ...), or
+ *  the code of a file reader. On failure `out` is left partly filled for
+ *  NUVOFreeSimInput. */
+NUVO_API int NUVOSimInputASCIIToSimInput(const nuvo_simInputASCII *in, nuvo_simInput *out);
+
+NUVO_EXTERN_C_END
+
+#endif /* NUVO_SIMINPUT_H */

@@ -1,0 +1,155 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "nuvo_blockdata.h"
+#include "tests/constraints/test_files.hpp"
+
+namespace {
+
+using nuvo_test::NamedFile;
+using nuvo_test::printed;
+using nuvo_test::TextStream;
+
+// Two blocks: three nodes with target 0.5, one node with target 2.25.
+constexpr char kTwoBlocks[] =
+    "2\n"
+    "3 0.5 0.1 0.2 0.8\n"
+    "0 0 0\n1 0 0\n2 3 4\n"
+    "1 2.25 0 0.4 0.4\n"
+    "5 6 7\n";
+
+class BlockDataTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    NUVOInitBlockDataASCII(&ascii_);
+    NUVOInitBlockData(&bd_);
+    NUVOInitBlockData(&back_);
+  }
+  void TearDown() override {
+    NUVOFreeBlockDataASCII(&ascii_);
+    NUVOFreeBlockData(&bd_);
+    NUVOFreeBlockData(&back_);
+  }
+
+  int readFile(const std::string &text) {
+    NUVOFreeBlockData(&bd_);
+    return NUVOReadBlockData(&bd_, TextStream(text).file);
+  }
+  int validate() {
+    int error = 1;
+    EXPECT_EQ(NUVOValidateBlockData(&bd_, nullptr, nullptr, &error), 0);
+    return error;
+  }
+  void makeTwoBlocks() {
+    ASSERT_EQ(readFile(kTwoBlocks), 0);
+    bd_.blockDataUsage = NUVO_BLOCK_DATA_MEAN;
+  }
+
+  nuvo_blockDataASCII ascii_;
+  nuvo_blockData bd_;
+  nuvo_blockData back_;
+};
+
+TEST_F(BlockDataTest, FileRoundTrip) {
+  makeTwoBlocks();
+  ASSERT_EQ(bd_.nblock, 2);
+  EXPECT_EQ(bd_.nnode[0], 3);
+  EXPECT_EQ(bd_.iz[0][2], 4);
+  EXPECT_EQ(bd_.ix[1][0], 5);
+  EXPECT_EQ(bd_.activatePropMax[0], 0.8);
+
+  std::string written = printed([&](FILE *f) { EXPECT_EQ(NUVOWriteBlockData(&bd_, f), 0); });
+  EXPECT_EQ(written.substr(0, written.find("0 0 0")),
+            "2\n3       0.500000       0.100000       "
+            "0.200000       0.800000\n");
+  ASSERT_EQ(NUVOReadBlockData(&back_, TextStream(written).file), 0);
+  ASSERT_EQ(back_.nblock, bd_.nblock);
+  for (int b = 0; b < bd_.nblock; ++b) {
+    ASSERT_EQ(back_.nnode[b], bd_.nnode[b]);
+    EXPECT_EQ(back_.value[b], bd_.value[b]);
+    EXPECT_EQ(back_.tolerance[b], bd_.tolerance[b]);
+    EXPECT_EQ(back_.activatePropMin[b], bd_.activatePropMin[b]);
+    EXPECT_EQ(back_.activatePropMax[b], bd_.activatePropMax[b]);
+    for (int k = 0; k < bd_.nnode[b]; ++k) {
+      EXPECT_EQ(back_.ix[b][k], bd_.ix[b][k]);
+      EXPECT_EQ(back_.iy[b][k], bd_.iy[b][k]);
+      EXPECT_EQ(back_.iz[b][k], bd_.iz[b][k]);
+    }
+  }
+}
+
+TEST_F(BlockDataTest, FileErrors) {
+  // The second block lists one index line of the two announced.
+  EXPECT_EQ(readFile("2\n1 0.5 0.1 0 1\n0 0 0\n2 0.5 0.1 0 1\n1 1 1\n"), -2980);
+  EXPECT_EQ(readFile("1\n1 0.5 0.1 0 x\n"), -2980);
+  EXPECT_EQ(readFile(""), -2980);
+  EXPECT_EQ(readFile("1\n0 0.5 0.1 0 1\n"), -3);
+
+  // A negative count reads and is refused by the validator.
+  EXPECT_EQ(readFile("-2"), 0);
+  bd_.blockDataUsage = NUVO_BLOCK_DATA_MEAN;
+  EXPECT_EQ(bd_.nblock, -2);
+  EXPECT_EQ(validate(), -2941);
+}
+
+TEST_F(BlockDataTest, TextFormAndConversion) {
+  NamedFile blocks("blocks.dat", kTwoBlocks);
+  ASSERT_EQ(NUVOReadBlockDataASCII(&ascii_, TextStream("1 " + blocks.path()).file), 0);
+  EXPECT_EQ(printed([&](FILE *f) { NUVOPrintBlockDataASCII(&ascii_, "  ", f); }),
+            "  blockDataUsage: 1\n  blockDataFileName: " + blocks.path() + "\n");
+  ASSERT_EQ(NUVOBlockDataASCIIToBlockData(&ascii_, &bd_), 0);
+  EXPECT_EQ(bd_.blockDataUsage, 1);
+  EXPECT_EQ(bd_.nblock, 2);
+  EXPECT_EQ(validate(), 0);
+
+  NUVOFreeBlockDataASCII(&ascii_);
+  ASSERT_EQ(NUVOReadBlockDataASCII(&ascii_, TextStream("1 /nonexistent/blocks.dat").file), 0);
+  EXPECT_EQ(NUVOBlockDataASCIIToBlockData(&ascii_, &back_), -2960);
+
+  NUVOFreeBlockDataASCII(&ascii_);
+  ASSERT_EQ(NUVOReadBlockDataASCII(&ascii_, TextStream("0").file), 0);
+  EXPECT_EQ(ascii_.blockDataFileName, nullptr);
+  EXPECT_EQ(printed([&](FILE *f) { NUVOPrintBlockDataASCII(&ascii_, "", f); }),
+            "blockDataUsage: 0\n");
+
+  for (auto [text, code] : {std::pair<std::string, int>{"", -3001},
+                            {"u", -3001},
+                            {"1", -3006},
+                            {"1 " + std::string(256, 'f'), -3006}}) {
+    NUVOFreeBlockDataASCII(&ascii_);
+    EXPECT_EQ(NUVOReadBlockDataASCII(&ascii_, TextStream(text).file), code) << text;
+  }
+}
+
+TEST_F(BlockDataTest, Print) {
+  makeTwoBlocks();
+  EXPECT_EQ(printed([&](FILE *f) { EXPECT_EQ(NUVOPrintBlockData(&bd_, "# ", f), 0); }),
+            "# blockDataUsage: 1\n"
+            "# nblock:   2\n"
+            "# block   0: nnode =     3, value =   5.000000E-01, tolerance =   1.000000E-01, "
+            "activatePropMin =   2.000000E-01, activatePropMax =   8.000000E-01\n"
+            "# block   1: nnode =     1, value =   2.250000E+00, tolerance =   0.000000E+00, "
+            "activatePropMin =   4.000000E-01, activatePropMax =   4.000000E-01\n");
+}
+
+TEST_F(BlockDataTest, RulesInOrder) {
+  EXPECT_EQ(validate(), 0);  // usage 0
+  makeTwoBlocks();
+  EXPECT_EQ(validate(), 0);  // activatePropMin == activatePropMax in block 1
+  bd_.activatePropMin[1] = 0.6;
+  EXPECT_EQ(validate(), -2953);
+  bd_.activatePropMax[1] = 1.1;
+  EXPECT_EQ(validate(), -2952);
+  bd_.activatePropMin[1] = -0.1;
+  EXPECT_EQ(validate(), -2951);
+  bd_.tolerance[1] = -1.0;
+  EXPECT_EQ(validate(), -2954);
+  bd_.nnode[1] = 0;
+  EXPECT_EQ(validate(), -2942);
+  bd_.blockDataUsage = 2;
+  EXPECT_EQ(validate(), -2920);
+}
+
+}  // namespace

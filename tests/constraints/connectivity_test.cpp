@@ -1,0 +1,219 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "nuvo_connectivity.h"
+#include "tests/constraints/test_files.hpp"
+
+namespace {
+
+using nuvo_test::NamedFile;
+using nuvo_test::newClasses;
+using nuvo_test::newImage;
+using nuvo_test::newText;
+using nuvo_test::printed;
+using nuvo_test::TextStream;
+
+// A reference image of three nodes and two variables, "facies" and "poro".
+constexpr char kReferenceImage[] = "3 1 1\n2\nfacies\nporo\n1 0.1\n0 0.2\n1 0.3\n";
+
+class ConnectivityTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    NUVOInitConnectivityASCII(&ascii_);
+    NUVOInitConnectivity(&c_);
+  }
+  void TearDown() override {
+    NUVOFreeConnectivityASCII(&ascii_);
+    NUVOFreeConnectivity(&c_);
+  }
+
+  int read(const std::string &text) {
+    NUVOFreeConnectivityASCII(&ascii_);
+    return NUVOReadConnectivityASCII(&ascii_, TextStream(text).file);
+  }
+  int convert() {
+    NUVOFreeConnectivity(&c_);
+    return NUVOConnectivityASCIIToConnectivity(&ascii_, &c_);
+  }
+  int validate() {
+    int error = 1;
+    EXPECT_EQ(NUVOValidateConnectivity(&c_, &error), 0);
+    return error;
+  }
+
+  // A valid pattern-of-labels constraint in c_.
+  void makePattern() {
+    ASSERT_EQ(read("3 CONNECT_FACE_EDGE_CORNER 1 1 0.5 1.5 label 2.0 0.1"), 0);
+    ASSERT_EQ(convert(), 0);
+  }
+
+  nuvo_connectivityASCII ascii_;
+  nuvo_connectivity c_;
+};
+
+TEST_F(ConnectivityTest, PathsFromAReferenceFileKeepTheNamedVariable) {
+  NamedFile reference("ref.gslib", kReferenceImage);
+  ASSERT_EQ(read("2 // by distance\nCONNECT_FACE_EDGE\n1 1 0.5 1.5\nlabel\n" + reference.path() +
+                 " poro"),
+            0);
+  EXPECT_EQ(ascii_.connectivityType, CONNECT_FACE_EDGE);
+  EXPECT_STREQ(ascii_.refConnectivityVarName, "poro");
+  EXPECT_EQ(printed([&](FILE *f) { NUVOPrintConnectivityASCII(&ascii_, "", f); }),
+            "connectivityConstraintUsage: 2(set connecting path before simulation by "
+            "successively binding the nodes to be connected in an order according to distance)\n"
+            "connectivityType:CONNECT_FACE_EDGE (18-neighbors connected by face or edge)\n"
+            "classOfValues:\n"
+            "   nclass:   1\n"
+            "   class   0: ninterval =   1, class = [  0.500000,   1.500000[\n"
+            "varName: label\n"
+            "refConnectivityImageFileName: " +
+                reference.path() +
+                "\n"
+                "refConnectivityVarName: poro\n"
+                "deactivationDistance: 0\n"
+                "threshold: 0\n");
+
+  ASSERT_EQ(convert(), 0);
+  EXPECT_EQ(c_.tiAsRefFlag, 0);
+  ASSERT_NE(c_.refConnectivityImage, nullptr);
+  const nuvo_image &image = *c_.refConnectivityImage;
+  ASSERT_EQ(image.nvar, 1);
+  EXPECT_EQ(image.nxyzv, 3);
+  EXPECT_STREQ(image.varName[0], "poro");
+  EXPECT_EQ(std::vector<double>(image.var, image.var + 3), (std::vector<double>{0.1, 0.2, 0.3}));
+  EXPECT_STREQ(c_.varName, "label");
+  EXPECT_EQ(validate(), 0);
+
+  std::string text = printed([&](FILE *f) { NUVOPrintConnectivity(&c_, "> ", f); });
+  EXPECT_NE(text.find("> tiAsRefFlag: 0\n> refConnectivityImage:\n>    grid:\n"), std::string::npos)
+      << text;
+}
+
+TEST_F(ConnectivityTest, FirstTrainingImageNeedsNoVariableName) {
+  TextStream text("1 CONNECT_FACE 1 1 0 1 label _TI_ 7");
+  ASSERT_EQ(NUVOReadConnectivityASCII(&ascii_, text.file), 0);
+  EXPECT_EQ(ascii_.refConnectivityVarName, nullptr);
+  ASSERT_EQ(convert(), 0);
+  EXPECT_EQ(c_.tiAsRefFlag, 1);
+  EXPECT_EQ(c_.refConnectivityImage, nullptr);
+  EXPECT_EQ(validate(), 0);
+  EXPECT_EQ(printed([&](FILE *f) { NUVOPrintConnectivity(&c_, "", f); }),
+            "connectivityConstraintUsage: 1(set connecting path before simulation by "
+            "successively binding the nodes to be connected in a random order)\n"
+            "connectivityType:CONNECT_FACE (6-neighbors connected by face)\n"
+            "classOfValues:\n"
+            "   nclass:   1\n"
+            "   class   0: ninterval =   1, class = [  0.000000,   1.000000[\n"
+            "varName: label\n"
+            "tiAsRefFlag: 1\n"
+            "refConnectivityImage: NOT ALLOCATED\n"
+            "deactivationDistance: 0\n"
+            "threshold: 0\n");
+}
+
+TEST_F(ConnectivityTest, PatternOfLabelsUsesTheTrainingImage) {
+  makePattern();
+  EXPECT_EQ(c_.tiAsRefFlag, 1);
+  EXPECT_EQ(c_.deactivationDistance, 2.0);
+  EXPECT_EQ(c_.threshold, 0.1);
+  EXPECT_EQ(validate(), 0);
+  NUVOFreeConnectivity(&c_);
+  EXPECT_EQ(c_.classOfValues, nullptr);
+  EXPECT_EQ(c_.connectivityConstraintUsage, 0);
+  EXPECT_EQ(printed([&](FILE *f) { NUVOPrintConnectivity(&c_, "", f); }),
+            "connectivityConstraintUsage: 0\n");
+}
+
+TEST_F(ConnectivityTest, ReadingErrorsNameTheField) {
+  const std::string head = "1 CONNECT_FACE 1 1 0 1 ";
+  const std::string pattern = "3 CONNECT_FACE 1 1 0 1 label ";
+  struct Case {
+    std::string text;
+    int code;
+  };
+  const std::vector<Case> cases = {
+      {"", -2110},
+      {"u", -2110},
+      {"1 CONNECT_CORNER", -2111},
+      {"1 connect_face", -2111},
+      {"1 CONNECT_FACE x", -4035},
+      {head, -2112},
+      {head + std::string(128, 'v'), -2113},
+      {head + "label", -2114},
+      {head + "label " + std::string(256, 'f'), -2115},
+      {head + "label ref.gslib", -2116},
+      {head + "label ref.gslib " + std::string(128, 'v'), -2117},
+      {pattern + "d", -2118},
+      {pattern + "1.0 t", -2119},
+  };
+  for (const Case &k : cases) EXPECT_EQ(read(k.text), k.code) << k.text;
+  // The longest names accepted: 127 and 255 characters.
+  EXPECT_EQ(read(head + std::string(127, 'v') + " " + std::string(255, 'f') + " " +
+                 std::string(127, 'r')),
+            0);
+}
+
+TEST_F(ConnectivityTest, ConversionErrors) {
+  ASSERT_EQ(read("1 CONNECT_FACE 1 1 0 1 label /nonexistent/ref.gslib v"), 0);
+  EXPECT_EQ(convert(), -121);
+
+  NamedFile reference("ref.gslib", kReferenceImage);
+  NamedFile twice("twice.gslib", "1 1 1\n2\nv\nv\n1 2\n");
+  struct Case {
+    const NamedFile &file;
+    const char *varName;
+    int code;
+  };
+  for (const Case &k : {Case{reference, "", -135}, Case{reference, nullptr, -135},
+                        Case{twice, "v", -136}, Case{reference, "perm", -137}}) {
+    NUVOFreeConnectivityASCII(&ascii_);
+    ascii_.connectivityConstraintUsage = NUVO_CONNECTIVITY_PATHS_RANDOM_ORDER;
+    ascii_.refConnectivityImageFileName = newText(k.file.path(), 256);
+    if (k.varName != nullptr) ascii_.refConnectivityVarName = newText(k.varName, 128);
+    EXPECT_EQ(convert(), k.code) << (k.varName != nullptr ? k.varName : "(null)");
+  }
+}
+
+TEST_F(ConnectivityTest, PatternRulesInOrder) {
+  makePattern();
+  c_.threshold = 1.5;
+  EXPECT_EQ(validate(), -2102);
+  c_.threshold = 0.0;
+  EXPECT_EQ(validate(), -2101);
+  c_.deactivationDistance = -1.0;
+  EXPECT_EQ(validate(), -2100);
+  // A pattern constraint with its own reference image: the flag must be 1.
+  c_.tiAsRefFlag = 0;
+  c_.refConnectivityImage = newImage(2, {"r"}, {0, 1});
+  EXPECT_EQ(validate(), -2097);
+  c_.tiAsRefFlag = 1;
+  EXPECT_EQ(validate(), -2098);
+}
+
+TEST_F(ConnectivityTest, RecordRulesInOrder) {
+  c_.connectivityConstraintUsage = NUVO_CONNECTIVITY_PATHS_RANDOM_ORDER;
+  c_.connectivityType = 3;
+  c_.varName = newText(std::string(128, 'v'), 129);
+  EXPECT_EQ(validate(), -2092);
+  c_.connectivityConstraintUsage = 4;
+  EXPECT_EQ(validate(), -2091);
+  c_.connectivityConstraintUsage = NUVO_CONNECTIVITY_PATHS_RANDOM_ORDER;
+  c_.connectivityType = CONNECT_FACE;
+  EXPECT_EQ(validate(), -2093);
+  c_.classOfValues = newClasses("2 1 0 2 1 1 3");  // overlapping classes
+  EXPECT_EQ(validate(), -4046);
+  NUVOFreeClassOfValues(c_.classOfValues);
+  std::free(c_.classOfValues);
+  c_.classOfValues = newClasses("1 1 0 2");
+  EXPECT_EQ(validate(), -2094);
+  c_.varName[127] = '\0';
+  EXPECT_EQ(validate(), -2099);
+  c_.refConnectivityImage = newImage(2, {"a", "b"}, {0, 1, 1, 0});
+  EXPECT_EQ(validate(), -2096);
+  c_.refConnectivityImage->grid->sx = 0.0;  // the image validator's code
+  EXPECT_EQ(validate(), -614);
+}
+
+}  // namespace

@@ -1,0 +1,333 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "nuvo_softprobability.h"
+#include "tests/constraints/test_files.hpp"
+
+namespace {
+
+using nuvo_test::NamedFile;
+using nuvo_test::newClasses;
+using nuvo_test::newImage;
+using nuvo_test::newValues;
+using nuvo_test::printed;
+using nuvo_test::TextStream;
+
+// Two classes [0, 1[ and [1, 2[, a global pdf, MAE with a constant threshold.
+constexpr char kGlobalText[] =
+    "1 // global probability constraint\n"
+    "2  1 0 1  1 1 2   /* classes */\n"
+    "0.3 0.7\n"
+    "0    // comparing method\n"
+    "0.5  // deactivation distance\n"
+    "0 0.05\n";
+
+// Counts its calls in `progress` and keeps the last warning in `progressTotal`.
+int countWarning(nuvo_progressMonitor *pm) {
+  pm->progress += 1;
+  pm->progressTotal = pm->warningNumber;
+  return 0;
+}
+
+int refuseWarning(nuvo_progressMonitor *) {
+  return -77;
+}
+
+class SoftProbabilityTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    NUVOInitSoftProbabilityASCII(&ascii_);
+    NUVOInitSoftProbability(&sp_);
+    NUVOInitProgressMonitor(&pm_);
+  }
+  void TearDown() override {
+    NUVOFreeSoftProbabilityASCII(&ascii_);
+    NUVOFreeSoftProbability(&sp_);
+  }
+
+  int read(const std::string &text) {
+    NUVOFreeSoftProbabilityASCII(&ascii_);
+    return NUVOReadSoftProbabilityASCII(&ascii_, TextStream(text).file);
+  }
+
+  int validate(nuvo_progressCallback callback = nullptr) {
+    int error = 1;
+    EXPECT_EQ(NUVOValidateSoftProbability(&sp_, &pm_, callback, &error), 0);
+    return error;
+  }
+
+  // A valid global constraint in sp_, built from kGlobalText.
+  void makeGlobal() {
+    ASSERT_EQ(read(kGlobalText), 0);
+    ASSERT_EQ(NUVOSoftProbabilityASCIIToSoftProbability(&ascii_, &sp_), 0);
+  }
+
+  // A valid local constraint in sp_, built in memory: two classes, a two-variable
+  // pdf image, radius 3, deactivation distance 1.
+  void makeLocal() {
+    sp_.probabilityConstraintUsage = NUVO_PROBABILITY_CONSTRAINT_LOCAL;
+    sp_.classOfValues = newClasses("2 1 0 1 1 1 2");
+    sp_.localPdfImage = newImage(2, {"p0", "p1"}, {0.2, 0.5, 0.8, 0.5});
+    sp_.localPdfSupportRadius = newValues({3.0});
+    sp_.localCurrentPdfComputation = NUVO_LOCAL_CURRENT_PDF_COMPLETE;
+    sp_.comparingPdfMethod = NUVO_COMPARING_PDF_RMSE;
+    sp_.deactivationDistance = 1.0;
+    sp_.constantThreshold = 0.1;
+  }
+
+  nuvo_softProbabilityASCII ascii_;
+  nuvo_softProbability sp_;
+  nuvo_progressMonitor pm_;
+};
+
+TEST_F(SoftProbabilityTest, GlobalConstraintReadsConvertsValidatesAndPrints) {
+  makeGlobal();
+  EXPECT_EQ(ascii_.localPdfImageFileName, nullptr);
+  ASSERT_NE(sp_.globalPdf, nullptr);
+  EXPECT_EQ(sp_.globalPdf[1], 0.7);
+  EXPECT_EQ(sp_.deactivationDistance, 0.5);
+  EXPECT_EQ(sp_.constantThreshold, 0.05);
+  EXPECT_EQ(validate(), 0);
+
+  EXPECT_EQ(printed([&](FILE *f) { EXPECT_EQ(NUVOPrintSoftProbability(&sp_, "# ", f), 0); }),
+            "# probabilityConstraintUsage: 1(global)\n"
+            "# classOfValues:\n"
+            "#    nclass:   2\n"
+            "#    class   0: ninterval =   1, class = [  0.000000,   1.000000[\n"
+            "#    class   1: ninterval =   1, class = [  1.000000,   2.000000[\n"
+            "# globalPdf:  0.300000  0.700000\n"
+            "# comparingPdfMethod: 0(MAE (Mean Absolute Error))\n"
+            "# deactivationDistance:   0.500000\n"
+            "# probabilityConstraintThresholdType: 0(constant threshold)\n"
+            "# constantThreshold:   0.050000\n");
+
+  // Free re-initialises, and freeing twice is harmless.
+  NUVOFreeSoftProbability(&sp_);
+  EXPECT_EQ(sp_.probabilityConstraintUsage, 0);
+  EXPECT_EQ(sp_.classOfValues, nullptr);
+  NUVOFreeSoftProbability(&sp_);
+}
+
+TEST_F(SoftProbabilityTest, LocalConstraintLoadsItsImage) {
+  NamedFile pdf("pdf.gslib", "2 1 1\n2\np0\np1\n0.25 0.75\n1 0\n");
+  ASSERT_EQ(read("2  2 1 0 1 1 1 2  " + pdf.path() + " 3.0 1  4  0.5  1  1 2 3  0.3 0.2 0.1  2"),
+            0);
+  ASSERT_NE(ascii_.dynamicThresholdParameters, nullptr);
+  EXPECT_EQ(ascii_.dynamicThresholdParameters[6], 2.0);
+  EXPECT_EQ(printed([&](FILE *f) { NUVOPrintSoftProbabilityASCII(&ascii_, "", f); }),
+            "probabilityConstraintUsage: 2(local)\n"
+            "classOfValues:\n"
+            "   nclass:   2\n"
+            "   class   0: ninterval =   1, class = [  0.000000,   1.000000[\n"
+            "   class   1: ninterval =   1, class = [  1.000000,   2.000000[\n"
+            "localPdfImageFileName: " +
+                pdf.path() +
+                "\n"
+                "localPdfSupportRadius:   3.000000\n"
+                "localCurrentPdfComputation: 1(\"APPROXIMATE\" mode)\n"
+                "comparingPdfMethod: 4MLikRsym (Mean Likelihood Ratio (over each class "
+                "indicator, symmetric target interval))\n"
+                "deactivationDistance:   0.500000\n"
+                "probabilityConstraintThresholdType: 1(dynamic threshold)\n"
+                "dynamicThresholdParameters:  1.000000  2.000000  3.000000  0.300000  0.200000  "
+                "0.100000  2.000000\n");
+
+  ASSERT_EQ(NUVOSoftProbabilityASCIIToSoftProbability(&ascii_, &sp_), 0);
+  ASSERT_NE(sp_.localPdfImage, nullptr);
+  EXPECT_EQ(sp_.localPdfImage->nvar, 2);
+  EXPECT_EQ(sp_.localPdfImage->var[2], 0.75);  // node 0 of the second variable
+  EXPECT_EQ(*sp_.localPdfSupportRadius, 3.0);
+  EXPECT_EQ(sp_.globalPdf, nullptr);
+  // The likelihood-ratio methods refuse a dynamic threshold.
+  EXPECT_EQ(validate(), -1977);
+
+  std::string text = printed([&](FILE *f) { NUVOPrintSoftProbability(&sp_, "", f); });
+  EXPECT_NE(text.find("localPdfImage:\n   grid:\n      Size   :       2"), std::string::npos)
+      << text;
+}
+
+TEST_F(SoftProbabilityTest, ConversionReportsAnUnopenableImage) {
+  ASSERT_EQ(read("2 1 1 0 1 /nonexistent/pdf.gslib 3 0 0 0 0 0.1"), 0);
+  EXPECT_EQ(NUVOSoftProbabilityASCIIToSoftProbability(&ascii_, &sp_), -120);
+}
+
+TEST_F(SoftProbabilityTest, ConversionRefusesAGlobalPdfWithoutClasses) {
+  ascii_.probabilityConstraintUsage = NUVO_PROBABILITY_CONSTRAINT_GLOBAL;
+  ascii_.globalPdf = newValues({1.0});
+  EXPECT_EQ(NUVOSoftProbabilityASCIIToSoftProbability(&ascii_, &sp_), -4041);
+}
+
+TEST_F(SoftProbabilityTest, UsageZeroEndsTheSection) {
+  TextStream text("0 next");
+  ASSERT_EQ(NUVOReadSoftProbabilityASCII(&ascii_, text.file), 0);
+  EXPECT_EQ(ascii_.classOfValues, nullptr);
+  EXPECT_EQ(std::fgetc(text.file), ' ');
+  EXPECT_EQ(printed([&](FILE *f) { NUVOPrintSoftProbabilityASCII(&ascii_, "> ", f); }),
+            "> probabilityConstraintUsage: 0\n");
+  EXPECT_EQ(validate(), 0);
+}
+
+TEST_F(SoftProbabilityTest, ReadingErrorsNameTheField) {
+  const std::string global = "1 2 1 0 1 1 1 2 ";
+  const std::string local = "2 1 1 0 1 ";
+  struct Case {
+    std::string text;
+    int code;
+  };
+  const std::vector<Case> cases = {
+      {"", -920},
+      {"x", -920},
+      {"3", -950},
+      {"-1", -950},
+      {"1 y", -4035},  // the class reader's code passes through
+      {"1 0", -4041},
+      {global + "0.5 p", -930},
+      {local, -935},
+      {local + std::string(256, 'f'), -936},
+      {local + "pdf.gslib r", -940},
+      {local + "pdf.gslib 3 c", -945},
+      {global + "0.5 0.5 m", -955},
+      {global + "0.5 0.5 0 d", -960},
+      {global + "0.5 0.5 0 0 t", -965},
+      {global + "0.5 0.5 0 0 2", -970},
+      {global + "0.5 0.5 0 0 0 c", -966},
+      {global + "0.5 0.5 0 0 1 1 2 3 0.3 0.2 0.1", -967},
+  };
+  for (const Case &k : cases) EXPECT_EQ(read(k.text), k.code) << k.text;
+
+  // A file name of 255 characters is the longest accepted.
+  EXPECT_EQ(read(local + std::string(255, 'f') + " 3 0 0 0 0 0.1"), 0);
+}
+
+TEST_F(SoftProbabilityTest, GlobalPdfNearlySummingToOneIsRescaled) {
+  makeGlobal();
+  sp_.globalPdf[0] = 0.304;  // sum 1.004
+  EXPECT_EQ(validate(), 0);
+  EXPECT_DOUBLE_EQ(sp_.globalPdf[0] + sp_.globalPdf[1], 1.0);
+  EXPECT_DOUBLE_EQ(sp_.globalPdf[0], 0.304 / 1.004);
+
+  sp_.globalPdf[0] = 0.32;  // sum 1.02
+  EXPECT_EQ(validate(), -1933);
+}
+
+TEST_F(SoftProbabilityTest, GlobalRulesInOrder) {
+  makeGlobal();
+  sp_.globalPdf[0] = -0.1;
+  EXPECT_EQ(validate(), -1931);
+  sp_.globalPdf[0] = 1.1;
+  EXPECT_EQ(validate(), -1932);
+  sp_.globalPdf[0] = 0.3;
+
+  // The method is checked before the deactivation distance, which comes before
+  // the threshold.
+  sp_.comparingPdfMethod = 6;
+  sp_.deactivationDistance = -1.0;
+  sp_.constantThreshold = 0.0;
+  EXPECT_EQ(validate(), -1971);
+  sp_.comparingPdfMethod = NUVO_COMPARING_PDF_JSD;
+  EXPECT_EQ(validate(), -1975);
+  sp_.deactivationDistance = 0.0;
+  EXPECT_EQ(validate(), -1981);
+  sp_.constantThreshold = 1.5;
+  EXPECT_EQ(validate(), -1982);
+
+  // The likelihood-ratio methods take any threshold >= 0.
+  sp_.comparingPdfMethod = NUVO_COMPARING_PDF_MLIKROPT;
+  EXPECT_EQ(validate(), 0);
+  sp_.constantThreshold = 0.0;
+  EXPECT_EQ(validate(), 0);
+  sp_.constantThreshold = -0.1;
+  EXPECT_EQ(validate(), -1981);
+
+  sp_.comparingPdfMethod = NUVO_COMPARING_PDF_MAE;
+  sp_.probabilityConstraintThresholdType = 2;
+  EXPECT_EQ(validate(), -1980);
+  sp_.probabilityConstraintThresholdType = NUVO_PROBABILITY_THRESHOLD_DYNAMIC;
+  EXPECT_EQ(validate(), -1999);
+}
+
+TEST_F(SoftProbabilityTest, DynamicThresholdParameters) {
+  makeGlobal();
+  sp_.probabilityConstraintThresholdType = NUVO_PROBABILITY_THRESHOLD_DYNAMIC;
+  // T1 < T2 < T3 is accepted: the order of the thresholds is not checked.
+  sp_.dynamicThresholdParameters = newValues({0, 10, 20, 0.1, 0.2, 0.3, 1});
+  EXPECT_EQ(validate(), 0);
+  double *p = sp_.dynamicThresholdParameters;
+  for (auto [index, value] : {std::pair{0, -1.0}, {0, 11.0}, {1, 20.0}, {6, 1e-11}}) {
+    const double kept = p[index];
+    p[index] = value;
+    EXPECT_EQ(validate(), -1985) << index << " " << value;
+    p[index] = kept;
+  }
+}
+
+TEST_F(SoftProbabilityTest, ClassesAreCheckedFirst) {
+  makeGlobal();
+  sp_.probabilityConstraintUsage = 3;
+  EXPECT_EQ(validate(), -1920);
+  sp_.probabilityConstraintUsage = NUVO_PROBABILITY_CONSTRAINT_GLOBAL;
+  NUVOFreeClassOfValues(sp_.classOfValues);  // no class: the class validator's code
+  EXPECT_EQ(validate(), -4041);
+  std::free(sp_.classOfValues);
+  sp_.classOfValues = nullptr;
+  EXPECT_EQ(validate(), -1991);
+  sp_.classOfValues = newClasses("2 1 0 1 1 1 2");
+  std::free(sp_.globalPdf);
+  sp_.globalPdf = nullptr;
+  EXPECT_EQ(validate(), -1995);
+  std::string text = printed([&](FILE *f) { NUVOPrintSoftProbability(&sp_, "", f); });
+  EXPECT_NE(text.find("\nglobalPdf: NOT ALLOCATED\n"), std::string::npos) << text;
+}
+
+TEST_F(SoftProbabilityTest, LocalRulesInOrder) {
+  makeLocal();
+  EXPECT_EQ(validate(), 0);
+  sp_.localCurrentPdfComputation = 2;
+  EXPECT_EQ(validate(), -1961);
+  *sp_.localPdfSupportRadius = 0.0;
+  EXPECT_EQ(validate(), -1951);
+  std::free(sp_.localPdfSupportRadius);
+  sp_.localPdfSupportRadius = nullptr;
+  EXPECT_EQ(validate(), -1997);
+  sp_.localPdfImage->nvar = 1;
+  sp_.localPdfImage->nxyzv = 2;
+  EXPECT_EQ(validate(), -1941);
+  sp_.localPdfImage->grid->nx = 0;  // the image validator's code
+  EXPECT_EQ(validate(), -611);
+  NUVOFreeImage(sp_.localPdfImage);
+  std::free(sp_.localPdfImage);
+  sp_.localPdfImage = nullptr;
+  EXPECT_EQ(validate(), -1996);
+}
+
+TEST_F(SoftProbabilityTest, DeactivationReachingTheRadiusWarns) {
+  makeLocal();
+  sp_.deactivationDistance = 3.0;  // equal to the support radius
+  EXPECT_EQ(validate(countWarning), 0);
+  EXPECT_EQ(pm_.progress, 1);         // one call
+  EXPECT_EQ(pm_.progressTotal, 120);  // carrying warning 120
+  EXPECT_EQ(pm_.warningNumber, 0);    // cleared again
+
+  // The warning does not stop the checks that follow it.
+  sp_.constantThreshold = 2.0;
+  EXPECT_EQ(validate(countWarning), -1982);
+
+  // Below the radius: no warning.
+  sp_.constantThreshold = 0.1;
+  sp_.deactivationDistance = 2.9;
+  EXPECT_EQ(validate(countWarning), 0);
+  EXPECT_EQ(pm_.progress, 2);
+}
+
+TEST_F(SoftProbabilityTest, CallbackResultIsPassedOn) {
+  makeLocal();
+  sp_.deactivationDistance = 4.0;
+  int error = 1;
+  EXPECT_EQ(NUVOValidateSoftProbability(&sp_, &pm_, refuseWarning, &error), -77);
+  pm_.stopFlag = 1;
+  EXPECT_EQ(NUVOValidateSoftProbability(&sp_, &pm_, nullptr, &error), -1000);
+}
+
+}  // namespace
