@@ -50,6 +50,7 @@
 
 #include "nuvo_export.h"
 #include "nuvo_random.h"
+#include "nuvo_siminput.h"
 
 NUVO_EXTERN_C_BEGIN
 
@@ -112,6 +113,20 @@ NUVO_API int NUVOPathUnilateral3D(int n, int *entries, int nx, int ny, int nz, c
  *  nx*ny*nz*nvar is zero, -610 when it does not fit in 32 bits, -1. */
 NUVO_API int NUVOPathUnilateral4D(int n, int *entries, int nx, int ny, int nz, int nvar,
                                   const int *order, nuvo_randContext *ctx);
+
+/** The path template of a simulation. One-by-one form: each entry e of the npath =
+ *  nvar*nxyz entries is "not to be simulated" when simFlag[e] is 0 (informed) or when
+ *  the mask is used (maskImageFlag) and its value at node e mod nxyz is 0.0; those
+ *  are written to path (npath ints) from the front in increasing order, the others
+ *  from the back (in decreasing order); *nnotSimulated and *nsimulated receive the
+ *  two counts. Vector form, only under SIM_VARIABLE_VECTOR: each node k is not to be
+ *  simulated when masked or when every variable is informed there, and vectorPath
+ *  (nxyz ints) is filled the same way; otherwise vectorPath is not touched (it may
+ *  be null) and both vector counts are 0. The caller owns both arrays. Returns 0. */
+NUVO_API int NUVOSimPrepareSimulationPath(const nuvo_simInput *simInput, const signed char *simFlag,
+                                          int npath, int *path, int *nnotSimulated, int *nsimulated,
+                                          int *vectorPath, int *nvectorNotSimulated,
+                                          int *nvectorSimulated);
 
 NUVO_EXTERN_C_END
 

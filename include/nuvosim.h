@@ -24,5 +24,6 @@
 #include "nuvo_siminput.h"
 #include "nuvo_distancemap.h"
 #include "nuvo_path.h"
+#include "nuvo_simneighborhoods.h"
 
 #endif /* NUVOSIM_H */
