@@ -25,5 +25,8 @@
 #include "nuvo_blockdata.h"
 #include "nuvo_pyramidparams.h"
 #include "nuvo_siminput.h"
+#include "nuvo_distancemap.h"
+#include "nuvo_path.h"
+#include "nuvo_simneighborhoods.h"
 
 #endif /* NUVOSIM_H */
