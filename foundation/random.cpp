@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "foundation/check.hpp"
+#include "foundation/random.hpp"
 #include "nuvo_random.h"
 
 namespace nuvo {
@@ -49,18 +50,6 @@ class WichmannHill {
   std::int64_t c_;
   std::int64_t b_;
 };
-
-void seedContext(int seed, nuvo_randContext *ctx) {
-  WichmannHill wh(seed);
-  for (int i = 0; i < kDiscardedSeedDraws; ++i) wh.next();
-  for (double &value : ctx->table) value = std::floor(wh.next() * kModulus);
-  ctx->u = std::floor(wh.next() * 0x1p25) * kStep;
-  ctx->step = kStep;
-  ctx->twoM = 2.0 * kModulus;
-  ctx->fourM = 4.0 * kModulus;
-  ctx->index = 0;
-  ctx->needsSeed = 0;
-}
 
 // Next value of the main sequence, an integer in [0, M) stored as a double.
 double nextTableValue(nuvo_randContext *ctx) {
@@ -156,6 +145,19 @@ int weightedShuffle(int n, int *list, double *cumWeight, nuvo_randContext *ctx) 
 }
 
 }  // namespace
+
+void seedRandContext(int seed, nuvo_randContext *ctx) {
+  WichmannHill wh(seed);
+  for (int i = 0; i < kDiscardedSeedDraws; ++i) wh.next();
+  for (double &value : ctx->table) value = std::floor(wh.next() * kModulus);
+  ctx->u = std::floor(wh.next() * 0x1p25) * kStep;
+  ctx->step = kStep;
+  ctx->twoM = 2.0 * kModulus;
+  ctx->fourM = 4.0 * kModulus;
+  ctx->index = 0;
+  ctx->needsSeed = 0;
+}
+
 }  // namespace nuvo
 
 extern "C" {
@@ -166,7 +168,7 @@ void NUVOInitRandContext(nuvo_randContext *ctx) {
 }
 
 double NUVODoubleRand(int seed, nuvo_randContext *ctx) {
-  if (seed != 0 || ctx->needsSeed) nuvo::seedContext(seed, ctx);
+  if (seed != 0 || ctx->needsSeed) nuvo::seedRandContext(seed, ctx);
   const double x = nuvo::nextTableValue(ctx);
   nuvo::advanceSecondary(ctx);
   double r = x / nuvo::kModulus + ctx->u;

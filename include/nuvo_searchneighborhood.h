@@ -105,8 +105,8 @@ NUVO_API int NUVOBuildSearchNeighborhood(const nuvo_searchNeighborhoodParameters
  *  points sampled every 0.01 rad on its surface, truncated (the samples stay just
  *  inside the exact envelope, so an integer extent may come out one less). Meant for
  *  warnings and sizing. Returns 0. */
-NUVO_API int NUVOSearchNeighborhoodApproxBound(const nuvo_searchNeighborhoodParameters *p,
-                                               int *bx, int *by, int *bz);
+NUVO_API int NUVOSearchNeighborhoodApproxBound(const nuvo_searchNeighborhoodParameters *p, int *bx,
+                                               int *by, int *bz);
 
 NUVO_EXTERN_C_END
 

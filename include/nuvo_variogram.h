@@ -19,8 +19,8 @@ NUVO_EXTERN_C_BEGIN
  *  Returns 0, -1100 (bad iv), -2011 (a lag as large as the grid, an empty range,
  *  a step below 1) or -1 / -3 on allocation failure. */
 NUVO_API int NUVOImageVariogram(const nuvo_image *image, nuvo_image *map, int iv, int hxMin,
-                                int hxMax, int hxStep, int hyMin, int hyMax, int hyStep,
-                                int hzMin, int hzMax, int hzStep, signed char progressFlag);
+                                int hxMax, int hxStep, int hyMin, int hyMax, int hyStep, int hzMin,
+                                int hzMax, int hzStep, signed char progressFlag);
 
 /** Approximate ranges, in nodes, of variable iv of a training image along x, y
  *  and z: for each axis the first lag at which the experimental variogram reaches

@@ -21,8 +21,8 @@
 #include <span>
 #include <string>
 
-#include "foundation/check.hpp"
 #include "data/values.hpp"
+#include "foundation/check.hpp"
 
 namespace nuvo {
 
@@ -76,7 +76,6 @@ void freeTextSlots(char **slots);
 char *allocateText(int slotSize);
 
 // ---- Printing ----
-
 
 // What the items of a list are numbered by.
 inline constexpr char kPerVariable[] = "variable";

@@ -21,11 +21,13 @@ LagSum sumOverLag(const nuvo_grid &g, const double *v, int hx, int hy, int hz, P
   LagSum r;
   const int lx = g.nx - std::abs(hx), ly = g.ny - std::abs(hy), lz = g.nz - std::abs(hz);
   if (lx <= 0 || ly <= 0 || lz <= 0) return r;
-  const long long offset = hx + static_cast<long long>(g.nx) * hy + static_cast<long long>(g.nxy) * hz;
+  const long long offset =
+      hx + static_cast<long long>(g.nx) * hy + static_cast<long long>(g.nxy) * hz;
   const int x0 = hx < 0 ? -hx : 0, y0 = hy < 0 ? -hy : 0, z0 = hz < 0 ? -hz : 0;
   for (int z = z0; z < z0 + lz; ++z)
     for (int y = y0; y < y0 + ly; ++y) {
-      const double *row = v + x0 + static_cast<long long>(g.nx) * y + static_cast<long long>(g.nxy) * z;
+      const double *row =
+          v + x0 + static_cast<long long>(g.nx) * y + static_cast<long long>(g.nxy) * z;
       for (int x = 0; x < lx; ++x) {
         const double a = row[x], b = row[x + offset];
         if (a == NUVO_MISSING_VALUE || b == NUVO_MISSING_VALUE) continue;

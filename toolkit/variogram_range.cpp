@@ -22,8 +22,8 @@ double axisRange(const nuvo_grid &g, const double *v, int axis, double sill, Tra
     return d * d;
   };
   for (int h = 1; h < n; ++h) {
-    const LagSum s = sumOverLag(g, v, axis == 0 ? h : 0, axis == 1 ? h : 0, axis == 2 ? h : 0,
-                                squared);
+    const LagSum s =
+        sumOverLag(g, v, axis == 0 ? h : 0, axis == 1 ? h : 0, axis == 2 ? h : 0, squared);
     if (s.pairs > 0 && 0.5 * s.sum / s.pairs >= kSillFraction * sill) return h;
   }
   return n - 1;
@@ -47,7 +47,8 @@ int continuousRanges(const nuvo_grid &g, const double *v, double r[3]) {
   const double mean = sum / n;
   const double variance = sum2 / n - mean * mean;
   if (!(variance > 0.0)) return kNotApplicable;
-  ranges(g, v, variance, [](double a) { return a; }, r);
+  ranges(
+      g, v, variance, [](double a) { return a; }, r);
   return 0;
 }
 
@@ -67,7 +68,8 @@ int categoricalRanges(const nuvo_grid &g, const double *v, double r[3]) {
     if (sill > 0.0) {
       const double category = *first;
       double rk[3];
-      ranges(g, v, sill, [category](double a) { return a == category ? 1.0 : 0.0; }, rk);
+      ranges(
+          g, v, sill, [category](double a) { return a == category ? 1.0 : 0.0; }, rk);
       for (int axis = 0; axis < 3; ++axis) r[axis] += sill * rk[axis];
       weightSum += sill;
     }
@@ -81,8 +83,9 @@ int categoricalRanges(const nuvo_grid &g, const double *v, double r[3]) {
 }  // namespace
 }  // namespace nuvo
 
-extern "C" int NUVOComputeVariogramRangeApprox(const nuvo_image *ti, int iv, signed char categorical,
-                                               double *rx, double *ry, double *rz) {
+extern "C" int NUVOComputeVariogramRangeApprox(const nuvo_image *ti, int iv,
+                                               signed char categorical, double *rx, double *ry,
+                                               double *rz) {
   if (iv < 0 || iv >= ti->nvar) return -1100;
   return nuvo::guardedCall([&] {
     const nuvo_grid &g = *ti->grid;

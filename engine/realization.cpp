@@ -1,0 +1,385 @@
+#include "engine/realization.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+#include "engine/pattern_scan.hpp"
+#include "engine/realization_stats.hpp"
+#include "engine/scan_window.hpp"
+#include "foundation/check.hpp"
+#include "foundation/random.hpp"
+#include "nuvo_random.h"
+
+namespace nuvo {
+namespace {
+
+constexpr int kFlagged = 2;            // state of an entry waiting for post-processing
+constexpr int kSimulated = 1;          // state of an entry simulated by a path
+constexpr int kPostProcessingSeedStep = 472;
+constexpr int kMarginalDrawAttempts = 64;
+
+bool isMissing(double v) { return v == NUVO_MISSING_VALUE; }
+
+// Base seed plus entry position, with 32-bit wrap-around.
+int entrySeed(int base, int position) {
+  return static_cast<int>(static_cast<unsigned int>(base) + static_cast<unsigned int>(position));
+}
+
+// The data event of one variable at the current node, in grid offsets.
+struct GatheredVariable {
+  std::vector<int> dx, dy, dz;
+  std::vector<double> value, weight;
+  std::vector<int> tiOffset;  // in the chosen training image
+  int count = 0;
+};
+
+// Runs the paths of one realization: the scratch buffers live as long as it.
+class RealizationRun {
+ public:
+  RealizationRun(const RealizationSetup &setup, nuvo_image *sim,
+                 std::span<const signed char> toSimulate, const RealizationMaps &maps)
+      : setup_(setup),
+        sim_(sim),
+        grid_(*sim->grid),
+        toSimulate_(toSimulate),
+        maps_(maps),
+        gathered_(setup.nvar),
+        stats_(setup.ti.size()) {
+    for (int v = 0; v < setup.nvar; ++v) {
+      const int size = setup.neighborhood[v]->size;
+      for (auto *a : {&gathered_[v].dx, &gathered_[v].dy, &gathered_[v].dz, &gathered_[v].tiOffset})
+        a->resize(size);
+      gathered_[v].value.resize(size);
+      gathered_[v].weight.resize(size);
+    }
+    targets_.reserve(setup.nvar);
+  }
+
+  // Simulates `path` with `settings`; writes the maps when `writeMaps`. Entries
+  // whose error exceeds the settings' tolerance end in state kFlagged in `state`,
+  // the others in kSimulated.
+  int runPath(std::span<const int> path, const PathSettings &settings, int baseSeed,
+              bool writeMaps, std::vector<signed char> &state, nuvo_progressMonitor *pm,
+              nuvo_progressCallback callback);
+
+  RealizationStats &stats() { return stats_; }
+
+ private:
+  struct Outcome {
+    int ti = 0;
+    int tiNode = -1;
+    double error = 0.0;
+    int iterations = 0;
+    bool marginal = false;
+  };
+
+  void simulateEntry(int entry, const PathSettings &settings, nuvo_randContext *ctx,
+                     Outcome *outcome);
+  void listTargets(int entry);
+  bool gather(int node, const PathSettings &settings);
+  int chooseTrainingImage(int node, nuvo_randContext *ctx) const;
+  bool usable(const nuvo_image &ti, int tiNode) const;
+  int drawMarginalNode(const nuvo_image &ti, nuvo_randContext *ctx) const;
+  void prepareEvent(int t, const PathSettings &settings, EventExtent *extent);
+  int maxScanFor(int t, const PathSettings &settings) const;
+  void copy(const nuvo_image &ti, int tiNode, int node);
+  void writeMaps(int entry, int node, int pathIndex, const Outcome &o);
+
+  const RealizationSetup &setup_;
+  nuvo_image *sim_;
+  const nuvo_grid &grid_;
+  std::span<const signed char> toSimulate_;
+  const RealizationMaps &maps_;
+  std::vector<GatheredVariable> gathered_;
+  std::vector<int> targets_;  // variables simulated at the current entry
+  DataEvent event_;
+  std::vector<double> weightScratch_;
+  RealizationStats stats_;
+};
+
+double &valueAt(nuvo_image *image, int v, int node) {
+  return image->var[static_cast<long long>(v) * image->grid->nxyz + node];
+}
+double valueAt(const nuvo_image &image, int v, int node) {
+  return image.var[static_cast<long long>(v) * image.grid->nxyz + node];
+}
+
+void RealizationRun::listTargets(int entry) {
+  targets_.clear();
+  if (!setup_.vectorMode) {
+    targets_.push_back(entry / grid_.nxyz);
+    return;
+  }
+  for (int v = 0; v < setup_.nvar; ++v)
+    if (toSimulate_[static_cast<long long>(v) * grid_.nxyz + entry]) targets_.push_back(v);
+}
+
+// Gathers, for every variable, the informed nodes of its neighbourhood around
+// `node`, closest first, up to the variable's limit. Returns false when none is
+// informed at all.
+bool RealizationRun::gather(int node, const PathSettings &settings) {
+  const int x = node % grid_.nx, y = node % grid_.nxy / grid_.nx, z = node / grid_.nxy;
+  bool any = false;
+  for (int v = 0; v < setup_.nvar; ++v) {
+    const nuvo_searchNeighborhood &nb = *setup_.neighborhood[v];
+    GatheredVariable &g = gathered_[v];
+    const double *values = sim_->var + static_cast<long long>(v) * grid_.nxyz;
+    const signed char *simulated = toSimulate_.data() + static_cast<long long>(v) * grid_.nxyz;
+    const int limit = settings.maxNodes[v];
+    int n = 0;
+    for (int j = 0; j < nb.size && n < limit; ++j) {
+      const int xx = x + nb.ix[j], yy = y + nb.iy[j], zz = z + nb.iz[j];
+      if (xx < 0 || xx >= grid_.nx || yy < 0 || yy >= grid_.ny || zz < 0 || zz >= grid_.nz)
+        continue;
+      const int neighbor = xx + grid_.nx * yy + grid_.nxy * zz;
+      if (isMissing(values[neighbor])) continue;
+      g.dx[n] = nb.ix[j];
+      g.dy[n] = nb.iy[j];
+      g.dz[n] = nb.iz[j];
+      g.value[n] = values[neighbor];
+      g.weight[n] = nb.weight[j] * (simulated[neighbor] ? 1.0 : setup_.conditioningWeight[v]);
+      ++n;
+    }
+    g.count = n;
+    any = any || n > 0;
+  }
+  return any;
+}
+
+// With several training images, the first whose running sum of the local
+// probabilities at the node exceeds one uniform draw, else the last.
+int RealizationRun::chooseTrainingImage(int node, nuvo_randContext *ctx) const {
+  const int nti = static_cast<int>(setup_.ti.size());
+  if (nti == 1) return 0;
+  const double u = NUVODoubleRand(0, ctx);
+  double sum = 0.0;
+  for (int t = 0; t < nti; ++t) {
+    sum += valueAt(*setup_.pdfTrainImage, t, node);
+    if (sum > u) return t;
+  }
+  return nti - 1;
+}
+
+bool RealizationRun::usable(const nuvo_image &ti, int tiNode) const {
+  for (int v : targets_)
+    if (isMissing(valueAt(ti, v, tiNode))) return false;
+  return true;
+}
+
+// A training-image node drawn uniformly among those where the values to
+// simulate are informed: a few random draws, then the first usable node after
+// the last draw (in node order, wrapping). -1 when there is none.
+int RealizationRun::drawMarginalNode(const nuvo_image &ti, nuvo_randContext *ctx) const {
+  const int n = ti.grid->nxyz;
+  int node = 0;
+  for (int attempt = 0; attempt < kMarginalDrawAttempts; ++attempt) {
+    node = NUVOIntRand(0, n, ctx);
+    if (usable(ti, node)) return node;
+  }
+  for (int i = 1; i < n; ++i) {
+    const int candidate = (node + i) % n;
+    if (usable(ti, candidate)) return candidate;
+  }
+  return -1;
+}
+
+// Turns the gathered nodes into the kernels' data event for training image t.
+void RealizationRun::prepareEvent(int t, const PathSettings &settings, EventExtent *extent) {
+  const nuvo_image &ti = *setup_.ti[t];
+  const nuvo_grid &tg = *ti.grid;
+  event_.nvar = 0;
+  for (int v = 0; v < setup_.nvar; ++v) {
+    GatheredVariable &g = gathered_[v];
+    if (g.count == 0) continue;
+    double mean = 0.0, weightSum = 0.0;
+    for (int i = 0; i < g.count; ++i) {
+      g.tiOffset[i] = g.dx[i] + tg.nx * g.dy[i] + tg.nxy * g.dz[i];
+      extent->include(g.dx[i], g.dy[i], g.dz[i]);
+      mean += g.value[i];
+      weightSum += g.weight[i];
+    }
+    if (setup_.relativeDistance[v]) {
+      mean /= g.count;
+      for (int i = 0; i < g.count; ++i) g.value[i] -= mean;
+    }
+    const bool uniform = setup_.uniformWeights[v];
+    if (!uniform)
+      for (int i = 0; i < g.count; ++i) g.weight[i] /= weightSum;
+    VariableEvent &ev = event_.event[event_.nvar];
+    ev.count = g.count;
+    ev.offset = g.tiOffset.data();
+    ev.value = g.value.data();
+    ev.weight = g.weight.data();
+    ev.uniformWeight = 1.0 / g.count;
+    ev.invThreshold = settings.invThreshold[v];
+    ev.power = setup_.power[v];
+    ev.invPower = setup_.invPower[v];
+    ev.ti = ti.var + static_cast<long long>(v) * tg.nxyz;
+    event_.kernel[event_.nvar] =
+        variableKernel(setup_.distanceType[v], uniform, setup_.relativeDistance[v] != 0);
+    ++event_.nvar;
+  }
+}
+
+// The scan limit of the entry: its variable's, or in vector mode the largest of
+// the variables simulated at the node.
+int RealizationRun::maxScanFor(int t, const PathSettings &settings) const {
+  int limit = 1;
+  for (int v : targets_) limit = std::max(limit, settings.maxScan[t * setup_.nvar + v]);
+  return limit;
+}
+
+void RealizationRun::copy(const nuvo_image &ti, int tiNode, int node) {
+  for (int v : targets_) valueAt(sim_, v, node) = valueAt(ti, v, tiNode);
+}
+
+void RealizationRun::writeMaps(int entry, int node, int pathIndex, const Outcome &o) {
+  const auto put = [&](nuvo_image *map, double value) {
+    if (map == nullptr) return;
+    if (setup_.vectorMode)
+      map->var[node] = value;
+    else
+      map->var[entry] = value;
+  };
+  put(maps_.pathIndex, pathIndex);
+  put(maps_.error, o.error);
+  put(maps_.tiGridNodeIndex, o.tiNode);
+  put(maps_.tiIndex, o.ti);
+}
+
+void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo_randContext *ctx,
+                                   Outcome *o) {
+  const int node = setup_.vectorMode ? entry : entry % grid_.nxyz;
+  listTargets(entry);
+  const bool informed = gather(node, settings);
+  o->ti = chooseTrainingImage(node, ctx);
+  const nuvo_image &ti = *setup_.ti[o->ti];
+  EventExtent extent;
+  ScanWindow window;
+  if (informed) {
+    prepareEvent(o->ti, settings, &extent);
+    if (makeScanWindow(*ti.grid, extent, &window)) {
+      const int nscan = std::min(window.count(), maxScanFor(o->ti, settings));
+      const ScanOrder order = drawScanOrder(window, nscan, ctx);
+      const ScanResult r = scanTrainingImage(ScanWalker(window, *ti.grid, order), nscan, event_,
+                                             [&](int tiNode) { return usable(ti, tiNode); });
+      o->tiNode = r.tiNode;
+      o->error = r.error;
+      o->iterations = r.iterations;
+      o->marginal = false;
+      if (r.tiNode >= 0) copy(ti, r.tiNode, node);
+      return;
+    }
+  }
+  // No informed neighbour, or a data event larger than the training image: a
+  // node of the training image is taken at random.
+  o->marginal = true;
+  o->iterations = 0;
+  o->error = 0.0;
+  o->tiNode = drawMarginalNode(ti, ctx);
+  if (o->tiNode >= 0) copy(ti, o->tiNode, node);
+}
+
+int RealizationRun::runPath(std::span<const int> path, const PathSettings &settings,
+                            int baseSeed, bool writeMapsFlag, std::vector<signed char> &state,
+                            nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
+  nuvo_randContext ctx;
+  NUVOInitRandContext(&ctx);
+  stats_.reset();
+  const int n = static_cast<int>(path.size());
+  int lastPercent = -1;
+  for (int k = 0; k < n; ++k) {
+    const int entry = path[k];
+    seedRandContext(entrySeed(baseSeed, k), &ctx);
+    Outcome o;
+    simulateEntry(entry, settings, &ctx, &o);
+    const bool above = !o.marginal && o.error > 0.0;
+    stats_.record(o.ti, o.marginal, above, o.error, o.iterations);
+    if (writeMapsFlag) writeMaps(entry, setup_.vectorMode ? entry : entry % grid_.nxyz, k, o);
+    if (o.error > settings.tolerance || o.tiNode < 0) {
+      state[entry] = kFlagged;
+    } else {
+      state[entry] = kSimulated;
+    }
+    if (pm != nullptr) {
+      const int percent = static_cast<int>(100LL * (k + 1) / n);
+      if (percent != lastPercent) {
+        lastPercent = percent;
+        pm->progress = percent;
+        NUVO_TRY(reportProgress(pm, callback));
+      }
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+std::vector<int> maxScanTable(const RealizationSetup &setup, std::span<const double> fraction) {
+  std::vector<int> table(setup.ti.size() * setup.nvar);
+  for (std::size_t t = 0; t < setup.ti.size(); ++t) {
+    const nuvo_image &ti = *setup.ti[t];
+    const int nxyz = ti.grid->nxyz;
+    const double m = nxyz * fraction[t];
+    for (int v = 0; v < setup.nvar; ++v) {
+      int missing = 0;
+      for (int i = 0; i < nxyz; ++i) missing += isMissing(valueAt(ti, v, i));
+      double limit = m;
+      if (missing > 0 && missing < nxyz) limit = m * nxyz / (nxyz - missing);
+      table[t * setup.nvar + v] = std::max(1, static_cast<int>(std::min(limit, 2147483647.0)));
+    }
+  }
+  return table;
+}
+
+int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
+                        std::span<const signed char> toSimulate, std::span<const int> path,
+                        int baseSeed, const RealizationMaps &maps, FILE *report,
+                        nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
+  return guardedCall([&] {
+    RealizationRun run(setup, sim, toSimulate, maps);
+    const int nxyz = sim->grid->nxyz;
+    const std::size_t nentry = setup.vectorMode ? nxyz : static_cast<std::size_t>(nxyz) * setup.nvar;
+    std::vector<signed char> state(nentry, 0);
+
+    NUVO_TRY(run.runPath(path, setup.initial, baseSeed, true, state, pm, callback));
+    const auto flagged = [&] {
+      std::vector<int> entries;
+      for (int e : path)
+        if (state[e] == kFlagged) entries.push_back(e);
+      return entries;
+    };
+    std::vector<int> again = flagged();
+    if (report != nullptr) writePathStatistics(report, run.stats(), setup, static_cast<int>(again.size()));
+
+    int base = baseSeed;
+    int done = 0;
+    for (int p = 1; p <= setup.npostProcessingPathMax && !again.empty(); ++p) {
+      base = entrySeed(base, kPostProcessingSeedStep);
+      nuvo_randContext ctx;
+      NUVOInitRandContext(&ctx);
+      seedRandContext(base, &ctx);
+      NUVORandomizeListOfInt(static_cast<int>(again.size()), again.data(), &ctx);
+      for (int e : again) {
+        const int node = setup.vectorMode ? e : e % nxyz;
+        for (int v = 0; v < setup.nvar; ++v) {
+          const bool target = setup.vectorMode ? toSimulate[static_cast<long long>(v) * nxyz + e] != 0
+                                               : v == e / nxyz;
+          if (target) valueAt(sim, v, node) = NUVO_MISSING_VALUE;
+        }
+      }
+      NUVO_TRY(run.runPath(again, setup.postProcessing, base, false, state, nullptr, nullptr));
+      ++done;
+      again = flagged();
+      if (report != nullptr) {
+        writePostProcessingHeading(report, p, setup.npostProcessingPathMax);
+        writePathStatistics(report, run.stats(), setup, static_cast<int>(again.size()));
+      }
+    }
+    if (report != nullptr && setup.npostProcessingPathMax > 0)
+      std::fprintf(report, "#post-processing path(s) done: %3d\n", done);
+    return checkStop(pm);
+  });
+}
+
+}  // namespace nuvo

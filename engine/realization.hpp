@@ -1,0 +1,70 @@
+// One realization: the node loop over a path, the pattern search at each node and
+// the post-processing paths.
+//
+// The driver prepares a RealizationSetup once per simulation (working image with
+// normalised values, training images, neighbourhoods, scan limits) and calls
+// simulateRealization for each realization with the realization's path. Every
+// path entry reseeds the random context with the base seed plus its position in
+// the path, so an entry's draws never depend on what happened before it.
+#pragma once
+
+#include <cstdio>
+#include <span>
+#include <vector>
+
+#include "nuvo_image.h"
+#include "nuvo_progress.h"
+#include "nuvo_searchneighborhood.h"
+#include "nuvo_siminput.h"
+
+namespace nuvo {
+
+// Settings of one kind of path: the initial path or the post-processing paths.
+struct PathSettings {
+  std::vector<int> maxNodes;         // per variable: largest data event
+  std::vector<double> invThreshold;  // per variable: 1 / distance threshold
+  std::vector<int> maxScan;          // per training image t and variable v, at t * nvar + v
+  double tolerance = 0.0;            // errors above it flag the entry for post-processing
+};
+
+// Everything a realization reads, prepared once per simulation.
+struct RealizationSetup {
+  int nvar = 0;
+  bool vectorMode = false;                        // SIM_VARIABLE_VECTOR
+  std::vector<const nuvo_image *> ti;             // per training image
+  const nuvo_image *pdfTrainImage = nullptr;      // with two or more training images
+  std::vector<const nuvo_searchNeighborhood *> neighborhood;  // per variable
+  std::vector<char> uniformWeights;               // per variable
+  std::vector<int> distanceType;                  // per variable
+  std::vector<char> relativeDistance;             // per variable
+  std::vector<double> conditioningWeight;         // per variable
+  std::vector<double> power, invPower;            // per variable (L-p distance)
+  PathSettings initial, postProcessing;
+  int npostProcessingPathMax = 0;
+};
+
+// The additional maps of the realization (null when not asked for): one variable
+// per simulated variable in one-by-one mode, one in vector mode.
+struct RealizationMaps {
+  nuvo_image *pathIndex = nullptr;
+  nuvo_image *error = nullptr;
+  nuvo_image *tiGridNodeIndex = nullptr;
+  nuvo_image *tiIndex = nullptr;
+};
+
+// The largest number of candidates scanned per node, for each training image and
+// variable: the image's node count times its scan fraction, scaled up by the
+// share of informed nodes of the variable, at least 1.
+std::vector<int> maxScanTable(const RealizationSetup &setup, std::span<const double> fraction);
+
+// Simulates the entries of `path` (indices v * nxyz + k in one-by-one mode, node
+// indices k in vector mode) into `sim`, whose other entries hold the conditioning.
+// `toSimulate` has one flag per variable and node (v * nxyz + k): 1 for the
+// entries simulated in this realization. Returns 0, -1 or the code of the
+// progress callback / -1000.
+int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
+                        std::span<const signed char> toSimulate, std::span<const int> path,
+                        int baseSeed, const RealizationMaps &maps, FILE *report,
+                        nuvo_progressMonitor *pm, nuvo_progressCallback callback);
+
+}  // namespace nuvo

@@ -1,0 +1,148 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstring>
+#include <algorithm>
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include "engine/realization.hpp"
+#include "nuvo_path.h"
+#include "nuvo_synthetic.h"
+
+namespace {
+
+// A categorical simulation of a 40 x 40 grid from an 80 x 80 channel image, with
+// a few conditioning data, ready to run.
+class ChannelRealization : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    NUVOInitImage(&ti_);
+    NUVOInitImage(&sim_);
+    ASSERT_EQ(NUVOGenerateChannelImage(&ti_, 80, 80, 1, 0.3, 6.0, 21), 0);
+    ASSERT_EQ(NUVOCopyImage(&ti_, &sim_), 0);
+    ASSERT_EQ(NUVOResizeImage(&ti_, &sim_, 0, 39, 0, 39, 0, 0, 0, 0), 0);
+    for (int i = 0; i < sim_.nxyzv; ++i) sim_.var[i] = NUVO_MISSING_VALUE;
+    for (int k : kData) sim_.var[k] = k % 2;
+    toSimulate_.assign(sim_.nxyzv, 1);
+    for (int k : kData) toSimulate_[k] = 0;
+
+    nuvo_searchNeighborhoodParameters p;
+    NUVOInitSearchNeighborhoodParameters(&p);
+    p.rx = p.ry = p.ax = p.ay = 8.0;
+    p.rz = 0.0;
+    p.az = 1.0;
+    NUVOInitSearchNeighborhood(&nb_);
+    nuvo_randContext ctx;
+    NUVOInitRandContext(&ctx);
+    ASSERT_EQ(NUVOBuildSearchNeighborhood(&p, &nb_, &ctx), 0);
+
+    setup_.nvar = 1;
+    setup_.ti = {&ti_};
+    setup_.neighborhood = {&nb_};
+    setup_.uniformWeights = {1};
+    setup_.distanceType = {0};
+    setup_.relativeDistance = {0};
+    setup_.conditioningWeight = {1.0};
+    setup_.power = setup_.invPower = {1.0};
+    setup_.initial.maxNodes = {24};
+    setup_.initial.invThreshold = {1.0 / 0.05};
+    const double fraction[] = {0.5};
+    setup_.initial.maxScan = nuvo::maxScanTable(setup_, fraction);
+    setup_.postProcessing = setup_.initial;
+  }
+  void TearDown() override {
+    NUVOFreeImage(&ti_);
+    NUVOFreeImage(&sim_);
+    NUVOFreeSearchNeighborhood(&nb_);
+  }
+
+  std::vector<int> randomPath(int seed) const {
+    std::vector<int> path;
+    for (int k = 0; k < sim_.nxyzv; ++k)
+      if (toSimulate_[k]) path.push_back(k);
+    nuvo_randContext ctx;
+    NUVOInitRandContext(&ctx);
+    NUVODoubleRand(seed, &ctx);
+    NUVOPathRandom(static_cast<int>(path.size()), path.data(), &ctx);
+    return path;
+  }
+
+  // Runs a realization from the conditioned state and returns its values.
+  std::vector<double> run(int seed, const nuvo::RealizationMaps &maps = {}, FILE *report = nullptr) {
+    std::vector<double> start(sim_.var, sim_.var + sim_.nxyzv);
+    const std::vector<int> path = randomPath(seed);
+    EXPECT_EQ(nuvo::simulateRealization(setup_, &sim_, toSimulate_, path, seed, maps, report,
+                                        nullptr, nullptr),
+              0);
+    std::vector<double> result(sim_.var, sim_.var + sim_.nxyzv);
+    std::copy(start.begin(), start.end(), sim_.var);
+    return result;
+  }
+
+  static constexpr int kData[] = {0, 41, 170, 555, 903, 1210, 1599};
+  nuvo_image ti_, sim_;
+  nuvo_searchNeighborhood nb_;
+  std::vector<signed char> toSimulate_;
+  nuvo::RealizationSetup setup_;
+};
+
+double proportionOfOnes(const std::vector<double> &v) {
+  return std::count(v.begin(), v.end(), 1.0) / static_cast<double>(v.size());
+}
+
+TEST_F(ChannelRealization, HonoursDataAndReproducesTheProportion) {
+  const std::vector<double> a = run(7);
+  for (double v : a) ASSERT_TRUE(v == 0.0 || v == 1.0);
+  for (int k : kData) EXPECT_EQ(a[k], k % 2);
+  EXPECT_NEAR(proportionOfOnes(a), 0.3, 0.12);
+}
+
+TEST_F(ChannelRealization, IsReproducibleFromItsSeed) {
+  const std::vector<double> a = run(7), b = run(7), c = run(8);
+  EXPECT_EQ(a, b);
+  EXPECT_NE(a, c);
+}
+
+TEST_F(ChannelRealization, FillsTheAdditionalMaps) {
+  nuvo_image maps[4];
+  for (nuvo_image &m : maps) {
+    NUVOInitImage(&m);
+    ASSERT_EQ(NUVOCopyImage(&sim_, &m), 0);
+  }
+  const nuvo::RealizationMaps r{&maps[0], &maps[1], &maps[2], &maps[3]};
+  const std::vector<int> path = randomPath(3);
+  run(3, r);
+  for (std::size_t k = 0; k < path.size(); ++k) {
+    const int node = path[k];
+    EXPECT_EQ(maps[0].var[node], static_cast<double>(k));
+    EXPECT_GE(maps[1].var[node], 0.0);
+    EXPECT_EQ(maps[3].var[node], 0.0);
+    const int tiNode = static_cast<int>(maps[2].var[node]);
+    ASSERT_GE(tiNode, 0);
+    ASSERT_LT(tiNode, ti_.nxyzv);
+  }
+  for (nuvo_image &m : maps) NUVOFreeImage(&m);
+}
+
+TEST_F(ChannelRealization, ReportsStatisticsAndPostProcesses) {
+  setup_.initial.tolerance = 0.0;
+  setup_.postProcessing.tolerance = 0.0;
+  setup_.npostProcessingPathMax = 2;
+  FILE *report = std::tmpfile();
+  const std::vector<double> a = run(11, {}, report);
+  std::rewind(report);
+  std::string text;
+  for (int c = std::fgetc(report); c != EOF; c = std::fgetc(report)) text += static_cast<char>(c);
+  std::fclose(report);
+  EXPECT_NE(text.find("Statistics on nodes simulated using training image   0:\n"), std::string::npos);
+  EXPECT_NE(text.find("#sim. nodes                                 :      1593\n"),
+            std::string::npos);
+  EXPECT_NE(text.find("Post-processing path   1 of   2:\n"), std::string::npos);
+  EXPECT_NE(text.find("#post-processing path(s) done:"), std::string::npos);
+  for (int k : kData) EXPECT_EQ(a[k], k % 2);
+  for (double v : a) ASSERT_TRUE(v == 0.0 || v == 1.0);
+}
+
+}  // namespace
