@@ -92,13 +92,21 @@ NUVO_API void NUVOFreeSearchNeighborhood(nuvo_searchNeighborhood *sn);
 NUVO_API int NUVOPrintSearchNeighborhood(const nuvo_searchNeighborhood *sn, const char *prefix,
                                          FILE *stream);
 /** Builds the sorted list of offsets from parameters holding numeric radii, ratios
- *  and angles. ctx is re-seeded with seed 1, so the result never depends on its
- *  state. Returns 0, -688 (empty box) or -1. */
+ *  and angles, into sn (initialised or freed; on failure what was allocated stays for
+ *  NUVOFreeSearchNeighborhood). The angles alone decide about rotation (all three
+ *  exactly 0: none); the rotation flag is not consulted, so parameters that compare
+ *  equal always give the same list. ctx is re-seeded with seed 1, so the result never
+ *  depends on its state. Returns 0, -688 when a radius is negative or not a number,
+ *  -1 on allocation failure or when the candidate box exceeds 32-bit counts. */
 NUVO_API int NUVOBuildSearchNeighborhood(const nuvo_searchNeighborhoodParameters *p,
                                          nuvo_searchNeighborhood *sn, nuvo_randContext *ctx);
-/** Approximate half-extents of the ellipsoid along x, y, z, in cells. Returns 0. */
-NUVO_API int NUVOSearchNeighborhoodApproxBound(const nuvo_searchNeighborhoodParameters *p, int *bx,
-                                               int *by, int *bz);
+/** Approximate half-extents of the ellipsoid along x, y, z, in cells: without
+ *  rotation |rx|, |ry|, |rz| truncated; with rotation the largest coordinates of
+ *  points sampled every 0.01 rad on its surface, truncated (the samples stay just
+ *  inside the exact envelope, so an integer extent may come out one less). Meant for
+ *  warnings and sizing. Returns 0. */
+NUVO_API int NUVOSearchNeighborhoodApproxBound(const nuvo_searchNeighborhoodParameters *p,
+                                               int *bx, int *by, int *bz);
 
 NUVO_EXTERN_C_END
 

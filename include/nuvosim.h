@@ -25,5 +25,7 @@
 #include "nuvo_blockdata.h"
 #include "nuvo_pyramidparams.h"
 #include "nuvo_siminput.h"
+#include "nuvo_distancemap.h"
+#include "nuvo_path.h"
 
 #endif /* NUVOSIM_H */

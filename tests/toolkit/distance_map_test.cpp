@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "nuvo_distancemap.h"
+#include "nuvo_random.h"
+
+namespace {
+
+nuvo_grid makeGrid(int nx, int ny, int nz, double sx, double sy, double sz) {
+  nuvo_grid g;
+  NUVOInitGrid(&g);
+  g.nx = nx, g.ny = ny, g.nz = nz;
+  g.sx = sx, g.sy = sy, g.sz = sz;
+  g.nxy = nx * ny;
+  g.nxyz = nx * ny * nz;
+  return g;
+}
+
+// Each node informed with the given probability.
+std::vector<signed char> randomMask(int nxyz, double density, int seed) {
+  nuvo_randContext ctx;
+  NUVOInitRandContext(&ctx);
+  NUVODoubleRand(seed, &ctx);
+  std::vector<signed char> mask(nxyz);
+  for (auto &m : mask) m = NUVODoubleRand(0, &ctx) < density;
+  return mask;
+}
+
+enum class Metric { kEuclidean, kL1 };
+
+// Distance to every informed node, kept at its minimum.
+std::vector<double> bruteForce(const nuvo_grid &g, const std::vector<signed char> &mask,
+                               Metric metric) {
+  std::vector<double> d(g.nxyz, std::numeric_limits<double>::infinity());
+  for (int k = 0; k < g.nxyz; ++k) {
+    int kx = k % g.nx, ky = (k / g.nx) % g.ny, kz = k / g.nxy;
+    for (int j = 0; j < g.nxyz; ++j) {
+      if (!mask[j]) continue;
+      double dx = g.sx * (kx - j % g.nx);
+      double dy = g.sy * (ky - (j / g.nx) % g.ny);
+      double dz = g.sz * (kz - j / g.nxy);
+      double dist = metric == Metric::kEuclidean ? std::sqrt(dx * dx + dy * dy + dz * dz)
+                                                 : std::fabs(dx) + std::fabs(dy) + std::fabs(dz);
+      d[k] = std::min(d[k], dist);
+    }
+  }
+  return d;
+}
+
+struct Case {
+  int nx, ny, nz;
+  double sx, sy, sz, density;
+};
+
+const Case kCases[] = {
+    {9, 7, 5, 1.5, 0.7, 2.25, 0.05}, {9, 7, 5, 1.0, 1.0, 1.0, 0.3},
+    {13, 1, 6, 0.3, 5.0, 1.1, 0.1},  {1, 11, 8, 2.0, 0.9, 0.4, 0.08},
+    {20, 1, 1, 0.6, 1.0, 1.0, 0.15}, {6, 6, 6, 3.0, 0.25, 1.0, 0.01},
+};
+
+TEST(DistanceMap, EuclideanAndL1MatchBruteForce) {
+  int seed = 1;
+  for (const Case &c : kCases) {
+    nuvo_grid g = makeGrid(c.nx, c.ny, c.nz, c.sx, c.sy, c.sz);
+    std::vector<signed char> mask = randomMask(g.nxyz, c.density, seed++);
+    mask[g.nxyz / 2] = 1;  // at least one informed node
+    std::vector<double> d(g.nxyz);
+    ASSERT_EQ(NUVOEuclideanDistanceMap(&g, mask.data(), d.data()), 0);
+    std::vector<double> e = bruteForce(g, mask, Metric::kEuclidean);
+    for (int k = 0; k < g.nxyz; ++k) ASSERT_DOUBLE_EQ(d[k], e[k]) << "node " << k;
+    ASSERT_EQ(NUVOL1DistanceMap(&g, mask.data(), d.data()), 0);
+    e = bruteForce(g, mask, Metric::kL1);
+    for (int k = 0; k < g.nxyz; ++k) ASSERT_DOUBLE_EQ(d[k], e[k]) << "node " << k;
+  }
+}
+
+TEST(DistanceMap, NothingInformedGivesInfinity) {
+  nuvo_grid g = makeGrid(4, 3, 2, 1.0, 1.0, 1.0);
+  std::vector<signed char> mask(g.nxyz, 0);
+  std::vector<double> d(g.nxyz, 0.0);
+  ASSERT_EQ(NUVOEuclideanDistanceMap(&g, mask.data(), d.data()), 0);
+  for (double v : d) EXPECT_EQ(v, std::numeric_limits<double>::infinity());
+  std::fill(d.begin(), d.end(), 0.0);
+  ASSERT_EQ(NUVOL1DistanceMap(&g, mask.data(), d.data()), 0);
+  for (double v : d) EXPECT_EQ(v, std::numeric_limits<double>::infinity());
+}
+
+TEST(DistanceMap, RefusesBadGrids) {
+  std::vector<signed char> mask(8, 1);
+  std::vector<double> d(8);
+  nuvo_grid g = makeGrid(2, 2, 2, 1.0, 1.0, 1.0);
+  g.ny = 0;
+  EXPECT_EQ(NUVOEuclideanDistanceMap(&g, mask.data(), d.data()), -602);
+  g = makeGrid(2, 2, 2, 1.0, 1.0, 0.0);
+  EXPECT_EQ(NUVOL1DistanceMap(&g, mask.data(), d.data()), -606);
+  g = makeGrid(2, 2, 2, std::nan(""), 1.0, 1.0);
+  EXPECT_EQ(NUVOEuclideanDistanceMap(&g, mask.data(), d.data()), -604);
+  g = makeGrid(2, 2, 2, 1.0, 1.0, 1.0);
+  g.nx = g.ny = g.nz = 2000;
+  EXPECT_EQ(NUVOEuclideanDistanceMap(&g, mask.data(), d.data()), -610);
+}
+
+class ImageDistanceMap : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    NUVOInitImage(&image_);
+    ASSERT_EQ(NUVOMallocImage(&image_, 5, 2), 0);
+    *image_.grid = makeGrid(5, 1, 1, 2.0, 1.0, 1.0);
+    image_.nvar = 2;
+    image_.nxyzv = 10;
+    const double values[10] = {NUVO_MISSING_VALUE, 3.0, NUVO_MISSING_VALUE, NUVO_MISSING_VALUE,
+                               NUVO_MISSING_VALUE, 0.0, NUVO_MISSING_VALUE, NUVO_MISSING_VALUE,
+                               NUVO_MISSING_VALUE, -1.0};
+    std::copy(values, values + 10, image_.var);
+  }
+  void TearDown() override { NUVOFreeImage(&image_); }
+  nuvo_image image_;
+};
+
+TEST_F(ImageDistanceMap, InformedNodesAreThoseNotMissing) {
+  double d[5];
+  ASSERT_EQ(NUVOImageEuclideanDistanceMap(&image_, 0, d), 0);
+  const double first[5] = {2.0, 0.0, 2.0, 4.0, 6.0};
+  for (int k = 0; k < 5; ++k) EXPECT_EQ(d[k], first[k]);
+  ASSERT_EQ(NUVOImageL1DistanceMap(&image_, 1, d), 0);
+  const double second[5] = {0.0, 2.0, 4.0, 2.0, 0.0};
+  for (int k = 0; k < 5; ++k) EXPECT_EQ(d[k], second[k]);
+  EXPECT_EQ(NUVOImageEuclideanDistanceMap(&image_, 2, d), -1100);
+  EXPECT_EQ(NUVOImageL1DistanceMap(&image_, -1, d), -1100);
+}
+
+}  // namespace
