@@ -27,6 +27,7 @@
 #include "nuvo_export.h"
 #include "nuvo_image.h"
 #include "nuvo_pointset.h"
+#include "nuvo_progress.h"
 #include "nuvo_pyramidparams.h"
 #include "nuvo_searchneighborhood.h"
 #include "nuvo_simandpath.h"
@@ -226,6 +227,81 @@ NUVO_API void NUVOFreeSimInput(nuvo_simInput *si);
  *  training image"; pdfTrainImage is printed only when ntrainImage > 1. Returns 0,
  *  -1 when a nested prefix cannot be made, or the code of a nested printer. */
 NUVO_API int NUVOPrintSimInput(const nuvo_simInput *si, const char *prefix, FILE *stream);
+
+/** Checks a simulation input before a simulation, first failure wins, and turns the
+ *  automatic search neighborhood modes into numbers. Writes 0 or the negative code
+ *  of the first failed check to *error and returns 0; a non-zero return is a
+ *  failure of the validation itself: -1 (allocation), -1000 (stop asked through
+ *  pm) or the non-zero result of the callback. Warnings are reported one at a time
+ *  through pm and callback (either may be null).
+ *
+ *  Checks, in this order (per-variable and per-TI checks run item by item):
+ *  -629 nvar < 1; -645 simImage missing or not of nvar variables; -647 no output
+ *  flag set; -648 a format string not starting with "%" (formatStringVar may be
+ *  null as a whole); -651 outputSimJob outside 0..3; -652, -595, -596, -597, -598,
+ *  -653 an output name of 256 characters or more; -656 / -657 ntrainImage < 1 or
+ *  > 100; -655 a TI with a number of variables other than nvar; -654 two TIs
+ *  marked as the simulation grid (SG); -1151 trainValueRangeExtensionMax > 10;
+ *  -1155 normalizingType outside 0..2; per variable: -667 distance type outside
+ *  0..4, -710 relative distance with type 0, -668 / -669 L-p power p <= 0 or
+ *  |p * powerLpDistanceInv - 1| > 1e-10, -2130 rescalingMode outside 0..2, then
+ *  -2131 / -2133 (RESCALING_MIN_MAX / RESCALING_MEAN_LENGTH with type 0), -2132 /
+ *  -2134 (with relative distance), -2141 / -2142 (with the SG as TI); per
+ *  variable: the search neighborhood validator (-680 to -687), -689 a TI_RANGE
+ *  radius mode with the SG as TI, then the resolution below (-1061 when a range
+ *  cannot be computed); per variable -663 / -664 nneighboringNode outside 1..1000,
+ *  -665 / -666 neighboringNodeDensity outside [1e-6, 1], -670
+ *  conditioningWeightFactor <= 0; the path validator (-705 to -709); per variable
+ *  -672 / -673 distanceThreshold outside [1e-6, 1]; per variable the validators of
+ *  the soft probability, connectivity and block data records it uses (usage not 0);
+ *  per TI -674 / -675 maxScanFraction outside [1e-6, 1] (-734 / -735, same bounds,
+ *  when homothety or rotation is used); the pyramid general parameters validator
+ *  (when the record is present) and, with pyramid levels, each variable's pyramid
+ *  parameters validator; -676 / -677 tolerance outside [0, 100]; -1661 / -1662
+ *  npostProcessingPathMax outside 0..100; when npostProcessingPathMax > 0 the
+ *  post-processing counterparts with the same codes (neighbors and density per
+ *  variable, thresholds per variable, scan fractions per TI); -678 nrealization
+ *  > 1000000. -20 stands for a per-variable or per-TI array that the check needs
+ *  but is null (softProbability, connectivity, blockData and pyramidParameters
+ *  may be null: no variable uses them), or a TI without grid or values.
+ *
+ *  Transforms that simulation does not offer yet are refused last: -1701 / -1801
+ *  homothetyUsage / rotationUsage outside 0..2, -1708 / -1808 homothety or
+ *  rotation used at all; -1156 normalizingType NORMALIZING_UNIFORM or
+ *  NORMALIZING_NORMAL while some variable is normalized (distance type not 0 and
+ *  absolute distance); -2135 a rescalingMode other than RESCALING_NONE.
+ *
+ *  Search neighborhood of each variable, resolved once its parameters are valid.
+ *  Let nx, ny, nz be the smallest extents along each axis over the training
+ *  images (the SG's grid for a TI that is the SG):
+ *  - SEARCHNEIGHBORHOOD_RADIUS_MANUAL: a radius above (n - 1) / 2 (integer
+ *    division, n the smallest TI extent along its axis) is set to that bound, so
+ *    that a data event spanning the whole neighborhood still fits in every TI;
+ *    each reduction reports warning 25, 26 or 27 (x, y, z).
+ *  - SEARCHNEIGHBORHOOD_RADIUS_LARGE_DEFAULT: rx = nx / 4, ry = ny / 4,
+ *    rz = nz / 4 (integer division): a full neighborhood then leaves at least
+ *    half of every TI extent as candidate positions.
+ *  - SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE: rx, ry, rz are the largest approximate
+ *    variogram ranges of the variable over the TIs (NUVOComputeVariogramRangeApprox,
+ *    categorical for distance type 0); warning 80 first when a categorical
+ *    variable has more than 20 distinct values in a TI. _XY, _XZ, _YZ and _XYZ
+ *    then set the named radii to the largest of them; _DEFAULT is TI_RANGE
+ *    (homothety and rotation, which it would account for, are refused above).
+ *  - Anisotropy: ONE gives 1, 1, 1; RADIUS gives rx, ry, rz; RADIUS_XY gives
+ *    max(rx, ry) for ax and ay and rz for az, and likewise for _XZ, _YZ, _XYZ;
+ *    MANUAL keeps the ratios. A ratio taken from a radius of 0 is set to 1 (only
+ *    offset 0 passes along that axis, and a ratio of 0 would leave distances
+ *    undefined).
+ *  - Warnings 30 to 36: with bx, by, bz from NUVOSearchNeighborhoodApproxBound and
+ *    mx, my, mz the SG extents, a data event spans at most e = min(2 b, m - 1)
+ *    nodes beyond its first along an axis, leaving w = max(0, n - e) candidate
+ *    positions along it in the smallest TI. Warning 30, 31, 32 when 2 w < n along
+ *    x, y, z; 33, 34, 35 when 4 wx wy < nx ny (xy), 4 wx wz < nx nz (xz),
+ *    4 wy wz < ny nz (yz); 36 when 8 wx wy wz < nx ny nz.
+ *  On failure the record is left as it is, except that the neighborhoods of the
+ *  variables already handled keep their resolved numbers. */
+NUVO_API int NUVOValidateSimInput(nuvo_simInput *si, nuvo_progressMonitor *pm,
+                                  nuvo_progressCallback callback, int *error);
 
 /* ---- nuvo_simInputASCII ---- */
 
