@@ -25,5 +25,6 @@
 #include "nuvo_blockdata.h"
 #include "nuvo_pyramidparams.h"
 #include "nuvo_siminput.h"
+#include "nuvo_conditioning.h"
 
 #endif /* NUVOSIM_H */
