@@ -6,6 +6,7 @@
 #include "nuvo_blockdata.h"
 #include "nuvo_classofvalues.h"
 #include "nuvo_compare.h"
+#include "nuvo_conditioning.h"
 #include "nuvo_connectivity.h"
 #include "nuvo_distancemap.h"
 #include "nuvo_error.h"

@@ -1,0 +1,366 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "engine/prepared_data.hpp"
+#include "nuvo_conditioning.h"
+#include "tests/data/data_builders.hpp"
+#include "tests/support/siminput_builder.hpp"
+
+namespace {
+
+using nuvo::test::kMissing;
+using nuvo::test::SimInputBuilder;
+using nuvo::test::TestImage;
+using nuvo::test::TestPointSet;
+
+// A monitor whose callback writes down every warning it is called with and
+// answers with `answer`; the monitor is the first member, so the callback finds
+// the recorder from the pointer it is given.
+struct Recorder {
+  nuvo_progressMonitor pm{};
+  std::array<int, 16> seen{};
+  int nseen = 0;
+  int answer = 0;
+
+  static int callback(nuvo_progressMonitor *pm) {
+    auto *self = reinterpret_cast<Recorder *>(pm);
+    self->seen.at(self->nseen++) = pm->warningNumber;
+    return self->answer;
+  }
+  std::vector<int> warnings() const { return {seen.begin(), seen.begin() + nseen}; }
+};
+static_assert(std::is_standard_layout_v<Recorder>);
+
+// The working image of a simulation: a copy of the input's simulation image.
+struct WorkingImage : TestImage {
+  explicit WorkingImage(const nuvo_simInput &si)
+      : TestImage(si.simImage->grid->nx, si.simImage->grid->ny, si.simImage->grid->nz,
+                  names(*si.simImage), values(*si.simImage)) {}
+  static std::vector<std::string> names(const nuvo_image &image) {
+    return {image.varName, image.varName + image.nvar};
+  }
+  static std::vector<double> values(const nuvo_image &image) {
+    return {image.var, image.var + image.nxyzv};
+  }
+  std::vector<double> all() const { return values(image); }
+};
+
+struct Integration {
+  int rc;
+  int nIgnoredVar;
+  int nConflict;
+};
+
+Integration integrate(const nuvo_simInput &si, WorkingImage *work, Recorder *recorder) {
+  Integration r{};
+  r.rc = NUVOSimIntegrateConditioningData(&si, &work->image, &r.nIgnoredVar, &r.nConflict,
+                                          &recorder->pm, Recorder::callback);
+  return r;
+}
+
+// ---- Merging the conditioning data ----
+
+TEST(IntegrateConditioningData, LaterDataImagesWinAndCountTheirConflicts) {
+  // The simulation image holds its own datum at node 0.
+  TestImage sim(4, 1, 1, {"facies"}, {1, kMissing, kMissing, kMissing});
+  TestImage first(4, 1, 1, {"facies"}, {2, 2, kMissing, kMissing});
+  TestImage second(4, 1, 1, {"facies"}, {kMissing, 3, 3, kMissing});
+  SimInputBuilder in(sim.image, {0});
+  in.dataImage(first.image).dataImage(second.image);
+  WorkingImage work(in.si);
+  Recorder rec;
+
+  const Integration r = integrate(in.si, &work, &rec);
+  ASSERT_EQ(r.rc, 0);
+  // The first data image replaces the simulation image's own value silently; the
+  // second one conflicts at node 1 and wins there.
+  EXPECT_EQ(work.all(), (std::vector<double>{2, 3, 3, kMissing}));
+  EXPECT_EQ(r.nConflict, 1);
+  EXPECT_EQ(r.nIgnoredVar, 0);
+  EXPECT_EQ(rec.warnings(), std::vector<int>{45});
+  EXPECT_EQ(rec.pm.warningNumber, 0);
+}
+
+TEST(IntegrateConditioningData, DataImageWithoutNamesakeChangesNothing) {
+  TestImage sim(2, 2, 1, {"facies", "poro"},
+                {1, kMissing, kMissing, kMissing,  //
+                 kMissing, 0.5, kMissing, kMissing});
+  TestImage data(2, 2, 1, {"Facies", "perm"}, {0, 0, 0, 0, 7, 7, 7, 7});
+  SimInputBuilder in(sim.image, {0, 2});
+  in.dataImage(data.image);
+  WorkingImage work(in.si);
+  Recorder rec;
+
+  const Integration r = integrate(in.si, &work, &rec);
+  ASSERT_EQ(r.rc, 0);
+  EXPECT_EQ(work.all(), WorkingImage::values(sim.image));
+  EXPECT_EQ(r.nIgnoredVar, 2);
+  // One warning for the image, however many variables it ignores.
+  EXPECT_EQ(rec.warnings(), std::vector<int>{44});
+}
+
+TEST(IntegrateConditioningData, PointSetKeepsItsUsablePointsAndWarnsInOrder) {
+  TestImage sim(3, 1, 1, {"facies"});
+  TestImage data(3, 1, 1, {"facies"}, {kMissing, kMissing, 4});
+  // Points at nodes 0 and 2, one beyond the grid; a variable "other" is not simulated.
+  TestPointSet points({0.5, 7.5, 2.5}, {0.5, 0.5, 0.5}, {0.5, 0.5, 0.5}, {"other", "facies"},
+                      {9, 9, 9, 1, 2, 5});
+  SimInputBuilder in(sim.image, {0});
+  in.dataImage(data.image).dataPointSet(points.ps);
+  WorkingImage work(in.si);
+  Recorder rec;
+
+  const Integration r = integrate(in.si, &work, &rec);
+  ASSERT_EQ(r.rc, 0);
+  EXPECT_EQ(work.all(), (std::vector<double>{1, kMissing, 5}));
+  EXPECT_EQ(r.nIgnoredVar, 1);
+  EXPECT_EQ(r.nConflict, 1);
+  EXPECT_EQ(rec.warnings(), (std::vector<int>{43, 42, 41}));
+}
+
+TEST(IntegrateConditioningData, MaskRemovesEveryVariableOfItsNodesOnce) {
+  TestImage sim(3, 1, 1, {"a", "b"}, {1, kMissing, 1, kMissing, kMissing, kMissing});
+  TestImage data(3, 1, 1, {"b"}, {2, 2, kMissing});
+  TestImage mask(3, 1, 1, {"mask"}, {0, 1, 0});
+  SimInputBuilder in(sim.image, {0, 0});
+  in.dataImage(data.image).mask(mask.image);
+  WorkingImage work(in.si);
+  Recorder rec;
+
+  ASSERT_EQ(integrate(in.si, &work, &rec).rc, 0);
+  EXPECT_EQ(work.all(), (std::vector<double>{kMissing, kMissing, kMissing,  //
+                                             kMissing, 2, kMissing}));
+  EXPECT_EQ(rec.warnings(), std::vector<int>{40});
+
+  // A mask over nodes without data removes nothing and says nothing.
+  TestImage dataAtKeptNode(3, 1, 1, {"a", "b"}, {kMissing, 1, kMissing, kMissing, 1, kMissing});
+  SimInputBuilder quietIn(dataAtKeptNode.image, {0, 0});
+  quietIn.mask(mask.image);
+  WorkingImage quietWork(quietIn.si);
+  Recorder quiet;
+  ASSERT_EQ(integrate(quietIn.si, &quietWork, &quiet).rc, 0);
+  EXPECT_EQ(quietWork.all(), WorkingImage::values(dataAtKeptNode.image));
+  EXPECT_TRUE(quiet.warnings().empty());
+}
+
+TEST(IntegrateConditioningData, RefusesMisplacedOrEmptyConditioning) {
+  TestImage sim(2, 1, 1, {"a"});
+  TestImage noVariable(2, 1, 1, {});
+  TestImage shifted(2, 1, 1, {"a"}, {1, 1});
+  shifted.image.grid->oy = 0.5;
+  TestImage longer(3, 1, 1, {"a"}, {1, 1, 1});
+  TestPointSet noPointVariable({0.5}, {0.5}, {0.5}, {}, {});
+  struct Case {
+    const char *what;
+    int expected;
+    std::function<void(SimInputBuilder &)> add;
+  };
+  const Case cases[] = {
+      {"data image without variable", -3, [&](auto &b) { b.dataImage(noVariable.image); }},
+      {"data image on another origin", -150, [&](auto &b) { b.dataImage(shifted.image); }},
+      {"mask on another grid", -150, [&](auto &b) { b.mask(longer.image); }},
+      {"point set without variable", -3, [&](auto &b) { b.dataPointSet(noPointVariable.ps); }},
+  };
+  for (const Case &c : cases) {
+    SimInputBuilder in(sim.image, {0});
+    c.add(in);
+    WorkingImage work(in.si);
+    Recorder rec;
+    EXPECT_EQ(integrate(in.si, &work, &rec).rc, c.expected) << c.what;
+  }
+}
+
+TEST(IntegrateConditioningData, CallbackAnswerAndStopRequestEndTheMerge) {
+  TestImage sim(2, 1, 1, {"a"});
+  TestImage unknown(2, 1, 1, {"z"}, {1, 1});
+  TestImage data(2, 1, 1, {"a"}, {1, 1});
+  SimInputBuilder in(sim.image, {0});
+  in.dataImage(unknown.image).dataImage(data.image);
+  {
+    WorkingImage work(in.si);
+    Recorder rec;
+    rec.answer = 7;
+    EXPECT_EQ(integrate(in.si, &work, &rec).rc, 7);
+    EXPECT_EQ(work.all(), (std::vector<double>{kMissing, kMissing}));
+  }
+  {
+    WorkingImage work(in.si);
+    Recorder rec;
+    rec.pm.stopFlag = 1;
+    EXPECT_EQ(integrate(in.si, &work, &rec).rc, -1000);
+    EXPECT_TRUE(rec.warnings().empty());
+  }
+}
+
+// ---- Preparing the data against the training images ----
+
+int prepare(const SimInputBuilder &in, const WorkingImage &work, nuvo::PreparedData *p,
+            Recorder *rec) {
+  return nuvo::simPrepareData(in.si, {in.si.trainImage, std::size_t(in.si.ntrainImage)}, work.image,
+                              p, &rec->pm, Recorder::callback);
+}
+
+TEST(PrepareData, FlagsEntriesAndCountsNodesForTheReport) {
+  // Variables: facies (categorical) and poro (continuous) on 3 x 2 nodes.
+  TestImage sim(3, 2, 1, {"facies", "poro"});
+  TestImage data(3, 2, 1, {"facies", "poro"},
+                 {1, 0, 1, kMissing, kMissing, kMissing,  //
+                  0.2, kMissing, 0.5, kMissing, kMissing, kMissing});
+  TestImage mask(3, 2, 1, {"mask"}, {1, 1, 0, 1, 0, 1});
+  TestImage ti(3, 2, 1, {"facies", "poro"},
+               {0, 1, 1, 2, 1, kMissing,  //
+                0.0, 0.3, 0.3, 0.6, 0.9, 1.0});
+  SimInputBuilder in(sim.image, {0, 2});
+  in.dataImage(data.image).mask(mask.image).trainImage(ti.image);
+  WorkingImage work(in.si);
+  Recorder merging;
+  ASSERT_EQ(integrate(in.si, &work, &merging).rc, 0);
+  EXPECT_EQ(merging.warnings(), std::vector<int>{40});
+
+  Recorder rec;
+  nuvo::PreparedData p;
+  ASSERT_EQ(prepare(in, work, &p, &rec), 0);
+  EXPECT_EQ(p.nvar, 2);
+  EXPECT_EQ(p.nxyz, 6);
+  // Node 0 fully informed, node 1 facies only, nodes 2 and 4 masked.
+  EXPECT_EQ(p.entryFlag, (std::vector<signed char>{0, 0, 0, 1, 0, 1,  //
+                                                   0, 1, 0, 1, 0, 1}));
+  EXPECT_EQ(p.nInformedAllVariables, 1);
+  EXPECT_EQ(p.nMasked, 2);
+  EXPECT_EQ(p.variable[0].ndata, 2);
+  EXPECT_EQ(p.variable[1].ndata, 1);
+
+  const nuvo::VariableMeasure &facies = p.variable[0];
+  EXPECT_TRUE(facies.categorical);
+  EXPECT_EQ(facies.value, (std::vector<double>{0, 1, 2}));
+  EXPECT_EQ(facies.count, (std::vector<std::int64_t>{1, 3, 1}));
+  const nuvo::VariableMeasure &poro = p.variable[1];
+  EXPECT_FALSE(poro.categorical);
+  EXPECT_EQ(poro.value, (std::vector<double>{0.0, 0.3, 0.6, 0.9, 1.0}));
+  EXPECT_EQ(poro.min, 0.0);
+  EXPECT_EQ(poro.max, 1.0);
+  EXPECT_FALSE(poro.widened);
+  EXPECT_TRUE(rec.warnings().empty());
+}
+
+TEST(PrepareData, SimulationGridAsTrainingImageLendsItsData) {
+  TestImage sim(2, 1, 1, {"facies", "poro"}, {kMissing, 5, kMissing, 40.0});
+  TestImage ti(2, 1, 1, {"facies", "poro"}, {0, 1, 10.0, 20.0});
+  SimInputBuilder in(sim.image, {0, 1});
+  in.trainImage(ti.image).simGridAsTrainImage();
+  WorkingImage work(in.si);
+  Recorder rec;
+
+  nuvo::PreparedData p;
+  ASSERT_EQ(prepare(in, work, &p, &rec), 0);
+  EXPECT_EQ(p.variable[0].value, (std::vector<double>{0, 1, 5}));
+  EXPECT_EQ(p.variable[1].min, 10.0);
+  EXPECT_EQ(p.variable[1].max, 40.0);
+  EXPECT_FALSE(p.variable[1].widened);
+  EXPECT_TRUE(rec.warnings().empty());
+}
+
+TEST(PrepareData, TrainingImagesWithoutSpreadAreRefused) {
+  TestImage sim(2, 1, 1, {"v"});
+  TestImage constant(2, 1, 1, {"v"}, {3.0, 3.0});
+  TestImage nearlyConstant(2, 1, 1, {"v"}, {3.0, 3.0 + 1e-11});
+  TestImage empty(2, 1, 1, {"v"});
+  struct Case {
+    const nuvo_image *ti;
+    int distanceType;
+    int expected;
+  };
+  const Case cases[] = {
+      {&constant.image, 2, -552}, {&nearlyConstant.image, 4, -552}, {&empty.image, 1, -552},
+      {&empty.image, 0, -552},    {&constant.image, 0, 0},  // a single facies is a valid
+                                                            // categorical image
+  };
+  for (const Case &c : cases) {
+    SimInputBuilder in(sim.image, {c.distanceType});
+    in.trainImage(*c.ti);
+    WorkingImage work(in.si);
+    Recorder rec;
+    nuvo::PreparedData p;
+    EXPECT_EQ(prepare(in, work, &p, &rec), c.expected) << c.distanceType;
+  }
+}
+
+TEST(PrepareData, CategoricalDataMustBeTrainingValues) {
+  TestImage sim(3, 1, 1, {"facies"}, {2, 3, 3});
+  TestImage ti(3, 1, 1, {"facies"}, {0, 1, 2});
+  for (double extension : {0.0, 10.0}) {
+    SimInputBuilder in(sim.image, {0});
+    in.trainImage(ti.image).si.trainValueRangeExtensionMax = extension;
+    WorkingImage work(in.si);
+    Recorder rec;
+    nuvo::PreparedData p;
+    EXPECT_EQ(prepare(in, work, &p, &rec), -555) << extension;
+  }
+  // A negative extension turns the check into one warning for the variable.
+  SimInputBuilder in(sim.image, {0});
+  in.trainImage(ti.image).si.trainValueRangeExtensionMax = -1.0;
+  WorkingImage work(in.si);
+  Recorder rec;
+  nuvo::PreparedData p;
+  ASSERT_EQ(prepare(in, work, &p, &rec), 0);
+  EXPECT_EQ(rec.warnings(), std::vector<int>{1});
+  EXPECT_EQ(p.variable[0].value, (std::vector<double>{0, 1, 2}));
+  EXPECT_EQ(p.variable[0].ndata, 3);
+}
+
+// Training range [10, 20]; with extension e a datum is accepted up to 10 e beyond
+// either end, and the simulation range then covers it.
+TEST(PrepareData, ContinuousDataMayExtendTheRangeWithinTheAllowance) {
+  TestImage ti(2, 1, 1, {"poro"}, {10.0, 20.0});
+  struct Case {
+    double datum;
+    double extension;
+    int expected;
+    double min, max;
+  };
+  const Case cases[] = {
+      {15.0, 0.0, 0, 10.0, 20.0}, {20.0, 0.0, 0, 10.0, 20.0}, {20.5, 0.1, 0, 10.0, 20.5},
+      {9.0, 0.1, 0, 9.0, 20.0},   {21.0, 0.1, 0, 10.0, 21.0}, {21.5, 0.1, -556, 0, 0},
+      {20.001, 0.0, -556, 0, 0},  {8.9, 0.1, -556, 0, 0},     {1000.0, -0.5, 0, 10.0, 1000.0},
+  };
+  for (const Case &c : cases) {
+    TestImage sim(2, 1, 1, {"poro"}, {c.datum, kMissing});
+    SimInputBuilder in(sim.image, {3});
+    in.trainImage(ti.image).si.trainValueRangeExtensionMax = c.extension;
+    WorkingImage work(in.si);
+    Recorder rec;
+    nuvo::PreparedData p;
+    const int rc = prepare(in, work, &p, &rec);
+    ASSERT_EQ(rc, c.expected) << c.datum << " " << c.extension;
+    if (rc != 0) continue;
+    EXPECT_EQ(p.variable[0].min, c.min) << c.datum;
+    EXPECT_EQ(p.variable[0].max, c.max) << c.datum;
+    const bool beyond = c.datum < 10.0 || c.datum > 20.0;
+    EXPECT_EQ(p.variable[0].widened, beyond);
+    EXPECT_EQ(rec.warnings(), beyond ? std::vector<int>{2} : std::vector<int>{}) << c.datum;
+    EXPECT_EQ(p.variable[0].value, (std::vector<double>{10.0, 20.0}));
+  }
+}
+
+TEST(PrepareData, WarningsPassOnTheCallbackAnswerAndStopsAreHeard) {
+  TestImage sim(2, 1, 1, {"poro"}, {30.0, kMissing});
+  TestImage ti(2, 1, 1, {"poro"}, {10.0, 20.0});
+  SimInputBuilder in(sim.image, {2});
+  in.trainImage(ti.image).si.trainValueRangeExtensionMax = 1.0;
+  WorkingImage work(in.si);
+  nuvo::PreparedData p;
+  Recorder answering;
+  answering.answer = 3;
+  EXPECT_EQ(prepare(in, work, &p, &answering), 3);
+  Recorder stopping;
+  stopping.pm.stopFlag = 1;
+  EXPECT_EQ(prepare(in, work, &p, &stopping), -1000);
+}
+
+}  // namespace
