@@ -264,8 +264,8 @@ NUVO_API int NUVOPrintSimInput(const nuvo_simInput *si, const char *prefix, FILE
  *  variable, thresholds per variable, scan fractions per TI); -678 nrealization
  *  > 1000000. -20 stands for a per-variable or per-TI array that the check needs
  *  but is null (softProbability, connectivity, blockData and pyramidParameters
- *  may be null: no variable uses them), or a simulation image without grid or a TI without grid or
- values.
+ *  may be null: no variable uses them), a simulation image without grid, or a
+ *  TI without grid or values.
  *
  *  Transforms that simulation does not offer yet are refused last: -1701 / -1801
  *  homothetyUsage / rotationUsage outside 0..2, -1708 / -1808 homothety or
