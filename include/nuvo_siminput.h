@@ -233,8 +233,9 @@ NUVO_API int NUVOPrintSimInput(const nuvo_simInput *si, const char *prefix, FILE
  *  of the first failed check to *error and returns 0; a non-zero return is a
  *  failure of the validation itself: -1 (allocation), -1000 (stop asked through
  *  pm) or the non-zero result of the callback. Warnings are reported one at a time
- *  through pm and callback (either may be null).
- *
+ *  through pm and callback (without pm they are not reported). The record's
+ *  neighborhood parameters are written (see below); nothing else is changed.
+
  *  Checks, in this order (per-variable and per-TI checks run item by item):
  *  -629 nvar < 1; -645 simImage missing or not of nvar variables; -647 no output
  *  flag set; -648 a format string not starting with "%" (formatStringVar may be
@@ -263,7 +264,8 @@ NUVO_API int NUVOPrintSimInput(const nuvo_simInput *si, const char *prefix, FILE
  *  variable, thresholds per variable, scan fractions per TI); -678 nrealization
  *  > 1000000. -20 stands for a per-variable or per-TI array that the check needs
  *  but is null (softProbability, connectivity, blockData and pyramidParameters
- *  may be null: no variable uses them), or a TI without grid or values.
+ *  may be null: no variable uses them), a simulation image without grid, or a
+ *  TI without grid or values.
  *
  *  Transforms that simulation does not offer yet are refused last: -1701 / -1801
  *  homothetyUsage / rotationUsage outside 0..2, -1708 / -1808 homothety or

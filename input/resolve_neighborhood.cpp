@@ -26,6 +26,11 @@ constexpr int kManyCategoriesThreshold = 20;
 using Extents = std::array<int, 3>;
 using Radii = std::array<double, 3>;
 
+// Reports a warning through the monitor; without a monitor it has nowhere to go.
+int warn(nuvo_progressMonitor *pm, nuvo_progressCallback callback, int code) {
+  return pm == nullptr ? 0 : reportWarning(pm, callback, code);
+}
+
 Extents extentsOf(const nuvo_grid &g) {
   return {g.nx, g.ny, g.nz};
 }
@@ -51,7 +56,7 @@ int reduceManualRadii(Radii &r, const Extents &n, nuvo_progressMonitor *pm,
     const int bound = manualRadiusBound(n[a]);
     if (r[a] <= bound) continue;
     r[a] = bound;
-    NUVO_TRY(reportWarning(pm, callback, kRadiusReducedX + a));
+    NUVO_TRY(warn(pm, callback, kRadiusReducedX + a));
   }
   return 0;
 }
@@ -73,7 +78,7 @@ int warnManyCategories(const nuvo_simInput &si, int iv, nuvo_progressMonitor *pm
     NUVOFree(value);
     NUVOFree(proportion);
     NUVO_TRY(rc);
-    if (nvalue > kManyCategoriesThreshold) return reportWarning(pm, callback, kManyCategories);
+    if (nvalue > kManyCategoriesThreshold) return warn(pm, callback, kManyCategories);
   }
   return 0;
 }
@@ -175,15 +180,14 @@ int warnLargeNeighborhood(const nuvo_simInput &si, const nuvo_searchNeighborhood
     nd[a] = n[a];
   }
   for (int a = 0; a < 3; ++a)
-    if (2.0 * w[a] < nd[a]) NUVO_TRY(reportWarning(pm, callback, kLargeAlongX + a));
+    if (2.0 * w[a] < nd[a]) NUVO_TRY(warn(pm, callback, kLargeAlongX + a));
   constexpr int kSections[3][2] = {{0, 1}, {0, 2}, {1, 2}};
   for (int k = 0; k < 3; ++k) {
     const int i = kSections[k][0], j = kSections[k][1];
-    if (4.0 * w[i] * w[j] < nd[i] * nd[j])
-      NUVO_TRY(reportWarning(pm, callback, kLargeInXySection + k));
+    if (4.0 * w[i] * w[j] < nd[i] * nd[j]) NUVO_TRY(warn(pm, callback, kLargeInXySection + k));
   }
   if (8.0 * w[0] * w[1] * w[2] < nd[0] * nd[1] * nd[2])
-    NUVO_TRY(reportWarning(pm, callback, kLargeInVolume));
+    NUVO_TRY(warn(pm, callback, kLargeInVolume));
   return 0;
 }
 

@@ -1,0 +1,151 @@
+// A valid simulation input built in memory, for tests of validation and simulation.
+#pragma once
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <initializer_list>
+
+#include "input/text_io.hpp"
+#include "nuvo_siminput.h"
+
+namespace nuvo_test {
+
+// Fills an initialised image with an nx x ny x nz grid of unit cells and one
+// variable per name, the value of variable iv at node (ix, iy, iz) being
+// value(ix, iy, iz, iv).
+template <typename Value>
+void makeImage(nuvo_image *image, int nx, int ny, int nz, std::initializer_list<const char *> names,
+               Value value) {
+  const int nvar = static_cast<int>(names.size());
+  NUVOMallocImage(image, nx * ny * nz, nvar);
+  nuvo_grid &g = *image->grid;
+  g.nx = nx;
+  g.ny = ny;
+  g.nz = nz;
+  g.sx = g.sy = g.sz = 1.0;
+  g.nxy = nx * ny;
+  g.nxyz = nx * ny * nz;
+  image->nvar = nvar;
+  image->nxyzv = g.nxyz * nvar;
+  int iv = 0;
+  for (const char *name : names) std::strcpy(image->varName[iv++], name);
+  for (iv = 0; iv < nvar; ++iv)
+    for (int iz = 0; iz < nz; ++iz)
+      for (int iy = 0; iy < ny; ++iy)
+        for (int ix = 0; ix < nx; ++ix)
+          image->var[iv * g.nxyz + iz * g.nxy + iy * nx + ix] = value(ix, iy, iz, iv);
+}
+
+// Binary facies in stripes three nodes wide across x.
+inline void makeStripeImage(nuvo_image *image, int nx, int ny, int nz) {
+  makeImage(image, nx, ny, nz, {"facies"},
+            [](int ix, int, int, int) { return static_cast<double>(ix / 3 % 2); });
+}
+
+template <typename T>
+T *valuesOf(std::initializer_list<T> values) {
+  T *a = static_cast<T *>(std::calloc(values.size(), sizeof(T)));
+  std::copy(values.begin(), values.end(), a);
+  return a;
+}
+
+template <typename T, typename Init>
+T *initialisedRecords(int n, Init init) {
+  T *a = static_cast<T *>(std::calloc(static_cast<std::size_t>(n), sizeof(T)));
+  for (int i = 0; i < n; ++i) init(&a[i]);
+  return a;
+}
+
+inline char *ownedText(const char *value) {
+  char *t = nuvo::allocateText(NUVO_FILE_NAME_MAX + 1);
+  std::strcpy(t, value);
+  return t;
+}
+
+// Replaces the training images by n copies of the first one (none for n = 0),
+// none of them the simulation grid, with scan fractions 0.5 and 0.2 (post-processing).
+inline void setTrainingImageCount(nuvo_simInput *si, int n) {
+  nuvo_image first;
+  NUVOInitImage(&first);
+  NUVOCopyImage(&si->trainImage[0], &first);
+  for (int t = 0; t < si->ntrainImage; ++t) NUVOFreeImage(&si->trainImage[t]);
+  std::free(si->trainImage);
+  std::free(si->simGridAsTiFlag);
+  std::free(si->maxScanFraction);
+  std::free(si->postProcessingMaxScanFraction);
+  si->ntrainImage = n;
+  si->trainImage = static_cast<nuvo_image *>(std::calloc(n + 1, sizeof(nuvo_image)));
+  si->simGridAsTiFlag = static_cast<signed char *>(std::calloc(n + 1, sizeof(signed char)));
+  si->maxScanFraction = static_cast<double *>(std::calloc(n + 1, sizeof(double)));
+  si->postProcessingMaxScanFraction = static_cast<double *>(std::calloc(n + 1, sizeof(double)));
+  for (int t = 0; t < n; ++t) {
+    NUVOInitImage(&si->trainImage[t]);
+    NUVOCopyImage(&first, &si->trainImage[t]);
+    si->maxScanFraction[t] = 0.5;
+    si->postProcessingMaxScanFraction[t] = 0.2;
+  }
+  NUVOFreeImage(&first);
+}
+
+// Fills an initialised record with a valid input: one categorical variable
+// "facies" on a 30 x 30 x 1 simulation grid (all values missing), a copy of `ti`
+// as the only training image, one output file, a manual isotropic neighborhood of
+// radii 3, 3, 0, 24 neighbors, threshold 0.05, scan fraction 0.5, one
+// post-processing path and one realization.
+inline void buildValidSimInput(nuvo_simInput *si, const nuvo_image &ti) {
+  si->simImage = initialisedRecords<nuvo_image>(1, NUVOInitImage);
+  makeImage(si->simImage, 30, 30, 1, {"facies"},
+            [](int, int, int, int) { return NUVO_MISSING_VALUE; });
+  si->nvar = 1;
+  si->outputVarFlag = valuesOf<signed char>({1});
+  si->formatStringVar = nuvo::allocateTextSlots(1, NUVO_VAR_NAME_MAX + 1);
+  std::strcpy(si->formatStringVar[0], "%.10g");
+  si->outputSimJob = OUTPUT_SIM_ALL_IN_ONE_FILE;
+  si->outputSimImageFileName = nuvo::allocateTextSlots(1, NUVO_FILE_NAME_MAX + 1);
+  std::strcpy(si->outputSimImageFileName[0], "sim.gslib");
+  si->outputReportFlag = 1;
+  si->outputReportFileName = ownedText("report.txt");
+  si->ntrainImage = 1;
+  si->simGridAsTiFlag = valuesOf<signed char>({0});
+  si->trainImage = initialisedRecords<nuvo_image>(1, NUVOInitImage);
+  NUVOCopyImage(&ti, si->trainImage);
+  si->normalizingType = NORMALIZING_LINEAR;
+  si->searchNeighborhoodParameters = initialisedRecords<nuvo_searchNeighborhoodParameters>(
+      1, NUVOInitSearchNeighborhoodParameters);
+  nuvo_searchNeighborhoodParameters &p = si->searchNeighborhoodParameters[0];
+  p.radiusMode = SEARCHNEIGHBORHOOD_RADIUS_MANUAL;
+  p.rx = p.ry = 3.0;
+  p.anisotropyRatioMode = SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_ONE;
+  si->nneighboringNode = valuesOf<int>({24});
+  si->neighboringNodeDensity = valuesOf<double>({1.0});
+  si->rescalingMode = valuesOf<int>({RESCALING_NONE});
+  si->rescalingTargetMin = valuesOf<double>({0.0});
+  si->rescalingTargetMax = valuesOf<double>({0.0});
+  si->rescalingTargetMean = valuesOf<double>({0.0});
+  si->rescalingTargetLength = valuesOf<double>({0.0});
+  si->relativeDistanceFlag = valuesOf<signed char>({0});
+  si->distanceType = valuesOf<int>({0});
+  si->powerLpDistance = valuesOf<double>({2.0});
+  si->powerLpDistanceInv = valuesOf<double>({0.5});
+  si->conditioningWeightFactor = valuesOf<double>({1.0});
+  si->simAndPathParameters =
+      initialisedRecords<nuvo_simAndPathParameters>(1, NUVOInitSimAndPathParameters);
+  si->distanceThreshold = valuesOf<double>({0.05});
+  si->softProbability = initialisedRecords<nuvo_softProbability>(1, NUVOInitSoftProbability);
+  si->connectivity = initialisedRecords<nuvo_connectivity>(1, NUVOInitConnectivity);
+  si->blockData = initialisedRecords<nuvo_blockData>(1, NUVOInitBlockData);
+  si->maxScanFraction = valuesOf<double>({0.5});
+  si->pyramidGeneralParameters =
+      initialisedRecords<nuvo_pyramidGeneralParameters>(1, NUVOInitPyramidGeneralParameters);
+  si->npostProcessingPathMax = 1;
+  si->postProcessingNneighboringNode = valuesOf<int>({8});
+  si->postProcessingNeighboringNodeDensity = valuesOf<double>({1.0});
+  si->postProcessingDistanceThreshold = valuesOf<double>({0.02});
+  si->postProcessingMaxScanFraction = valuesOf<double>({0.2});
+  si->seed = 1;
+  si->seedIncrement = 1;
+  si->nrealization = 1;
+}
+
+}  // namespace nuvo_test

@@ -1,0 +1,475 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "input/text_io.hpp"
+#include "nuvo_siminput.h"
+#include "nuvo_synthetic.h"
+#include "siminput_builder.hpp"
+
+namespace {
+
+using nuvo_test::buildValidSimInput;
+using nuvo_test::makeImage;
+using nuvo_test::makeStripeImage;
+using nuvo_test::setTrainingImageCount;
+
+// A progress monitor that keeps the warnings it is called with; the callback finds
+// the recorder through the monitor, its first member.
+struct Recorder {
+  nuvo_progressMonitor pm;
+  int nwarning;
+  int warning[32];
+  int resultOnWarning;
+};
+
+int record(nuvo_progressMonitor *pm) {
+  auto *r = reinterpret_cast<Recorder *>(pm);
+  if (pm->warningNumber != 0 && r->nwarning < 32) r->warning[r->nwarning++] = pm->warningNumber;
+  return r->resultOnWarning;
+}
+
+// Replaces an owned text by one of `length` characters.
+void setLongText(char **text, int length) {
+  std::free(*text);
+  *text = static_cast<char *>(std::calloc(static_cast<std::size_t>(length) + 1, 1));
+  std::memset(*text, 'a', static_cast<std::size_t>(length));
+}
+
+class ValidateSimInputTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    NUVOInitSimInput(&si_);
+    useStripeTi(20, 20, 1);
+  }
+  void TearDown() override { NUVOFreeSimInput(&si_); }
+
+  void useTi(const nuvo_image &ti) {
+    NUVOFreeSimInput(&si_);
+    buildValidSimInput(&si_, ti);
+  }
+  void useStripeTi(int nx, int ny, int nz) {
+    nuvo_image ti;
+    NUVOInitImage(&ti);
+    makeStripeImage(&ti, nx, ny, nz);
+    useTi(ti);
+    NUVOFreeImage(&ti);
+  }
+  void useSimGrid(int nx, int ny, int nz) {
+    NUVOFreeImage(si_.simImage);
+    makeImage(si_.simImage, nx, ny, nz, {"facies"},
+              [](int, int, int, int) { return NUVO_MISSING_VALUE; });
+  }
+  nuvo_searchNeighborhoodParameters &neighborhood() { return si_.searchNeighborhoodParameters[0]; }
+  void setManualRadii(double rx, double ry, double rz) {
+    neighborhood().rx = rx;
+    neighborhood().ry = ry;
+    neighborhood().rz = rz;
+  }
+
+  // Runs the validation, which itself must succeed, and returns its verdict.
+  int verdict() {
+    int error = 12345;
+    EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, record, &error), 0);
+    return error;
+  }
+  std::vector<int> warnings() const { return {rec_.warning, rec_.warning + rec_.nwarning}; }
+
+  nuvo_simInput si_;
+  Recorder rec_{};
+};
+
+TEST_F(ValidateSimInputTest, TheBuiltInputValidatesWithoutWarning) {
+  EXPECT_EQ(verdict(), 0);
+  EXPECT_TRUE(warnings().empty());
+  EXPECT_EQ(neighborhood().rx, 3.0);
+  EXPECT_EQ(neighborhood().az, 1.0);
+}
+
+struct Case {
+  const char *what;
+  void (*change)(nuvo_simInput &);
+  int code;
+};
+
+// One field changed at a time; 0 marks the values on the valid side of a bound.
+const Case kCases[] = {
+    {"no output flag", [](nuvo_simInput &s) { s.outputVarFlag[0] = 0; }, -647},
+    {"format without %", [](nuvo_simInput &s) { std::strcpy(s.formatStringVar[0], "10.5E"); },
+     -648},
+    {"no format strings",
+     [](nuvo_simInput &s) { nuvo::freeTextSlots(std::exchange(s.formatStringVar, nullptr)); }, 0},
+    {"output job 4", [](nuvo_simInput &s) { s.outputSimJob = 4; }, -651},
+    {"output job -1", [](nuvo_simInput &s) { s.outputSimJob = -1; }, -651},
+    {"output name of 256",
+     [](nuvo_simInput &s) {
+       nuvo::freeTextSlots(s.outputSimImageFileName);
+       s.outputSimImageFileName = nuvo::allocateTextSlots(1, 300);
+       std::memset(s.outputSimImageFileName[0], 'a', 256);
+     },
+     -652},
+    {"report name of 255", [](nuvo_simInput &s) { setLongText(&s.outputReportFileName, 255); }, 0},
+    {"path index name", [](nuvo_simInput &s) { setLongText(&s.outputPathIndexFileName, 256); },
+     -595},
+    {"error map name", [](nuvo_simInput &s) { setLongText(&s.outputErrorFileName, 256); }, -596},
+    {"TI node map name",
+     [](nuvo_simInput &s) { setLongText(&s.outputTiGridNodeIndexFileName, 256); }, -597},
+    {"TI index map name", [](nuvo_simInput &s) { setLongText(&s.outputTiIndexFileName, 256); },
+     -598},
+    {"report name", [](nuvo_simInput &s) { setLongText(&s.outputReportFileName, 256); }, -653},
+    {"no TI", [](nuvo_simInput &s) { setTrainingImageCount(&s, 0); }, -656},
+    {"100 TIs", [](nuvo_simInput &s) { setTrainingImageCount(&s, 100); }, 0},
+    {"101 TIs", [](nuvo_simInput &s) { setTrainingImageCount(&s, 101); }, -657},
+    {"TI with two variables",
+     [](nuvo_simInput &s) {
+       NUVOFreeImage(&s.trainImage[0]);
+       makeImage(&s.trainImage[0], 5, 5, 1, {"a", "b"}, [](int, int, int, int) { return 0.0; });
+     },
+     -655},
+    {"SG as TI twice",
+     [](nuvo_simInput &s) {
+       setTrainingImageCount(&s, 2);
+       s.simGridAsTiFlag[0] = s.simGridAsTiFlag[1] = 1;
+     },
+     -654},
+    {"range extension 10", [](nuvo_simInput &s) { s.trainValueRangeExtensionMax = 10.0; }, 0},
+    {"range extension 10.5", [](nuvo_simInput &s) { s.trainValueRangeExtensionMax = 10.5; }, -1151},
+    {"normalizing 3", [](nuvo_simInput &s) { s.normalizingType = 3; }, -1155},
+    {"distance type 5", [](nuvo_simInput &s) { s.distanceType[0] = 5; }, -667},
+    {"distance type -1", [](nuvo_simInput &s) { s.distanceType[0] = -1; }, -667},
+    {"relative categorical", [](nuvo_simInput &s) { s.relativeDistanceFlag[0] = 1; }, -710},
+    {"L-p power 0",
+     [](nuvo_simInput &s) {
+       s.distanceType[0] = 3;
+       s.powerLpDistance[0] = 0.0;
+     },
+     -668},
+    {"L-p inverse off",
+     [](nuvo_simInput &s) {
+       s.distanceType[0] = 3;
+       s.powerLpDistanceInv[0] = 0.5000001;
+     },
+     -669},
+    {"rescaling 3", [](nuvo_simInput &s) { s.rescalingMode[0] = 3; }, -2130},
+    {"min-max categorical", [](nuvo_simInput &s) { s.rescalingMode[0] = RESCALING_MIN_MAX; },
+     -2131},
+    {"min-max relative",
+     [](nuvo_simInput &s) {
+       s.rescalingMode[0] = RESCALING_MIN_MAX;
+       s.distanceType[0] = 1;
+       s.relativeDistanceFlag[0] = 1;
+     },
+     -2132},
+    {"mean-length categorical",
+     [](nuvo_simInput &s) { s.rescalingMode[0] = RESCALING_MEAN_LENGTH; }, -2133},
+    {"mean-length relative",
+     [](nuvo_simInput &s) {
+       s.rescalingMode[0] = RESCALING_MEAN_LENGTH;
+       s.distanceType[0] = 2;
+       s.relativeDistanceFlag[0] = 1;
+     },
+     -2134},
+    {"min-max with SG as TI",
+     [](nuvo_simInput &s) {
+       s.rescalingMode[0] = RESCALING_MIN_MAX;
+       s.distanceType[0] = 1;
+       s.simGridAsTiFlag[0] = 1;
+     },
+     -2141},
+    {"mean-length with SG as TI",
+     [](nuvo_simInput &s) {
+       s.rescalingMode[0] = RESCALING_MEAN_LENGTH;
+       s.distanceType[0] = 1;
+       s.simGridAsTiFlag[0] = 1;
+     },
+     -2142},
+    {"radius mode 8", [](nuvo_simInput &s) { s.searchNeighborhoodParameters[0].radiusMode = 8; },
+     -686},
+    {"negative ry", [](nuvo_simInput &s) { s.searchNeighborhoodParameters[0].ry = -1.0; }, -681},
+    {"anisotropy mode 7",
+     [](nuvo_simInput &s) { s.searchNeighborhoodParameters[0].anisotropyRatioMode = 7; }, -687},
+    {"TI range with SG as TI",
+     [](nuvo_simInput &s) {
+       s.searchNeighborhoodParameters[0].radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_DEFAULT;
+       s.simGridAsTiFlag[0] = 1;
+     },
+     -689},
+    {"no neighbor", [](nuvo_simInput &s) { s.nneighboringNode[0] = 0; }, -663},
+    {"1000 neighbors", [](nuvo_simInput &s) { s.nneighboringNode[0] = 1000; }, 0},
+    {"1001 neighbors", [](nuvo_simInput &s) { s.nneighboringNode[0] = 1001; }, -664},
+    {"density 0", [](nuvo_simInput &s) { s.neighboringNodeDensity[0] = 0.0; }, -665},
+    {"density 1.5", [](nuvo_simInput &s) { s.neighboringNodeDensity[0] = 1.5; }, -666},
+    {"conditioning weight 0", [](nuvo_simInput &s) { s.conditioningWeightFactor[0] = 0.0; }, -670},
+    {"sim type 2", [](nuvo_simInput &s) { s.simAndPathParameters->simType = 2; }, -705},
+    {"threshold 1", [](nuvo_simInput &s) { s.distanceThreshold[0] = 1.0; }, 0},
+    {"threshold 1.0000001", [](nuvo_simInput &s) { s.distanceThreshold[0] = 1.0000001; }, -673},
+    {"threshold 1e-7", [](nuvo_simInput &s) { s.distanceThreshold[0] = 1e-7; }, -672},
+    {"unused soft probability left unchecked",
+     [](nuvo_simInput &s) { s.softProbability[0].deactivationDistance = -1.0; }, 0},
+    {"soft probability usage 7",
+     [](nuvo_simInput &s) { s.softProbability[0].probabilityConstraintUsage = 7; }, -1920},
+    {"connectivity usage 9",
+     [](nuvo_simInput &s) { s.connectivity[0].connectivityConstraintUsage = 9; }, -2091},
+    {"block data usage 5", [](nuvo_simInput &s) { s.blockData[0].blockDataUsage = 5; }, -2920},
+    {"scan fraction 0", [](nuvo_simInput &s) { s.maxScanFraction[0] = 0.0; }, -674},
+    {"scan fraction 1.5", [](nuvo_simInput &s) { s.maxScanFraction[0] = 1.5; }, -675},
+    {"scan fraction 0 with homothety",
+     [](nuvo_simInput &s) {
+       s.maxScanFraction[0] = 0.0;
+       s.homothetyUsage = 1;
+     },
+     -734},
+    {"scan fraction 1.5 with rotation",
+     [](nuvo_simInput &s) {
+       s.maxScanFraction[0] = 1.5;
+       s.rotationUsage = 2;
+     },
+     -735},
+    {"pyramid levels -1", [](nuvo_simInput &s) { s.pyramidGeneralParameters->npyramidLevel = -1; },
+     -3621},
+    {"tolerance 0", [](nuvo_simInput &s) { s.tolerance = 0.0; }, 0},
+    {"tolerance 100", [](nuvo_simInput &s) { s.tolerance = 100.0; }, 0},
+    {"tolerance -0.1", [](nuvo_simInput &s) { s.tolerance = -0.1; }, -676},
+    {"tolerance 100.5", [](nuvo_simInput &s) { s.tolerance = 100.5; }, -677},
+    {"post-processing paths -1", [](nuvo_simInput &s) { s.npostProcessingPathMax = -1; }, -1661},
+    {"post-processing paths 101", [](nuvo_simInput &s) { s.npostProcessingPathMax = 101; }, -1662},
+    {"post-processing neighbors 1001",
+     [](nuvo_simInput &s) { s.postProcessingNneighboringNode[0] = 1001; }, -664},
+    {"post-processing density 0",
+     [](nuvo_simInput &s) { s.postProcessingNeighboringNodeDensity[0] = 0.0; }, -665},
+    {"post-processing threshold 2",
+     [](nuvo_simInput &s) { s.postProcessingDistanceThreshold[0] = 2.0; }, -673},
+    {"post-processing scan fraction 0",
+     [](nuvo_simInput &s) { s.postProcessingMaxScanFraction[0] = 0.0; }, -674},
+    {"post-processing off",
+     [](nuvo_simInput &s) {
+       s.npostProcessingPathMax = 0;
+       s.postProcessingDistanceThreshold[0] = 2.0;
+     },
+     0},
+    {"1000000 realizations", [](nuvo_simInput &s) { s.nrealization = 1000000; }, 0},
+    {"1000001 realizations", [](nuvo_simInput &s) { s.nrealization = 1000001; }, -678},
+    {"homothety", [](nuvo_simInput &s) { s.homothetyUsage = 1; }, -1708},
+    {"homothety usage 3", [](nuvo_simInput &s) { s.homothetyUsage = 3; }, -1701},
+    {"rotation", [](nuvo_simInput &s) { s.rotationUsage = 2; }, -1808},
+    {"rotation usage -1", [](nuvo_simInput &s) { s.rotationUsage = -1; }, -1801},
+    {"uniform normalization of a categorical variable",
+     [](nuvo_simInput &s) { s.normalizingType = NORMALIZING_UNIFORM; }, 0},
+    {"normal normalization of a continuous variable",
+     [](nuvo_simInput &s) {
+       s.normalizingType = NORMALIZING_NORMAL;
+       s.distanceType[0] = 1;
+     },
+     -1156},
+    {"min-max rescaling",
+     [](nuvo_simInput &s) {
+       s.rescalingMode[0] = RESCALING_MIN_MAX;
+       s.distanceType[0] = 2;
+     },
+     -2135},
+};
+
+TEST_F(ValidateSimInputTest, EachMistakeHasItsCode) {
+  for (const Case &c : kCases) {
+    useStripeTi(20, 20, 1);
+    c.change(si_);
+    EXPECT_EQ(verdict(), c.code) << c.what;
+  }
+}
+
+TEST_F(ValidateSimInputTest, VariableCountsMustAgree) {
+  si_.nvar = 0;
+  EXPECT_EQ(verdict(), -629);
+  si_.nvar = 2;  // the simulation image has one
+  EXPECT_EQ(verdict(), -645);
+  si_.nvar = 1;
+}
+
+TEST_F(ValidateSimInputTest, TheFirstFailureWinsAndRefusalsComeLast) {
+  si_.distanceThreshold[0] = 2.0;
+  si_.nrealization = 1000001;
+  si_.homothetyUsage = 1;
+  EXPECT_EQ(verdict(), -673);
+  si_.distanceThreshold[0] = 0.05;
+  EXPECT_EQ(verdict(), -678);
+  si_.nrealization = 1;
+  EXPECT_EQ(verdict(), -1708);
+}
+
+TEST_F(ValidateSimInputTest, ManualRadiiAreReducedToFitTheSmallestTi) {
+  useStripeTi(20, 12, 1);
+  setManualRadii(15.0, 9.0, 2.0);
+  EXPECT_EQ(verdict(), 0);
+  EXPECT_EQ(neighborhood().rx, 9.0);  // (20 - 1) / 2
+  EXPECT_EQ(neighborhood().ry, 5.0);  // (12 - 1) / 2
+  EXPECT_EQ(neighborhood().rz, 0.0);
+  // Reduced radii still leave few candidate positions: large along x and y,
+  // in every section and in the volume.
+  EXPECT_EQ(warnings(), (std::vector<int>{25, 26, 27, 30, 31, 33, 34, 35, 36}));
+}
+
+TEST_F(ValidateSimInputTest, LargeNeighborhoodWarningsFollowTheAxes) {
+  struct WarningCase {
+    int ti[3], sg[3];
+    double r[3];
+    std::vector<int> expected;
+  };
+  const WarningCase cases[] = {
+      // Along z, a data event spans 8 of the TI's 10 layers; xy keeps 16 x 16 of 20 x 20.
+      {{20, 20, 10}, {30, 30, 10}, {2, 2, 4}, {32, 34, 35}},
+      // The same neighborhood on a flat simulation grid never spans several layers.
+      {{20, 20, 10}, {30, 30, 1}, {2, 2, 4}, {}},
+      // Along x only: 20 - 12 = 8 positions of 20.
+      {{20, 20, 1}, {30, 30, 1}, {6, 2, 0}, {30}},
+  };
+  for (const WarningCase &c : cases) {
+    useStripeTi(c.ti[0], c.ti[1], c.ti[2]);
+    useSimGrid(c.sg[0], c.sg[1], c.sg[2]);
+    setManualRadii(c.r[0], c.r[1], c.r[2]);
+    rec_.nwarning = 0;
+    EXPECT_EQ(verdict(), 0);
+    EXPECT_EQ(warnings(), c.expected) << c.ti[2] << " " << c.sg[2] << " " << c.r[0];
+  }
+}
+
+TEST_F(ValidateSimInputTest, LargeDefaultTakesAQuarterOfTheSmallestTi) {
+  useStripeTi(20, 13, 1);
+  setTrainingImageCount(&si_, 2);
+  NUVOFreeImage(&si_.trainImage[1]);
+  makeStripeImage(&si_.trainImage[1], 40, 9, 1);
+  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_LARGE_DEFAULT;
+  neighborhood().anisotropyRatioMode = SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS;
+  EXPECT_EQ(verdict(), 0);
+  EXPECT_EQ(neighborhood().rx, 5.0);
+  EXPECT_EQ(neighborhood().ry, 2.0);
+  EXPECT_EQ(neighborhood().rz, 0.0);
+  EXPECT_EQ(neighborhood().ax, 5.0);
+  EXPECT_EQ(neighborhood().ay, 2.0);
+  EXPECT_EQ(neighborhood().az, 1.0);  // from a radius of 0
+  EXPECT_TRUE(warnings().empty());
+}
+
+TEST_F(ValidateSimInputTest, AnisotropyModesTakeTheirRatiosFromTheRadii) {
+  struct RatioCase {
+    int mode;
+    double a[3];
+  };
+  const RatioCase cases[] = {
+      {SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_ONE, {1, 1, 1}},
+      {SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS, {4, 2, 1}},
+      {SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XY, {4, 4, 1}},
+      {SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XZ, {4, 2, 4}},
+      {SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_YZ, {4, 2, 2}},
+      {SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XYZ, {4, 4, 4}},
+      {SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_MANUAL, {0.5, 0.25, 2}},
+  };
+  for (const RatioCase &c : cases) {
+    setManualRadii(4.0, 2.0, 0.0);
+    neighborhood().anisotropyRatioMode = c.mode;
+    neighborhood().ax = 0.5;
+    neighborhood().ay = 0.25;
+    neighborhood().az = 2.0;
+    EXPECT_EQ(verdict(), 0);
+    EXPECT_EQ(neighborhood().ax, c.a[0]) << c.mode;
+    EXPECT_EQ(neighborhood().ay, c.a[1]) << c.mode;
+    EXPECT_EQ(neighborhood().az, c.a[2]) << c.mode;
+  }
+}
+
+TEST_F(ValidateSimInputTest, TiRangeRadiiAreLongerAlongChannels) {
+  nuvo_image ti;
+  NUVOInitImage(&ti);
+  ASSERT_EQ(NUVOGenerateChannelImage(&ti, 80, 80, 1, 0.3, 6.0, 5), 0);
+  useTi(ti);
+  NUVOFreeImage(&ti);
+  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE;
+  neighborhood().anisotropyRatioMode = SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS;
+  ASSERT_EQ(verdict(), 0);
+  const double rx = neighborhood().rx, ry = neighborhood().ry;
+  EXPECT_GT(rx, ry);
+  EXPECT_GT(ry, 0.0);
+  EXPECT_EQ(neighborhood().rz, 0.0);
+  EXPECT_EQ(neighborhood().ax, rx);
+  EXPECT_EQ(neighborhood().ay, ry);
+  EXPECT_EQ(neighborhood().az, 1.0);
+
+  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_XY;
+  ASSERT_EQ(verdict(), 0);
+  EXPECT_EQ(neighborhood().rx, rx);
+  EXPECT_EQ(neighborhood().ry, rx);
+  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_YZ;
+  ASSERT_EQ(verdict(), 0);
+  EXPECT_EQ(neighborhood().rx, rx);
+  EXPECT_EQ(neighborhood().ry, ry);
+  EXPECT_EQ(neighborhood().rz, ry);
+}
+
+TEST_F(ValidateSimInputTest, TiRangesTakeTheLargestOverTheTis) {
+  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE;
+  ASSERT_EQ(verdict(), 0);
+  const double across = neighborhood().rx;
+  EXPECT_LT(across, 10.0);
+  EXPECT_DOUBLE_EQ(neighborhood().ry, 19.0);  // constant along y: the largest lag
+
+  setTrainingImageCount(&si_, 2);
+  NUVOFreeImage(&si_.trainImage[1]);
+  makeImage(&si_.trainImage[1], 20, 20, 1, {"facies"},
+            [](int, int iy, int, int) { return static_cast<double>(iy / 3 % 2); });
+  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE;
+  ASSERT_EQ(verdict(), 0);
+  EXPECT_DOUBLE_EQ(neighborhood().rx, 19.0);
+  EXPECT_DOUBLE_EQ(neighborhood().ry, 19.0);
+}
+
+TEST_F(ValidateSimInputTest, ManyCategoriesAreWarnedAboutBeforeTheRanges) {
+  nuvo_image ti;
+  NUVOInitImage(&ti);
+  makeImage(&ti, 30, 30, 1, {"facies"},
+            [](int ix, int iy, int, int) { return static_cast<double>((ix + 2 * iy) % 25); });
+  useTi(ti);
+  NUVOFreeImage(&ti);
+  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE;
+  ASSERT_EQ(verdict(), 0);
+  ASSERT_FALSE(warnings().empty());
+  EXPECT_EQ(warnings()[0], 80);
+
+  rec_.nwarning = 0;
+  si_.distanceType[0] = 1;  // continuous: one pass, no warning
+  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE;
+  ASSERT_EQ(verdict(), 0);
+  for (int w : warnings()) EXPECT_NE(w, 80);
+}
+
+TEST_F(ValidateSimInputTest, AConstantTiHasNoRangeAndKeepsTheRadii) {
+  nuvo_image ti;
+  NUVOInitImage(&ti);
+  makeImage(&ti, 20, 20, 1, {"facies"}, [](int, int, int, int) { return 1.0; });
+  useTi(ti);
+  NUVOFreeImage(&ti);
+  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_XYZ;
+  EXPECT_EQ(verdict(), -1061);
+  EXPECT_EQ(neighborhood().rx, 3.0);
+  EXPECT_EQ(neighborhood().rz, 0.0);
+}
+
+TEST_F(ValidateSimInputTest, AStopRequestOrACallbackCodeEndsValidation) {
+  int error = 0;
+  rec_.pm.stopFlag = 1;
+  EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, record, &error), -1000);
+  rec_.pm.stopFlag = 0;
+
+  setManualRadii(15.0, 3.0, 0.0);
+  rec_.resultOnWarning = 7;
+  EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, record, &error), 7);
+  EXPECT_EQ(warnings(), std::vector<int>{25});
+
+  setManualRadii(15.0, 3.0, 0.0);
+  EXPECT_EQ(NUVOValidateSimInput(&si_, nullptr, nullptr, &error), 0);
+  EXPECT_EQ(error, 0);
+  EXPECT_EQ(neighborhood().rx, 9.0);
+}
+
+}  // namespace
