@@ -13,12 +13,14 @@
 namespace nuvo {
 namespace {
 
-constexpr int kFlagged = 2;            // state of an entry waiting for post-processing
-constexpr int kSimulated = 1;          // state of an entry simulated by a path
+constexpr int kFlagged = 2;    // state of an entry waiting for post-processing
+constexpr int kSimulated = 1;  // state of an entry simulated by a path
 constexpr int kPostProcessingSeedStep = 472;
 constexpr int kMarginalDrawAttempts = 64;
 
-bool isMissing(double v) { return v == NUVO_MISSING_VALUE; }
+bool isMissing(double v) {
+  return v == NUVO_MISSING_VALUE;
+}
 
 // Base seed plus entry position, with 32-bit wrap-around.
 int entrySeed(int base, int position) {
@@ -58,8 +60,8 @@ class RealizationRun {
   // Simulates `path` with `settings`; writes the maps when `writeMaps`. Entries
   // whose error exceeds the settings' tolerance end in state kFlagged in `state`,
   // the others in kSimulated.
-  int runPath(std::span<const int> path, const PathSettings &settings, int baseSeed,
-              bool writeMaps, std::vector<signed char> &state, nuvo_progressMonitor *pm,
+  int runPath(std::span<const int> path, const PathSettings &settings, int baseSeed, bool writeMaps,
+              std::vector<signed char> &state, nuvo_progressMonitor *pm,
               nuvo_progressCallback callback);
 
   RealizationStats &stats() { return stats_; }
@@ -280,8 +282,8 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
   if (o->tiNode >= 0) copy(ti, o->tiNode, node);
 }
 
-int RealizationRun::runPath(std::span<const int> path, const PathSettings &settings,
-                            int baseSeed, bool writeMapsFlag, std::vector<signed char> &state,
+int RealizationRun::runPath(std::span<const int> path, const PathSettings &settings, int baseSeed,
+                            bool writeMapsFlag, std::vector<signed char> &state,
                             nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
   nuvo_randContext ctx;
   NUVOInitRandContext(&ctx);
@@ -306,6 +308,8 @@ int RealizationRun::runPath(std::span<const int> path, const PathSettings &setti
       if (percent != lastPercent) {
         lastPercent = percent;
         pm->progress = percent;
+        if (pm->nrealization > 0)
+          pm->progressTotal = (pm->ireal * 100 + percent) / pm->nrealization;
         NUVO_TRY(reportProgress(pm, callback));
       }
     }
@@ -339,7 +343,8 @@ int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
   return guardedCall([&] {
     RealizationRun run(setup, sim, toSimulate, maps);
     const int nxyz = sim->grid->nxyz;
-    const std::size_t nentry = setup.vectorMode ? nxyz : static_cast<std::size_t>(nxyz) * setup.nvar;
+    const std::size_t nentry =
+        setup.vectorMode ? nxyz : static_cast<std::size_t>(nxyz) * setup.nvar;
     std::vector<signed char> state(nentry, 0);
 
     NUVO_TRY(run.runPath(path, setup.initial, baseSeed, true, state, pm, callback));
@@ -350,7 +355,8 @@ int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
       return entries;
     };
     std::vector<int> again = flagged();
-    if (report != nullptr) writePathStatistics(report, run.stats(), setup, static_cast<int>(again.size()));
+    if (report != nullptr)
+      writePathStatistics(report, run.stats(), setup, static_cast<int>(again.size()));
 
     int base = baseSeed;
     int done = 0;
@@ -363,8 +369,9 @@ int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
       for (int e : again) {
         const int node = setup.vectorMode ? e : e % nxyz;
         for (int v = 0; v < setup.nvar; ++v) {
-          const bool target = setup.vectorMode ? toSimulate[static_cast<long long>(v) * nxyz + e] != 0
-                                               : v == e / nxyz;
+          const bool target = setup.vectorMode
+                                  ? toSimulate[static_cast<long long>(v) * nxyz + e] != 0
+                                  : v == e / nxyz;
           if (target) valueAt(sim, v, node) = NUVO_MISSING_VALUE;
         }
       }

@@ -30,15 +30,15 @@ struct PathSettings {
 // Everything a realization reads, prepared once per simulation.
 struct RealizationSetup {
   int nvar = 0;
-  bool vectorMode = false;                        // SIM_VARIABLE_VECTOR
-  std::vector<const nuvo_image *> ti;             // per training image
-  const nuvo_image *pdfTrainImage = nullptr;      // with two or more training images
+  bool vectorMode = false;                                    // SIM_VARIABLE_VECTOR
+  std::vector<const nuvo_image *> ti;                         // per training image
+  const nuvo_image *pdfTrainImage = nullptr;                  // with two or more training images
   std::vector<const nuvo_searchNeighborhood *> neighborhood;  // per variable
-  std::vector<char> uniformWeights;               // per variable
-  std::vector<int> distanceType;                  // per variable
-  std::vector<char> relativeDistance;             // per variable
-  std::vector<double> conditioningWeight;         // per variable
-  std::vector<double> power, invPower;            // per variable (L-p distance)
+  std::vector<char> uniformWeights;                           // per variable
+  std::vector<int> distanceType;                              // per variable
+  std::vector<char> relativeDistance;                         // per variable
+  std::vector<double> conditioningWeight;                     // per variable
+  std::vector<double> power, invPower;                        // per variable (L-p distance)
   PathSettings initial, postProcessing;
   int npostProcessingPathMax = 0;
 };

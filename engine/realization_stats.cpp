@@ -8,9 +8,13 @@
 namespace nuvo {
 namespace {
 
-void rule(FILE *report, char c) { std::fprintf(report, "%s\n", std::string(80, c).c_str()); }
+void rule(FILE *report, char c) {
+  std::fprintf(report, "%s\n", std::string(80, c).c_str());
+}
 
-double percent(double part, double whole) { return whole > 0 ? 100.0 * part / whole : 0.0; }
+double percent(double part, double whole) {
+  return whole > 0 ? 100.0 * part / whole : 0.0;
+}
 
 void writeTrainingImage(FILE *r, int t, const TrainingImageStats &s, int tiNodes) {
   std::fprintf(r, "Statistics on nodes simulated using training image %3d:\n", t);
@@ -40,12 +44,14 @@ void writeTrainingImage(FILE *r, int t, const TrainingImageStats &s, int tiNodes
     std::fprintf(r, "error Mean                                  : --\n");
   }
   const double scanMean = static_cast<double>(s.scanSum) / s.nsim;
-  std::fprintf(r, "#scan it. Min                               : %9d              (%10.4f%% of TI)\n",
+  std::fprintf(r,
+               "#scan it. Min                               : %9d              (%10.4f%% of TI)\n",
                s.scanMin, percent(s.scanMin, tiNodes));
-  std::fprintf(r, "#scan it. Max                               : %9d              (%10.4f%% of TI)\n",
+  std::fprintf(r,
+               "#scan it. Max                               : %9d              (%10.4f%% of TI)\n",
                s.scanMax, percent(s.scanMax, tiNodes));
-  std::fprintf(r, "#scan it. Mean                              : %22.8E (%10.4f%% of TI)\n", scanMean,
-               percent(scanMean, tiNodes));
+  std::fprintf(r, "#scan it. Mean                              : %22.8E (%10.4f%% of TI)\n",
+               scanMean, percent(scanMean, tiNodes));
 }
 
 }  // namespace
@@ -82,9 +88,11 @@ void writePathStatistics(FILE *r, const RealizationStats &stats, const Realizati
   rule(r, '-');
   std::fprintf(r, "Statistics on all simulated nodes:\n");
   std::fprintf(r, "#sim. nodes (tot.)            : %9d\n", total);
-  std::fprintf(r, "incl.:#nodes (tot.) from marg.: %9d              (%10.4f%% of sim. nodes (tot.))\n",
+  std::fprintf(r,
+               "incl.:#nodes (tot.) from marg.: %9d              (%10.4f%% of sim. nodes (tot.))\n",
                marginal, percent(marginal, total));
-  std::fprintf(r, "#sim. nodes (tot.) ab. thresh.: %9d              (%10.4f%% of sim. nodes (tot.))\n",
+  std::fprintf(r,
+               "#sim. nodes (tot.) ab. thresh.: %9d              (%10.4f%% of sim. nodes (tot.))\n",
                above, percent(above, total));
   std::fprintf(r, "#flagged nodes (for resimul.) : %9d\n", nflagged);
   std::fprintf(r, "CPU time (sec): %10.2f\n", stats.cpuSeconds());

@@ -10,9 +10,9 @@ namespace nuvo {
 struct RealizationSetup;
 
 struct TrainingImageStats {
-  int nsim = 0;        // nodes simulated with the image
-  int nmarginal = 0;   // of these, drawn from the marginal
-  int nabove = 0;      // of these, whose best candidate stayed above the threshold
+  int nsim = 0;       // nodes simulated with the image
+  int nmarginal = 0;  // of these, drawn from the marginal
+  int nabove = 0;     // of these, whose best candidate stayed above the threshold
   double errorMin = 0.0, errorMax = 0.0, errorSum = 0.0;  // over the nodes above
   int scanMin = 0, scanMax = 0;                           // over the scanned nodes
   long long scanSum = 0;
@@ -37,8 +37,8 @@ class RealizationStats {
 };
 
 // The statistics block written after a path, ending with the flagged count.
-void writePathStatistics(FILE *report, const RealizationStats &stats,
-                         const RealizationSetup &setup, int nflagged);
+void writePathStatistics(FILE *report, const RealizationStats &stats, const RealizationSetup &setup,
+                         int nflagged);
 
 // The heading of post-processing path p of pmax.
 void writePostProcessingHeading(FILE *report, int p, int pmax);

@@ -21,6 +21,7 @@
 #include "nuvo_pyramidparams.h"
 #include "nuvo_random.h"
 #include "nuvo_searchneighborhood.h"
+#include "nuvo_sim.h"
 #include "nuvo_simandpath.h"
 #include "nuvo_siminput.h"
 #include "nuvo_simneighborhoods.h"

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <algorithm>
 #include <numeric>
 #include <string>
 #include <vector>
@@ -70,7 +70,8 @@ class ChannelRealization : public ::testing::Test {
   }
 
   // Runs a realization from the conditioned state and returns its values.
-  std::vector<double> run(int seed, const nuvo::RealizationMaps &maps = {}, FILE *report = nullptr) {
+  std::vector<double> run(int seed, const nuvo::RealizationMaps &maps = {},
+                          FILE *report = nullptr) {
     std::vector<double> start(sim_.var, sim_.var + sim_.nxyzv);
     const std::vector<int> path = randomPath(seed);
     EXPECT_EQ(nuvo::simulateRealization(setup_, &sim_, toSimulate_, path, seed, maps, report,
@@ -136,7 +137,8 @@ TEST_F(ChannelRealization, ReportsStatisticsAndPostProcesses) {
   std::string text;
   for (int c = std::fgetc(report); c != EOF; c = std::fgetc(report)) text += static_cast<char>(c);
   std::fclose(report);
-  EXPECT_NE(text.find("Statistics on nodes simulated using training image   0:\n"), std::string::npos);
+  EXPECT_NE(text.find("Statistics on nodes simulated using training image   0:\n"),
+            std::string::npos);
   EXPECT_NE(text.find("#sim. nodes                                 :      1593\n"),
             std::string::npos);
   EXPECT_NE(text.find("Post-processing path   1 of   2:\n"), std::string::npos);

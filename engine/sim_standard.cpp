@@ -1,0 +1,239 @@
+// The standard simulation: everything shared by the realizations is prepared
+// once, then each realization is reset to the conditioned state, given its path,
+// simulated, and written out.
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "engine/owned.hpp"
+#include "engine/prepared_data.hpp"
+#include "engine/realization.hpp"
+#include "engine/sim_files.hpp"
+#include "engine/sim_report.hpp"
+#include "foundation/check.hpp"
+#include "nuvo_conditioning.h"
+#include "nuvo_path.h"
+#include "nuvo_sim.h"
+#include "nuvo_simneighborhoods.h"
+
+namespace nuvo {
+namespace {
+
+struct OwnedNeighborhoods {
+  OwnedNeighborhoods() { NUVOInitSimSearchNeighborhoods(&value); }
+  ~OwnedNeighborhoods() { NUVOFreeSimSearchNeighborhoods(&value); }
+  OwnedNeighborhoods(const OwnedNeighborhoods &) = delete;
+  OwnedNeighborhoods &operator=(const OwnedNeighborhoods &) = delete;
+  nuvo_simSearchNeighborhoods value;
+};
+
+// Largest data event of a variable: its number of neighbouring nodes, and at
+// most the given density of its neighbourhood's nodes.
+int maxEventNodes(int nneighboringNode, double density, int neighborhoodSize) {
+  const int byDensity = std::max(1, static_cast<int>(density * neighborhoodSize));
+  return std::min(nneighboringNode, byDensity);
+}
+
+// Distances of continuous variables compared in absolute terms are measured on
+// their range mapped onto [0, 1]: the threshold is scaled by the range instead.
+double rangeScale(const nuvo_simInput &si, const VariableMeasure &m, int v) {
+  if (si.distanceType[v] == 0 || si.relativeDistanceFlag[v]) return 1.0;
+  const double range = m.max - m.min;
+  return range > 0.0 ? range : 1.0;
+}
+
+class StandardSimulation {
+ public:
+  StandardSimulation(const nuvo_simInput &si, nuvo_simOutput *out, FILE *report,
+                     nuvo_progressMonitor *pm, nuvo_progressCallback callback)
+      : si_(si), out_(out), report_(report), pm_(pm), callback_(callback) {}
+
+  int prepare();
+  int run();
+
+ private:
+  void prepareSetup();
+  PathSettings pathSettings(const int *nneighbor, const double *density, const double *threshold,
+                            const double *scanFraction, double tolerance) const;
+  int preparePathTemplate();
+  int orderPath(std::vector<int> &path, nuvo_randContext *ctx) const;
+  int simulate(int r, int seed, nuvo_randContext *ctx);
+
+  const nuvo_simInput &si_;
+  nuvo_simOutput *out_;
+  FILE *report_;
+  nuvo_progressMonitor *pm_;
+  nuvo_progressCallback callback_;
+
+  OwnedImage conditioned_;  // the simulation image with its conditioning data
+  OwnedImage work_;         // the realization being simulated
+  PreparedData prepared_;
+  OwnedNeighborhoods neighborhoods_;
+  RealizationSetup setup_;
+  std::vector<int> pathTemplate_;  // entries to simulate, in template order
+  PathCounts pathCounts_;
+  OutputWriter writer_;
+};
+
+int StandardSimulation::prepare() {
+  NUVO_TRY(NUVOCopyImage(si_.simImage, &conditioned_.image));
+  int nIgnoredVar = 0, nConflict = 0;
+  NUVO_TRY(NUVOSimIntegrateConditioningData(&si_, &conditioned_.image, &nIgnoredVar, &nConflict,
+                                            pm_, callback_));
+  NUVO_TRY(simPrepareData(si_, std::span<const nuvo_image>(si_.trainImage, si_.ntrainImage),
+                          conditioned_.image, &prepared_, pm_, callback_));
+  NUVO_TRY(checkStop(pm_));
+  NUVO_TRY(NUVOCopyImage(&conditioned_.image, &work_.image));
+
+  nuvo_randContext ctx;
+  NUVOInitRandContext(&ctx);
+  NUVO_TRY(NUVOSimPrepareSearchNeighborhood(&si_, prepared_.entryFlag.data(), &neighborhoods_.value,
+                                            &ctx, pm_));
+  prepareSetup();
+  NUVO_TRY(preparePathTemplate());
+  if (report_ != nullptr)
+    writeParameterDetails(report_, si_, neighborhoods_.value, prepared_, pathCounts_);
+  return writer_.prepare(si_, out_);
+}
+
+PathSettings StandardSimulation::pathSettings(const int *nneighbor, const double *density,
+                                              const double *threshold, const double *scanFraction,
+                                              double tolerance) const {
+  PathSettings s;
+  for (int v = 0; v < si_.nvar; ++v) {
+    s.maxNodes.push_back(maxEventNodes(nneighbor[v], density[v], setup_.neighborhood[v]->size));
+    s.invThreshold.push_back(1.0 / (threshold[v] * rangeScale(si_, prepared_.variable[v], v)));
+  }
+  s.maxScan = maxScanTable(setup_, std::span<const double>(scanFraction, si_.ntrainImage));
+  s.tolerance = tolerance;
+  return s;
+}
+
+void StandardSimulation::prepareSetup() {
+  const nuvo_simSearchNeighborhoods &nb = neighborhoods_.value;
+  setup_.nvar = si_.nvar;
+  setup_.vectorMode = si_.simAndPathParameters->simType == SIM_VARIABLE_VECTOR;
+  for (int t = 0; t < si_.ntrainImage; ++t)
+    setup_.ti.push_back(si_.simGridAsTiFlag[t] ? &work_.image : &si_.trainImage[t]);
+  setup_.pdfTrainImage = si_.ntrainImage > 1 ? si_.pdfTrainImage : nullptr;
+  for (int v = 0; v < si_.nvar; ++v) {
+    setup_.neighborhood.push_back(&nb.searchNeighborhood[nb.searchNeighborhoodIndex[v]]);
+    setup_.uniformWeights.push_back(nb.weightUnifFlag[v]);
+    setup_.distanceType.push_back(si_.distanceType[v]);
+    setup_.relativeDistance.push_back(si_.relativeDistanceFlag[v]);
+    setup_.conditioningWeight.push_back(si_.conditioningWeightFactor[v]);
+    setup_.power.push_back(si_.powerLpDistance[v]);
+    setup_.invPower.push_back(si_.powerLpDistanceInv[v]);
+  }
+  setup_.initial = pathSettings(si_.nneighboringNode, si_.neighboringNodeDensity,
+                                si_.distanceThreshold, si_.maxScanFraction, si_.tolerance);
+  setup_.npostProcessingPathMax = si_.npostProcessingPathMax;
+  if (si_.npostProcessingPathMax > 0)
+    setup_.postProcessing =
+        pathSettings(si_.postProcessingNneighboringNode, si_.postProcessingNeighboringNodeDensity,
+                     si_.postProcessingDistanceThreshold, si_.postProcessingMaxScanFraction,
+                     si_.postProcessingTolerance);
+}
+
+int StandardSimulation::preparePathTemplate() {
+  const int nxyz = conditioned_.image.grid->nxyz;
+  const int npath = nxyz * si_.nvar;
+  std::vector<int> oneByOne(npath), vector(nxyz);
+  PathCounts &c = pathCounts_;
+  NUVO_TRY(NUVOSimPrepareSimulationPath(&si_, prepared_.entryFlag.data(), npath, oneByOne.data(),
+                                        &c.notSimulated, &c.simulated, vector.data(),
+                                        &c.vectorNotSimulated, &c.vectorSimulated));
+  if (setup_.vectorMode)
+    pathTemplate_.assign(vector.begin() + c.vectorNotSimulated, vector.end());
+  else
+    pathTemplate_.assign(oneByOne.begin() + c.notSimulated, oneByOne.end());
+  return 0;
+}
+
+// Orders the entries of a realization's path by the path type.
+int StandardSimulation::orderPath(std::vector<int> &path, nuvo_randContext *ctx) const {
+  const nuvo_simAndPathParameters &p = *si_.simAndPathParameters;
+  const nuvo_grid &g = *conditioned_.image.grid;
+  const int n = static_cast<int>(path.size());
+  const signed char *flag = prepared_.entryFlag.data();
+  const bool v = setup_.vectorMode;
+  switch (p.pathType) {
+    case PATH_RANDOM_HD_DISTANCE_PDF:
+      return (v ? NUVOVectorPathDistancePdfRandom : NUVOPathDistancePdfRandom)(
+          n, path.data(), flag, g.nx, g.ny, g.nz, si_.nvar, g.sx, g.sy, g.sz, p.strength, ctx);
+    case PATH_RANDOM_HD_DISTANCE_SORT:
+      return (v ? NUVOVectorPathDistanceSortRandom : NUVOPathDistanceSortRandom)(
+          n, path.data(), flag, g.nx, g.ny, g.nz, si_.nvar, g.sx, g.sy, g.sz, p.strength, ctx);
+    case PATH_RANDOM_HD_DISTANCE_SUM_PDF:
+      return (v ? NUVOVectorPathDistanceSumPdfRandom : NUVOPathDistanceSumPdfRandom)(
+          n, path.data(), flag, g.nx, g.ny, g.nz, si_.nvar, g.sx, g.sy, g.sz, p.strength, p.pow,
+          ctx);
+    case PATH_RANDOM_HD_DISTANCE_SUM_SORT:
+      return (v ? NUVOVectorPathDistanceSumSortRandom : NUVOPathDistanceSumSortRandom)(
+          n, path.data(), flag, g.nx, g.ny, g.nz, si_.nvar, g.sx, g.sy, g.sz, p.strength, p.pow,
+          ctx);
+    case PATH_UNILATERAL:
+      return v ? NUVOPathUnilateral3D(n, path.data(), g.nx, g.ny, g.nz, p.unilateralOrder, ctx)
+               : NUVOPathUnilateral4D(n, path.data(), g.nx, g.ny, g.nz, si_.nvar, p.unilateralOrder,
+                                      ctx);
+    default:
+      return NUVOPathRandom(n, path.data(), ctx);
+  }
+}
+
+int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
+  const std::clock_t start = std::clock();
+  if (report_ != nullptr)
+    std::fprintf(report_, "Realization %5d of %5d:\n", r + 1, si_.nrealization);
+  // The seeding form of the draw: a seed of 0 continues the previous stream.
+  NUVODoubleRand(seed, ctx);
+  std::memcpy(work_.image.var, conditioned_.image.var,
+              sizeof(double) * static_cast<std::size_t>(work_.image.nxyzv));
+  std::vector<int> path(pathTemplate_);
+  NUVO_TRY(orderPath(path, ctx));
+  writer_.startRealization(r);
+  NUVO_TRY(simulateRealization(setup_, &work_.image, prepared_.entryFlag, path, seed,
+                               writer_.maps(), report_, pm_, callback_));
+  if (report_ != nullptr) {
+    const std::string stars(80, '*');
+    std::fprintf(report_, "%s\nCPU time (sec) for realization %5d of %5d: %10.2f\n%s\n",
+                 stars.c_str(), r + 1, si_.nrealization,
+                 static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, stars.c_str());
+  }
+  return writer_.finishRealization(r, work_.image);
+}
+
+int StandardSimulation::run() {
+  nuvo_randContext ctx;
+  NUVOInitRandContext(&ctx);
+  int seed = si_.seed;
+  for (int r = 0; r < si_.nrealization; ++r) {
+    if (pm_ != nullptr) {
+      pm_->nrealization = si_.nrealization;
+      pm_->ireal = r;
+      pm_->progress = 0;
+    }
+    NUVO_TRY(simulate(r, seed, &ctx));
+    seed = static_cast<int>(static_cast<unsigned int>(seed) +
+                            static_cast<unsigned int>(si_.seedIncrement));
+    NUVO_TRY(checkStop(pm_));
+  }
+  return writer_.finish();
+}
+
+}  // namespace
+}  // namespace nuvo
+
+extern "C" int NUVOSimStandard(const nuvo_simInput *si, nuvo_simOutput *out, FILE *report,
+                               nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
+  return nuvo::guardedCall([&] {
+    nuvo::StandardSimulation simulation(*si, out, report, pm, callback);
+    NUVO_TRY(simulation.prepare());
+    return simulation.run();
+  });
+}

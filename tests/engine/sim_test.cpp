@@ -1,0 +1,145 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <unistd.h>
+#include <filesystem>
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "../input/siminput_builder.hpp"
+#include "nuvo_sim.h"
+#include "nuvo_synthetic.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string readFile(const fs::path &p) {
+  std::ifstream in(p);
+  std::stringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+// A valid two-realization simulation of a 30 x 30 grid from a 60 x 60 channel
+// image, writing into a scratch folder.
+class Simulation : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    dir_ = fs::temp_directory_path() / ("nuvo_sim_test_" + std::to_string(::getpid()) + "_" +
+                                        ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    fs::create_directories(dir_);
+    nuvo_image ti;
+    NUVOInitImage(&ti);
+    ASSERT_EQ(NUVOGenerateChannelImage(&ti, 60, 60, 1, 0.3, 5.0, 2), 0);
+    NUVOInitSimInput(&si_);
+    nuvo_test::buildValidSimInput(&si_, ti);
+    NUVOFreeImage(&ti);
+    setName(si_.outputSimImageFileName[0], "sim.gslib");
+    setName(si_.outputReportFileName, "report.txt");
+    si_.nrealization = 2;
+    NUVOInitSimOutput(&out_);
+    NUVOInitProgressMonitor(&pm_);
+  }
+  void TearDown() override {
+    NUVOFreeSimOutput(&out_);
+    NUVOFreeSimInput(&si_);
+    fs::remove_all(dir_);
+  }
+  void setName(char *slot, const char *name) {
+    std::snprintf(slot, NUVO_FILE_NAME_MAX + 1, "%s", (dir_ / name).c_str());
+  }
+  int simulate() { return NUVOSim(&si_, &out_, &pm_, nullptr); }
+  // Variable iv of the output image.
+  std::vector<double> outputVariable(int iv) const {
+    const int n = out_.outputSimImage->grid->nxyz;
+    return {out_.outputSimImage->var + iv * n, out_.outputSimImage->var + (iv + 1) * n};
+  }
+
+  fs::path dir_;
+  nuvo_simInput si_;
+  nuvo_simOutput out_;
+  nuvo_progressMonitor pm_;
+};
+
+TEST_F(Simulation, RunsEndToEndWithReportAndFiles) {
+  si_.simImage->var[0] = 1.0;
+  si_.simImage->var[465] = 0.0;
+  ASSERT_EQ(simulate(), 0);
+  ASSERT_EQ(out_.nreal, 2);
+  ASSERT_EQ(out_.nvarSimPerReal, 1);
+  EXPECT_STREQ(out_.outputSimImage->varName[1], "facies_real00001");
+  for (int r = 0; r < 2; ++r) {
+    const std::vector<double> v = outputVariable(r);
+    for (double x : v) ASSERT_TRUE(x == 0.0 || x == 1.0);
+    EXPECT_EQ(v[0], 1.0);
+    EXPECT_EQ(v[465], 0.0);
+    const double ones = std::count(v.begin(), v.end(), 1.0) / static_cast<double>(v.size());
+    EXPECT_NEAR(ones, 0.3, 0.15);
+  }
+  EXPECT_NE(outputVariable(0), outputVariable(1));
+  EXPECT_TRUE(fs::exists(dir_ / "sim.gslib"));
+  const std::string report = readFile(dir_ / "report.txt");
+  EXPECT_EQ(report.rfind("NUVO 3.2 / TOLVE-KARNASHIRION-20210930\nVERSION: SERIAL\n", 0), 0u);
+  EXPECT_NE(report.find("---PARAMETERS DETAILS---"), std::string::npos);
+  EXPECT_NE(report.find("Realization     2 of     2:"), std::string::npos);
+  EXPECT_NE(report.find("CPU time (sec) for all realizations          :"), std::string::npos);
+}
+
+TEST_F(Simulation, RealizationRunAloneEqualsItsPlaceInALongerRun) {
+  si_.nrealization = 3;
+  si_.seed = 5;
+  si_.seedIncrement = 7;
+  ASSERT_EQ(simulate(), 0);
+  const std::vector<double> third = outputVariable(2);
+  NUVOFreeSimOutput(&out_);
+  si_.nrealization = 1;
+  si_.seed = 5 + 2 * 7;
+  ASSERT_EQ(simulate(), 0);
+  EXPECT_EQ(outputVariable(0), third);
+}
+
+TEST_F(Simulation, ConsoleModeWritesFilesOnlyAndMapsFollowTheRequest) {
+  si_.consoleAppFlag = 1;
+  si_.outputSimJob = OUTPUT_SIM_ONE_FILE_PER_REALIZATION;
+  setName(si_.outputSimImageFileName[0], "real");
+  si_.outputErrorFlag = 1;
+  si_.outputErrorFileName = nuvo_test::ownedText((dir_ / "err").c_str());
+  ASSERT_EQ(simulate(), 0);
+  EXPECT_EQ(out_.outputSimImage, nullptr);
+  EXPECT_TRUE(fs::exists(dir_ / "real_real00000.gslib"));
+  EXPECT_TRUE(fs::exists(dir_ / "real_real00001.gslib"));
+  EXPECT_TRUE(fs::exists(dir_ / "err_real00001.gslib"));
+}
+
+TEST_F(Simulation, KeepsAdditionalMapsInTheOutput) {
+  si_.outputSimJob = OUTPUT_SIM_NO_FILE;
+  si_.outputReportFlag = 0;
+  si_.outputTiIndexFlag = 1;
+  si_.outputTiIndexFileName = nuvo_test::ownedText((dir_ / "ti").c_str());
+  ASSERT_EQ(simulate(), 0);
+  ASSERT_NE(out_.outputTiIndexImage, nullptr);
+  EXPECT_EQ(out_.nvarTiIndexPerReal, 1);
+  EXPECT_EQ(out_.outputTiIndexImage->nvar, 2);
+  EXPECT_STREQ(out_.outputTiIndexImage->varName[1], "tiIndex_var00_real00001");
+  EXPECT_EQ(out_.outputPathIndexImage, nullptr);
+  EXPECT_FALSE(fs::exists(dir_ / "sim.gslib"));
+}
+
+TEST_F(Simulation, FailsCleanlyOnBadReportOrStopRequest) {
+  setName(si_.outputReportFileName, "missing-folder/report.txt");
+  EXPECT_EQ(simulate(), -110);
+  setName(si_.outputReportFileName, "report.txt");
+  pm_.stopFlag = 1;
+  EXPECT_EQ(simulate(), -1000);
+  pm_.stopFlag = 0;
+  si_.distanceThreshold[0] = 2.0;
+  EXPECT_EQ(simulate(), -673);
+}
+
+}  // namespace
