@@ -1,8 +1,11 @@
-// Life cycle of nuvo_image.
+// Life cycle and printout of nuvo_image.
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "data/names.hpp"
+#include "data/values.hpp"
 #include "nuvo_image.h"
 
 extern "C" {
@@ -41,6 +44,20 @@ void NUVOFreeImage(nuvo_image *image) {
   nuvo::freeNames(image->varName);
   std::free(image->var);
   NUVOInitImage(image);
+}
+
+int NUVOPrintImage(const nuvo_image *image, const char *prefix, FILE *stream) {
+  return nuvo::guardedCall([&] {
+    const std::string nested = nuvo::nestedPrefix(prefix);
+    std::fprintf(stream, "%sgrid:\n", prefix);
+    if (image->grid != nullptr) NUVOPrintGrid(image->grid, nested.c_str(), stream);
+    std::fprintf(stream, "%snvar:  %8d\n", prefix, image->nvar);
+    std::fprintf(stream, "%snxyzv: %8d\n", prefix, image->nxyzv);
+    std::fprintf(stream, "%svarName:\n", prefix);
+    for (int iv = 0; iv < image->nvar && image->varName != nullptr; ++iv)
+      std::fprintf(stream, "%s%s\n", nested.c_str(), image->varName[iv]);
+    return 0;
+  });
 }
 
 }  // extern "C"

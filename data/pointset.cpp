@@ -1,8 +1,11 @@
-// Life cycle of nuvo_pointSet.
+// Life cycle, printout and validation of nuvo_pointSet.
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "data/names.hpp"
+#include "data/values.hpp"
 #include "nuvo_pointset.h"
 
 namespace nuvo {
@@ -10,6 +13,15 @@ namespace {
 
 double *allocateValues(long long count) {
   return static_cast<double *>(std::malloc(static_cast<std::size_t>(count) * sizeof(double)));
+}
+
+int pointSetVerdict(const nuvo_pointSet &ps) {
+  if (ps.nvar < 1) return -641;
+  if (ps.nvar > 100) return -642;
+  if (ps.varName == nullptr) return kNotAllocated;
+  for (int iv = 0; iv < ps.nvar; ++iv)
+    if (nameLength(ps.varName[iv]) >= static_cast<std::size_t>(kNameSlot)) return -643;
+  return hasDuplicateName(ps.varName, ps.nvar) ? -644 : 0;
 }
 
 }  // namespace
@@ -54,6 +66,23 @@ void NUVOFreePointSet(nuvo_pointSet *ps) {
   nuvo::freeNames(ps->varName);
   std::free(ps->val);
   NUVOInitPointSet(ps);
+}
+
+int NUVOPrintPointSet(const nuvo_pointSet *ps, const char *prefix, FILE *stream) {
+  return nuvo::guardedCall([&] {
+    const std::string nested = nuvo::nestedPrefix(prefix);
+    std::fprintf(stream, "%snpoint: %8d\n", prefix, ps->npoint);
+    std::fprintf(stream, "%snvar:   %8d\n", prefix, ps->nvar);
+    std::fprintf(stream, "%svarName\n", prefix);
+    for (int iv = 0; iv < ps->nvar && ps->varName != nullptr; ++iv)
+      std::fprintf(stream, "%s%s\n", nested.c_str(), ps->varName[iv]);
+    return 0;
+  });
+}
+
+int NUVOValidatePointSet(const nuvo_pointSet *ps, int *verdict) {
+  *verdict = nuvo::pointSetVerdict(*ps);
+  return 0;
 }
 
 }  // extern "C"

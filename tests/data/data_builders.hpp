@@ -1,0 +1,111 @@
+// Builders for the data-model tests: images and point sets from literal values,
+// freed when they go out of scope, and a temporary stream whose text can be read.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstring>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "nuvo_image.h"
+#include "nuvo_pointset.h"
+
+namespace nuvo::test {
+
+inline constexpr double kMissing = NUVO_MISSING_VALUE;
+
+inline nuvo_grid makeGrid(int nx, int ny, int nz, double s = 1.0, double o = 0.0) {
+  nuvo_grid g;
+  NUVOInitGrid(&g);
+  g.nx = nx;
+  g.ny = ny;
+  g.nz = nz;
+  g.sx = g.sy = g.sz = s;
+  g.ox = g.oy = g.oz = o;
+  g.nxy = nx * ny;
+  g.nxyz = nx * ny * nz;
+  return g;
+}
+
+// An image on a grid of unit cells at the origin, its values given variable after
+// variable (all missing when `values` is empty).
+struct TestImage {
+  TestImage(int nx, int ny, int nz, const std::vector<std::string> &names,
+            const std::vector<double> &values = {}) {
+    NUVOInitImage(&image);
+    const int nvar = static_cast<int>(names.size());
+    const nuvo_grid g = makeGrid(nx, ny, nz);
+    EXPECT_EQ(NUVOMallocImage(&image, g.nxyz, nvar), 0);
+    *image.grid = g;
+    image.nvar = nvar;
+    image.nxyzv = g.nxyz * nvar;
+    for (int iv = 0; iv < nvar; ++iv) std::strcpy(image.varName[iv], names[iv].c_str());
+    for (int i = 0; i < image.nxyzv; ++i) image.var[i] = values.empty() ? kMissing : values.at(i);
+  }
+  ~TestImage() { NUVOFreeImage(&image); }
+  TestImage(const TestImage &) = delete;
+  TestImage &operator=(const TestImage &) = delete;
+
+  double &at(int iv, int node) { return image.var[iv * image.grid->nxyz + node]; }
+
+  nuvo_image image;
+};
+
+// A point set with the given coordinates and values (variable after variable).
+struct TestPointSet {
+  TestPointSet(const std::vector<double> &x, const std::vector<double> &y,
+               const std::vector<double> &z, const std::vector<std::string> &names,
+               const std::vector<double> &values) {
+    NUVOInitPointSet(&ps);
+    const int npoint = static_cast<int>(x.size());
+    EXPECT_EQ(NUVOMallocPointSet(&ps, npoint, static_cast<int>(names.size())), 0);
+    for (int k = 0; k < npoint; ++k) {
+      ps.x[k] = x[k];
+      ps.y[k] = y[k];
+      ps.z[k] = z[k];
+    }
+    for (std::size_t iv = 0; iv < names.size(); ++iv)
+      std::strcpy(ps.varName[iv], names[iv].c_str());
+    for (std::size_t i = 0; i < values.size(); ++i) ps.val[i] = values[i];
+  }
+  ~TestPointSet() { NUVOFreePointSet(&ps); }
+  TestPointSet(const TestPointSet &) = delete;
+  TestPointSet &operator=(const TestPointSet &) = delete;
+
+  nuvo_pointSet ps;
+};
+
+// A temporary file for printouts and readers.
+struct TempStream {
+  TempStream() : file(std::tmpfile()) {}
+  explicit TempStream(const std::string &content) : file(std::tmpfile()) {
+    std::fputs(content.c_str(), file);
+    std::rewind(file);
+  }
+  ~TempStream() { std::fclose(file); }
+  TempStream(const TempStream &) = delete;
+  TempStream &operator=(const TempStream &) = delete;
+
+  // Everything written so far.
+  std::string text() const {
+    std::fflush(file);
+    std::rewind(file);
+    std::string out;
+    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) out.push_back(char(c));
+    return out;
+  }
+  // The text split into lines (without their line feeds).
+  std::vector<std::string> lines() const {
+    std::vector<std::string> out;
+    std::istringstream in(text());
+    for (std::string line; std::getline(in, line);) out.push_back(line);
+    return out;
+  }
+
+  FILE *file;
+};
+
+}  // namespace nuvo::test

@@ -1,0 +1,145 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <string>
+#include <vector>
+
+#include "nuvo_grid.h"
+#include "tests/data/data_builders.hpp"
+
+namespace {
+
+using nuvo::test::makeGrid;
+using nuvo::test::TempStream;
+
+TEST(GridNumbering, CoordToIdAndBackRoundTripsEveryNodeAndVariable) {
+  const nuvo_grid g = makeGrid(3, 4, 5);
+  int expected = 0;
+  for (int iv = 0; iv < 2; ++iv)
+    for (int iz = 0; iz < 5; ++iz)
+      for (int iy = 0; iy < 4; ++iy)
+        for (int ix = 0; ix < 3; ++ix) {
+          int id = -1;
+          ASSERT_EQ(NUVOGridCoordToId(&g, ix, iy, iz, iv, &id), 0);
+          ASSERT_EQ(id, expected++);  // x fastest, then y, z, variable
+          int jx = -1, jy = -1, jz = -1, jv = -1;
+          ASSERT_EQ(NUVOGridIdToCoord(&g, id, &jx, &jy, &jz, &jv), 0);
+          ASSERT_EQ(std::vector<int>({jx, jy, jz, jv}), std::vector<int>({ix, iy, iz, iv}));
+        }
+}
+
+TEST(GridCompare, ReportsTheFirstDifferingFieldWithItsSign) {
+  const nuvo_grid a = makeGrid(3, 4, 5);
+  nuvo_grid b = a;
+  EXPECT_EQ(NUVOCmpGrid(&a, &b), 0);
+  EXPECT_EQ(NUVOCmpGrid(&a, &a), 0);
+  b.oy = 0.5;
+  EXPECT_EQ(NUVOCmpGrid(&a, &b), -8);
+  EXPECT_EQ(NUVOCmpGrid(&b, &a), 8);
+  b.sx = 1.0 + 1e-15;  // an earlier field wins, doubles compare exactly
+  EXPECT_EQ(NUVOCmpGrid(&a, &b), -4);
+  b = a;
+  b.nz = 4;
+  b.ox = -1.0;
+  EXPECT_EQ(NUVOCmpGrid(&a, &b), 3);
+  b = a;
+  b.nxyz = 61;  // the stored counts are compared last
+  EXPECT_EQ(NUVOCmpGrid(&a, &b), -11);
+}
+
+TEST(GridValidate, ReportsTheFirstFailureInOrder) {
+  struct Case {
+    nuvo_grid grid;
+    int verdict;
+  };
+  nuvo_grid g = makeGrid(2, 2, 2);
+  std::vector<Case> cases;
+  cases.push_back({g, 0});
+  g.nx = 0;
+  g.sy = 0.0;
+  cases.push_back({g, -601});  // nx before sy
+  g = makeGrid(2, 0, 2);
+  cases.push_back({g, -602});
+  g = makeGrid(2, 2, -1);
+  cases.push_back({g, -603});
+  g = makeGrid(2, 2, 2);
+  g.sx = 1e-16;
+  cases.push_back({g, -604});
+  g = makeGrid(2, 2, 2);
+  g.sy = -1.0;
+  cases.push_back({g, -605});
+  g = makeGrid(2, 2, 2);
+  g.sz = 0.0;
+  cases.push_back({g, -606});
+  g = makeGrid(2, 2, 2);
+  g.nx = g.ny = 65536;  // 2^32 nodes per section
+  cases.push_back({g, -610});
+  g = makeGrid(2, 2, 2);
+  g.ox = -1e300;  // the origin is free
+  cases.push_back({g, 0});
+  for (const Case &c : cases) {
+    int verdict = 12345;
+    EXPECT_EQ(NUVOValidateGrid(&c.grid, &verdict), 0);
+    EXPECT_EQ(verdict, c.verdict);
+  }
+}
+
+TEST(GridRead, AcceptsCommentsBetweenAndBeforeValues) {
+  TempStream in(
+      "// grid of the test\n 10 /* ny */ 20\n 3 // nz\n"
+      "0.5 0.25 /* a\n block */ 2.0 -1.5 100 1e3 tail");
+  nuvo_grid g;
+  NUVOInitGrid(&g);
+  ASSERT_EQ(NUVOReadGrid(&g, in.file), 0);
+  EXPECT_EQ(g.nx, 10);
+  EXPECT_EQ(g.ny, 20);
+  EXPECT_EQ(g.nz, 3);
+  EXPECT_EQ(g.sx, 0.5);
+  EXPECT_EQ(g.sy, 0.25);
+  EXPECT_EQ(g.sz, 2.0);
+  EXPECT_EQ(g.ox, -1.5);
+  EXPECT_EQ(g.oy, 100.0);
+  EXPECT_EQ(g.oz, 1000.0);
+  EXPECT_EQ(g.nxy, 200);
+  EXPECT_EQ(g.nxyz, 600);
+}
+
+TEST(GridRead, NamesTheValueThatCouldNotBeRead) {
+  const std::vector<std::pair<std::string, int>> cases = {
+      {"", -711},
+      {"x 2 3", -711},
+      {"1 2", -713},            // the stream ends before nz
+      {"1 2 3 /* open", -714},  // the skipper fails inside a comment
+      {"1 2 3 1 1 one 0 0 0", -716},
+      {"1 2 3 1 1 1 0 0", -719},
+      {"1 2 3 1 1 1 0 0 0", 0},
+  };
+  for (const auto &[text, code] : cases) {
+    TempStream in(text);
+    nuvo_grid g;
+    NUVOInitGrid(&g);
+    EXPECT_EQ(NUVOReadGrid(&g, in.file), code) << text;
+  }
+}
+
+TEST(GridRead, RefusesANodeCountBeyondAnInt) {
+  TempStream in("100000 100000 1 1 1 1 0 0 0");
+  nuvo_grid g;
+  NUVOInitGrid(&g);
+  EXPECT_EQ(NUVOReadGrid(&g, in.file), -610);
+}
+
+TEST(GridPrint, WritesFiveFormattedLines) {
+  nuvo_grid g = makeGrid(3, 40, 500, 0.5, -2.25);
+  g.oz = 1234567.125;
+  TempStream out;
+  ASSERT_EQ(NUVOPrintGrid(&g, "## ", out.file), 0);
+  EXPECT_EQ(out.text(),
+            "## Size   :       3             40            500\n"
+            "## Spacing:       0.500000       0.500000       0.500000\n"
+            "## Origin :      -2.250000      -2.250000 1234567.125000\n"
+            "## Number of nodes in a xy-section:      120\n"
+            "## Total number of nodes          :    60000\n");
+}
+
+}  // namespace

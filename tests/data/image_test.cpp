@@ -1,0 +1,222 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "nuvo_image.h"
+#include "tests/data/data_builders.hpp"
+
+namespace {
+
+using nuvo::test::kMissing;
+using nuvo::test::TempStream;
+using nuvo::test::TestImage;
+
+int verdictOf(const nuvo_image &image, int nameSuffixLength = 0) {
+  int verdict = 12345;
+  EXPECT_EQ(NUVOValidateImage(&image, nameSuffixLength, &verdict), 0);
+  return verdict;
+}
+
+TEST(ImageValidate, AcceptsAWellFormedImage) {
+  TestImage t(2, 2, 1, {"a", "b"}, {1, 2, 3, 4, 5, 6, 7, kMissing});
+  EXPECT_EQ(verdictOf(t.image), 0);
+}
+
+TEST(ImageValidate, ReportsGridFailuresBeforeVariables) {
+  TestImage t(2, 2, 1, {"a", "a"});
+  t.image.grid->ny = 0;
+  EXPECT_EQ(verdictOf(t.image), -612);
+  t.image.grid->ny = 2;
+  t.image.grid->sz = 1e-16;
+  EXPECT_EQ(verdictOf(t.image), -616);
+  t.image.grid->sz = 1.0;
+  t.image.grid->nx = t.image.grid->ny = t.image.grid->nz = 2000;
+  EXPECT_EQ(verdictOf(t.image), -620);
+}
+
+TEST(ImageValidate, ChecksTheVariableCount) {
+  TestImage t(1, 1, 1, std::vector<std::string>(101, "v"));
+  EXPECT_EQ(verdictOf(t.image), -622);
+  t.image.nvar = 0;
+  EXPECT_EQ(verdictOf(t.image), -621);
+  t.image.nvar = 1;
+  t.image.nxyzv = 0;
+  EXPECT_EQ(verdictOf(t.image), -625);
+  t.image.nxyzv = 1;
+  t.image.nvar = 100;
+  t.image.grid->nxyz = 30000000;  // 3e9 values
+  EXPECT_EQ(verdictOf(t.image), -626);
+}
+
+TEST(ImageValidate, ChecksNamesWithTheSuffixToCome) {
+  TestImage t(1, 1, 1, {std::string(120, 'n'), "b"}, {0, 0});
+  EXPECT_EQ(verdictOf(t.image, 7), 0);
+  EXPECT_EQ(verdictOf(t.image, 8), -623);
+  std::strcpy(t.image.varName[1], t.image.varName[0]);
+  EXPECT_EQ(verdictOf(t.image), -624);
+  std::strcpy(t.image.varName[1], "B");  // names are case sensitive
+  EXPECT_EQ(verdictOf(t.image), 0);
+}
+
+TEST(ImageValidate, TheFirstNanOrInfiniteValueDecides) {
+  TestImage t(3, 1, 1, {"a"}, {0, 1, 2});
+  t.image.var[2] = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_EQ(verdictOf(t.image), -627);
+  t.image.var[1] = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(verdictOf(t.image), -628);
+  t.image.var[1] = -std::numeric_limits<double>::infinity();
+  t.image.var[2] = 0;
+  EXPECT_EQ(verdictOf(t.image), -628);
+}
+
+TEST(ImagePrint, WritesGridSizesAndNamesUnderThePrefix) {
+  TestImage t(2, 1, 1, {"facies", "poro"}, {0, 1, 2, 3});
+  TempStream out;
+  ASSERT_EQ(NUVOPrintImage(&t.image, "> ", out.file), 0);
+  EXPECT_EQ(out.text(),
+            "> grid:\n"
+            ">    Size   :       2              1              1\n"
+            ">    Spacing:       1.000000       1.000000       1.000000\n"
+            ">    Origin :       0.000000       0.000000       0.000000\n"
+            ">    Number of nodes in a xy-section:        2\n"
+            ">    Total number of nodes          :        2\n"
+            "> nvar:         2\n"
+            "> nxyzv:        4\n"
+            "> varName:\n"
+            ">    facies\n"
+            ">    poro\n");
+}
+
+// Resize --------------------------------------------------------------------
+
+struct Resized {
+  Resized() { NUVOInitImage(&image); }
+  ~Resized() { NUVOFreeImage(&image); }
+  nuvo_image image;
+};
+
+TEST(ImageResize, PadsOnTheLowSideAndShiftsTheOrigin) {
+  TestImage t(2, 2, 1, {"a"}, {1, 2, 3, 4});
+  t.image.grid->ox = 10.0;
+  t.image.grid->sx = 0.5;
+  Resized r;
+  ASSERT_EQ(NUVOResizeImage(&t.image, &r.image, -1, 1, 0, 1, 0, 0, 0, 0), 0);
+  const nuvo_grid &g = *r.image.grid;
+  EXPECT_EQ(g.nx, 3);
+  EXPECT_EQ(g.nxy, 6);
+  EXPECT_EQ(g.nxyz, 6);
+  EXPECT_EQ(g.ox, 9.5);
+  EXPECT_EQ(g.sx, 0.5);
+  EXPECT_EQ(r.image.nxyzv, 6);
+  EXPECT_STREQ(r.image.varName[0], "a");
+  EXPECT_EQ(std::vector<double>(r.image.var, r.image.var + 6),
+            std::vector<double>({kMissing, 1, 2, kMissing, 3, 4}));
+  int verdict = 0;
+  NUVOValidateImage(&r.image, 0, &verdict);
+  EXPECT_EQ(verdict, 0);
+}
+
+TEST(ImageResize, CropsAndAddsNamedMissingVariables) {
+  // 3 x 2 x 2 nodes, values 100*iv + node.
+  std::vector<double> values;
+  for (int iv = 0; iv < 2; ++iv)
+    for (int i = 0; i < 12; ++i) values.push_back(100 * iv + i);
+  TestImage t(3, 2, 2, {"a", "b"}, values);
+  Resized r;
+  // Node window x 1..2, y 1, z 1..2 (one layer beyond the top); variables 1..3.
+  ASSERT_EQ(NUVOResizeImage(&t.image, &r.image, 1, 2, 1, 1, 1, 2, 1, 3), 0);
+  EXPECT_EQ(r.image.grid->nxyz, 4);
+  EXPECT_EQ(r.image.grid->oy, 1.0);
+  EXPECT_EQ(r.image.grid->oz, 1.0);
+  ASSERT_EQ(r.image.nvar, 3);
+  EXPECT_STREQ(r.image.varName[0], "b");
+  EXPECT_STREQ(r.image.varName[1], "var01");
+  EXPECT_STREQ(r.image.varName[2], "var02");
+  EXPECT_EQ(std::vector<double>(r.image.var, r.image.var + 4),
+            std::vector<double>({110, 111, kMissing, kMissing}));
+  for (int i = 4; i < 12; ++i) EXPECT_EQ(r.image.var[i], kMissing);
+}
+
+TEST(ImageResize, RefusesEmptyAndOversizedWindows) {
+  TestImage t(2, 2, 2, {"a"}, std::vector<double>(8, 1.0));
+  const std::vector<std::vector<int>> windows = {{1, 0, 0, 1, 0, 1, 0, 0},
+                                                 {0, 1, 1, 0, 0, 1, 0, 0},
+                                                 {0, 1, 0, 1, 1, 0, 0, 0},
+                                                 {0, 1, 0, 1, 0, 1, 0, -1}};
+  const std::vector<int> codes = {-2001, -2002, -2003, -2004};
+  for (std::size_t k = 0; k < windows.size(); ++k) {
+    const auto &w = windows[k];
+    Resized r;
+    EXPECT_EQ(NUVOResizeImage(&t.image, &r.image, w[0], w[1], w[2], w[3], w[4], w[5], w[6], w[7]),
+              codes[k]);
+  }
+  Resized huge;
+  EXPECT_EQ(NUVOResizeImage(&t.image, &huge.image, INT_MIN, INT_MAX, 0, 0, 0, 0, 0, 0), -620);
+  EXPECT_EQ(NUVOResizeImage(&t.image, &huge.image, 0, 99999, 0, 9999, 0, 0, 0, 9), -626);
+}
+
+// Image to image -------------------------------------------------------------
+
+TEST(ImageToImage, RefusesOtherNodeCountsButAllowsOtherSpacing) {
+  TestImage src(2, 1, 1, {"a"}, {1, 2});
+  TestImage dst(2, 1, 1, {"a"});
+  int nIgnored = -1, nConflict = -1;
+  src.image.grid->ny = 2;
+  EXPECT_EQ(NUVOImageToImage(&src.image, &dst.image, 1, 0, &nIgnored, &nConflict, 0), -150);
+  src.image.grid->ny = 1;
+  src.image.grid->sx = 2.0;
+  src.image.grid->oz = 5.0;
+  EXPECT_EQ(NUVOImageToImage(&src.image, &dst.image, 1, 0, &nIgnored, &nConflict, 0), 0);
+  EXPECT_EQ(dst.at(0, 1), 2.0);
+}
+
+TEST(ImageToImage, MatchesVariablesByExactName) {
+  TestImage src(2, 1, 1, {"b", "A", "x"}, {1, 2, 3, 4, 5, 6});
+  TestImage dst(2, 1, 1, {"a", "b"}, {9, 9, 9, kMissing});
+  int nIgnored = -1, nConflict = -1;
+  EXPECT_EQ(NUVOImageToImage(&src.image, &dst.image, 0, 0, &nIgnored, &nConflict, 0), -151);
+  EXPECT_EQ(dst.at(1, 0), 1.0);  // written before the refused variable stays
+  EXPECT_EQ(NUVOImageToImage(&src.image, &dst.image, 1, 0, &nIgnored, &nConflict, 0), 0);
+  EXPECT_EQ(nIgnored, 2);
+  EXPECT_EQ(nConflict, 0);
+  EXPECT_EQ(std::vector<double>(dst.image.var, dst.image.var + 4),
+            std::vector<double>({9, 9, 1, 2}));
+}
+
+TEST(ImageToImage, WithoutMergeCopiesMissingValuesToo) {
+  TestImage src(2, 1, 1, {"a"}, {kMissing, 5});
+  TestImage dst(2, 1, 1, {"a"}, {7, 7});
+  int nIgnored = 0, nConflict = 0;
+  ASSERT_EQ(NUVOImageToImage(&src.image, &dst.image, 0, 0, &nIgnored, &nConflict, 0), 0);
+  EXPECT_EQ(dst.at(0, 0), kMissing);
+  EXPECT_EQ(dst.at(0, 1), 5.0);
+}
+
+TEST(ImageToImage, MergeResolvesConflictsByMode) {
+  const std::vector<double> source = {kMissing, 1, 2, 3};
+  const std::vector<double> target = {10, kMissing, 12, 3};  // last node: equal values
+  struct Case {
+    int mode;
+    int rc;
+    int nConflict;
+    std::vector<double> result;
+  };
+  const std::vector<Case> cases = {
+      {0, -152, 0, {10, 1, 12, 3}},  // stops at the first node informed in both
+      {1, 0, 2, {10, 1, 12, 3}},
+      {2, 0, 2, {10, 1, 2, 3}},
+  };
+  for (const Case &c : cases) {
+    TestImage src(4, 1, 1, {"a"}, source);
+    TestImage dst(4, 1, 1, {"a"}, target);
+    int nIgnored = -1, nConflict = -1;
+    EXPECT_EQ(NUVOImageToImage(&src.image, &dst.image, 0, c.mode, &nIgnored, &nConflict, 1), c.rc);
+    EXPECT_EQ(nConflict, c.nConflict) << "mode " << c.mode;
+    EXPECT_EQ(std::vector<double>(dst.image.var, dst.image.var + 4), c.result) << "mode " << c.mode;
+  }
+}
+
+}  // namespace
