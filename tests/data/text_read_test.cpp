@@ -1,0 +1,180 @@
+#include "data/text_read.hpp"
+
+#include <gtest/gtest.h>
+
+#include <locale.h>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+#include "tests/support/temp_stream.hpp"
+
+namespace {
+
+using nuvo::CharSource;
+using nuvo::WordStatus;
+using nuvo::test::TempStream;
+
+std::string rest(CharSource &source) {
+  std::string text;
+  for (int c = source.get(); c != EOF; c = source.get()) text += static_cast<char>(c);
+  return text;
+}
+
+// scanf itself, in the C locale, as the reference for the number syntax.
+struct ScanfResult {
+  bool read = false;
+  double value = 0.0;
+  std::string rest;
+};
+
+ScanfResult scanfReference(const std::string &text) {
+  locale_t c = newlocale(LC_ALL_MASK, "C", nullptr);
+  locale_t previous = uselocale(c);
+  ScanfResult result;
+  int used = 0;
+  result.read = std::sscanf(text.c_str(), "%lf%n", &result.value, &used) == 1;
+  if (result.read) result.rest = text.substr(static_cast<std::size_t>(used));
+  uselocale(previous);
+  freelocale(c);
+  return result;
+}
+
+void expectSameAsScanf(const std::string &text) {
+  SCOPED_TRACE("input '" + text + "'");
+  const ScanfResult expected = scanfReference(text);
+  // Once from text and once from a stream, which pushes back through ungetc.
+  CharSource fromText(text.c_str());
+  TempStream file(text);
+  CharSource fromStream(file.get());
+  for (CharSource *source : {&fromText, &fromStream}) {
+    double value = -1.0;
+    ASSERT_EQ(nuvo::scanDouble(*source, value), expected.read);
+    if (!expected.read) continue;
+    if (std::isnan(expected.value)) {
+      EXPECT_TRUE(std::isnan(value));
+      EXPECT_EQ(std::signbit(value), std::signbit(expected.value));
+    } else {
+      EXPECT_EQ(std::bit_cast<std::uint64_t>(value), std::bit_cast<std::uint64_t>(expected.value));
+    }
+    EXPECT_EQ(rest(*source), expected.rest);
+  }
+}
+
+TEST(ScanDouble, AcceptsWhatScanfAccepts) {
+  for (const char *text : {"0",
+                           "-0",
+                           "1.",
+                           ".5",
+                           "+.5",
+                           "1e5",
+                           "1E-2",
+                           "1.e1",
+                           "-9999999",
+                           "  \t\n 42 next",
+                           "\v\f7",
+                           "00012",
+                           "0.1",
+                           "0.30000000000000004",
+                           "2.2250738585072014e-308",
+                           "4.9406564584124654e-324",
+                           "1.7976931348623157e308",
+                           "123456789012345678901234567890",
+                           "1.5abc",
+                           "1.5.3",
+                           "3,5",
+                           "1e",
+                           "1e+",
+                           "1ex",
+                           "1e+5x",
+                           "0x1.8p1",
+                           "0X1P-2",
+                           "0x.8",
+                           "0x1p",
+                           "0x1.8e3",
+                           "inf",
+                           "-INF",
+                           "infinity",
+                           "-inFInity",
+                           "infx",
+                           "nan",
+                           "-nan",
+                           "nanx",
+                           "nan(12)",
+                           "1e400",
+                           "-1e400",
+                           "1e-400",
+                           "0.000001e-320",
+                           "0x1p99999",
+                           "100000000000000000000000000000000000e300"}) {
+    expectSameAsScanf(text);
+  }
+}
+
+TEST(ScanDouble, RefusesWhatScanfRefuses) {
+  for (const char *text :
+       {"", "   ", "-", "+-1", "--1", ".", ".e1", "e5", "abc", "infin", "0x", "0xg", "(.5)"}) {
+    expectSameAsScanf(text);
+  }
+}
+
+TEST(ScanInt, ReadsSignedDecimalsThatFitAnInt) {
+  CharSource text(" 12 -7 +3 2147483647 -2147483648 1.5");
+  int values[6] = {};
+  for (int &v : values) ASSERT_TRUE(nuvo::scanInt(text, v));
+  EXPECT_EQ(values[0], 12);
+  EXPECT_EQ(values[1], -7);
+  EXPECT_EQ(values[2], 3);
+  EXPECT_EQ(values[3], 2147483647);
+  EXPECT_EQ(values[4], -2147483647 - 1);
+  EXPECT_EQ(values[5], 1);
+  EXPECT_EQ(rest(text), ".5");
+}
+
+TEST(ScanInt, RefusesOverflowAndNonNumbers) {
+  int value = 0;
+  for (const char *text : {"2147483648", "-2147483649", "99999999999999999999", "", "-", "x1"}) {
+    CharSource source(text);
+    EXPECT_FALSE(nuvo::scanInt(source, value)) << text;
+  }
+}
+
+TEST(ScanWord, ConsumesTheWholeWordAndFlagsLongOnes) {
+  const std::string text = "  short\n" + std::string(200, 'w') + " after";
+  CharSource source(text.c_str());
+  std::string word;
+  EXPECT_EQ(nuvo::scanWord(source, word, 5), WordStatus::kRead);
+  EXPECT_EQ(word, "short");
+  EXPECT_EQ(nuvo::scanWord(source, word, 127), WordStatus::kTooLong);
+  EXPECT_EQ(word.size(), 127u);
+  EXPECT_EQ(nuvo::scanWord(source, word, 127), WordStatus::kRead);
+  EXPECT_EQ(word, "after");
+  EXPECT_EQ(nuvo::scanWord(source, word, 127), WordStatus::kMissing);
+}
+
+TEST(ReadHeaderLine, NeedsALineFeedWithin256Bytes) {
+  nuvo::HeaderLine line;
+  const std::string longest(254, 'a');
+  TempStream fits(longest + "\n" + longest + "b\nlast");
+  EXPECT_EQ(nuvo::readHeaderLine(fits.get(), line, -1, -2), 0);
+  EXPECT_EQ(std::string(line.data()), longest + "\n");
+  EXPECT_EQ(nuvo::readHeaderLine(fits.get(), line, -1, -2), -2);
+
+  TempStream unterminated("last");
+  EXPECT_EQ(nuvo::readHeaderLine(unterminated.get(), line, -1, -2), -2);
+  TempStream empty("");
+  EXPECT_EQ(nuvo::readHeaderLine(empty.get(), line, -1, -2), -1);
+}
+
+TEST(CountMatched, StopsAtTheFirstFailure) {
+  int calls = 0;
+  auto ok = [&] { return ++calls, true; };
+  auto fail = [&] { return ++calls, false; };
+  EXPECT_EQ(nuvo::countMatched(ok, ok, fail, ok), 2);
+  EXPECT_EQ(calls, 3);
+  EXPECT_EQ(nuvo::countMatched(ok, ok), 2);
+}
+
+}  // namespace
