@@ -72,7 +72,7 @@ int printJointStatistics(const nuvo_image &image, const char *prefix, FILE *stre
 
   // The standard deviations come from each variable's own informed nodes, so the
   // ratio is a true correlation only where the pair counts agree; a constant
-  // variable has none (printed as nan).
+  // variable has none (printed as NAN).
   std::fprintf(stream, "%sCorrelation Matrix\n", prefix);
   std::fprintf(stream, "%s(warning: cor(i,j) exact if n(i,j) = n(i,i) = n(j,j)\n", prefix);
   printMatrix(stream, prefix, nvar, [&](int i, int j) {

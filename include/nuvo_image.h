@@ -58,7 +58,7 @@ NUVO_API int NUVOPrintImage(const nuvo_image *image, const char *prefix, FILE *s
  *  covariance and correlation matrices, then per variable the proportion of
  *  missing values, the number of distinct values and, when there are at most
  *  maxNumberOfValuesForDetail of them, the pdf. Variables are numbered from 0.
- *  A correlation whose standard deviations are zero prints as nan. Returns 0,
+ *  A correlation with a zero standard deviation prints as NAN. Returns 0,
  *  -1 on allocation failure, -3 when nvar < 1, -20 when the image has no grid. */
 NUVO_API int NUVOPrintImageInfo(const nuvo_image *image, const char *prefix, FILE *stream,
                                 int maxNumberOfValuesForDetail);

@@ -1,0 +1,240 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "nuvo_image.h"
+#include "nuvo_memory.h"
+#include "tests/data/data_builders.hpp"
+
+namespace {
+
+using nuvo::test::kMissing;
+using nuvo::test::TestImage;
+
+// Frees the arrays a pdf function allocated.
+struct Pdf {
+  ~Pdf() {
+    NUVOFree(value);
+    NUVOFree(proportion);
+  }
+  std::vector<double> values() const { return {value, value + nvalue}; }
+  std::vector<double> proportions() const { return {proportion, proportion + nvalue}; }
+  int nvalue = -1;
+  int nmissing = -1;
+  double *value = nullptr;
+  double *proportion = nullptr;
+};
+
+TEST(ImageStats, MeanSdAndRangeOfInformedValues) {
+  TestImage t(5, 1, 1, {"a"}, {2, kMissing, 4, 4, 6});
+  double mean = 0, sd = 0, min = 0, max = 0, range = 0;
+  int n = 0;
+  ASSERT_EQ(NUVOGetImageOneVarValueMean(&t.image, 0, &mean), 0);
+  EXPECT_EQ(mean, 4.0);
+  ASSERT_EQ(NUVOGetImageOneVarValueSD(&t.image, 0, &mean, &sd), 0);
+  EXPECT_DOUBLE_EQ(sd, std::sqrt(8.0 / 3.0));  // n - 1 in the denominator
+  ASSERT_EQ(NUVOGetImageOneVarValueRange(&t.image, 0, &n, &min, &max, &range), 0);
+  EXPECT_EQ(n, 4);
+  EXPECT_EQ(min, 2.0);
+  EXPECT_EQ(max, 6.0);
+  EXPECT_EQ(range, 4.0);
+}
+
+TEST(ImageStats, AllMissingGivesMissingEverywhere) {
+  TestImage t(3, 1, 1, {"a"});
+  double mean = 0, sd = 0, min = 0, max = 0, range = 0;
+  int n = -1;
+  NUVOGetImageOneVarValueMean(&t.image, 0, &mean);
+  NUVOGetImageOneVarValueSD(&t.image, 0, &mean, &sd);
+  NUVOGetImageOneVarValueRange(&t.image, 0, &n, &min, &max, &range);
+  EXPECT_EQ(n, 0);
+  for (double v : {mean, sd, min, max, range}) EXPECT_EQ(v, kMissing);
+  Pdf pdf;
+  ASSERT_EQ(NUVOGetImageOneVarValuePdf(&t.image, 0, &pdf.nvalue, &pdf.value, &pdf.proportion,
+                                       &pdf.nmissing),
+            0);
+  EXPECT_EQ(pdf.nvalue, 0);
+  EXPECT_EQ(pdf.nmissing, 3);
+  EXPECT_EQ(pdf.value, nullptr);
+  EXPECT_EQ(pdf.proportion, nullptr);
+}
+
+TEST(ImageStats, SingleValueHasZeroSdAndAMissingMeanGivesMissingSd) {
+  TestImage t(3, 1, 1, {"a"}, {kMissing, 7.5, kMissing});
+  double mean = 0, sd = -1;
+  NUVOGetImageOneVarValueMean(&t.image, 0, &mean);
+  NUVOGetImageOneVarValueSD(&t.image, 0, &mean, &sd);
+  EXPECT_EQ(sd, 0.0);
+  const double missingMean = kMissing;
+  NUVOGetImageOneVarValueSD(&t.image, 0, &missingMean, &sd);
+  EXPECT_EQ(sd, kMissing);
+}
+
+TEST(ImageStats, RefusesAVariableIndexOutOfRange) {
+  TestImage t(2, 1, 1, {"a"}, {1, 2});
+  double d = 0;
+  int n = 0;
+  Pdf pdf;
+  int index[2];
+  EXPECT_EQ(NUVOGetImageOneVarValueMean(&t.image, 1, &d), -1100);
+  EXPECT_EQ(NUVOGetImageOneVarValueSD(&t.image, -1, &d, &d), -1100);
+  EXPECT_EQ(NUVOGetImageOneVarValueRange(&t.image, 1, &n, &d, &d, &d), -1100);
+  EXPECT_EQ(NUVOGetImageOneVarValuePdf(&t.image, 1, &pdf.nvalue, &pdf.value, &pdf.proportion,
+                                       &pdf.nmissing),
+            -1100);
+  EXPECT_EQ(NUVOGetImageOneVarValueIndex(&t.image, 1, 1, &d, index), -1100);
+  EXPECT_EQ(NUVOTransformLinearImageVar(&t.image, 1, 1.0, 0.0), -1100);
+  EXPECT_EQ(NUVOTransformExplicitImageVar(&t.image, -1, 1, &d, &d), -1100);
+}
+
+TEST(ImageStats, AllVariableFormsGiveOneResultPerVariable) {
+  TestImage t(2, 1, 1, {"a", "b"}, {1, 3, kMissing, 5});
+  double mean[2], sd[2], min[2], max[2], range[2];
+  int n[2];
+  ASSERT_EQ(NUVOGetImageVarValueMean(&t.image, mean), 0);
+  ASSERT_EQ(NUVOGetImageVarValueSD(&t.image, mean, sd), 0);
+  ASSERT_EQ(NUVOGetImageVarValueRange(&t.image, n, min, max, range), 0);
+  EXPECT_EQ(std::vector<double>(mean, mean + 2), std::vector<double>({2, 5}));
+  EXPECT_EQ(std::vector<double>(sd, sd + 2), std::vector<double>({std::sqrt(2.0), 0}));
+  EXPECT_EQ(std::vector<int>(n, n + 2), std::vector<int>({2, 1}));
+  EXPECT_EQ(std::vector<double>(range, range + 2), std::vector<double>({2, 0}));
+}
+
+TEST(ImagePdf, ListsDistinctValuesWithProportionsOfInformedNodes) {
+  TestImage t(6, 1, 1, {"a"}, {3, kMissing, -1, 3, 0.5, 3});
+  Pdf pdf;
+  ASSERT_EQ(NUVOGetImageOneVarValuePdf(&t.image, 0, &pdf.nvalue, &pdf.value, &pdf.proportion,
+                                       &pdf.nmissing),
+            0);
+  EXPECT_EQ(pdf.nmissing, 1);
+  EXPECT_EQ(pdf.values(), std::vector<double>({-1, 0.5, 3}));
+  EXPECT_EQ(pdf.proportions(), std::vector<double>({0.2, 0.2, 0.6}));
+}
+
+TEST(ImagePdf, ANanValueCountsAsInformedAndSortsSafely) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  TestImage t(5, 1, 1, {"a"}, {nan, 2, kMissing, nan, 1});
+  Pdf pdf;
+  ASSERT_EQ(NUVOGetImageOneVarValuePdf(&t.image, 0, &pdf.nvalue, &pdf.value, &pdf.proportion,
+                                       &pdf.nmissing),
+            0);
+  EXPECT_EQ(pdf.nmissing, 1);
+  ASSERT_EQ(pdf.nvalue, 4);  // a NaN equals nothing, not even another NaN
+  EXPECT_EQ(pdf.value[0], 1.0);
+  EXPECT_EQ(pdf.value[1], 2.0);
+  EXPECT_TRUE(std::isnan(pdf.value[2]) && std::isnan(pdf.value[3]));
+}
+
+TEST(ImagePdf, PoolsOneVariableOverSeveralImages) {
+  TestImage a(2, 1, 1, {"x", "y"}, {1, 2, 0, 0});
+  TestImage b(3, 1, 1, {"p", "q"}, {2, kMissing, 2, 0, 0, 0});
+  const nuvo_image *images[] = {&a.image, &b.image};
+  Pdf pdf;
+  ASSERT_EQ(NUVOGetNImageOneVarValuePdf(2, images, 0, &pdf.nvalue, &pdf.value, &pdf.proportion,
+                                        &pdf.nmissing),
+            0);
+  EXPECT_EQ(pdf.nmissing, 1);
+  EXPECT_EQ(pdf.values(), std::vector<double>({1, 2}));
+  EXPECT_EQ(pdf.proportions(), std::vector<double>({0.25, 0.75}));
+
+  int nvalue[2], nmissing[2];
+  double *value[2], *proportion[2];
+  ASSERT_EQ(NUVOGetNImageVarValuePdf(2, images, nvalue, value, proportion, nmissing), 0);
+  EXPECT_EQ(nvalue[0], 2);
+  EXPECT_EQ(nvalue[1], 1);
+  EXPECT_EQ(proportion[1][0], 1.0);
+  for (int iv = 0; iv < 2; ++iv) {
+    NUVOFree(value[iv]);
+    NUVOFree(proportion[iv]);
+  }
+
+  TestImage c(1, 1, 1, {"x"}, {1});
+  const nuvo_image *mixed[] = {&a.image, &c.image};
+  EXPECT_EQ(NUVOGetNImageOneVarValuePdf(2, mixed, 0, &pdf.nvalue, &pdf.value, &pdf.proportion,
+                                        &pdf.nmissing),
+            -30);
+  EXPECT_EQ(NUVOGetNImageOneVarValuePdf(0, images, 0, &pdf.nvalue, &pdf.value, &pdf.proportion,
+                                        &pdf.nmissing),
+            -3);
+}
+
+TEST(ImagePdf, AllVariableFormLeavesNullForAnEmptyVariable) {
+  TestImage t(2, 1, 1, {"a", "b"}, {4, 4, kMissing, kMissing});
+  int nvalue[2], nmissing[2];
+  double *value[2], *proportion[2];
+  ASSERT_EQ(NUVOGetImageVarValuePdf(&t.image, nvalue, value, proportion, nmissing), 0);
+  EXPECT_EQ(nvalue[0], 1);
+  EXPECT_EQ(value[0][0], 4.0);
+  EXPECT_EQ(nvalue[1], 0);
+  EXPECT_EQ(nmissing[1], 2);
+  EXPECT_EQ(value[1], nullptr);
+  NUVOFree(value[0]);
+  NUVOFree(proportion[0]);
+}
+
+TEST(ImageIndex, FindsEachValueInTheSortedList) {
+  TestImage t(5, 1, 1, {"a"}, {2.5, kMissing, 7, 1, 2.5000001});
+  const double sorted[] = {1, 2.5, 7};
+  int index[5];
+  ASSERT_EQ(NUVOGetImageOneVarValueIndex(&t.image, 0, 3, sorted, index), 0);
+  EXPECT_EQ(std::vector<int>(index, index + 5), std::vector<int>({1, -1, 2, 0, -1}));
+}
+
+TEST(ImageVarStats, CovarianceUsesTheNodesWhereBothAreInformed) {
+  // a informed everywhere, b on the last three nodes only.
+  TestImage t(4, 1, 1, {"a", "b"}, {1, 2, 3, 6, kMissing, 1, 2, 4});
+  double min[2], max[2], mean[2];
+  int *npair = nullptr;
+  double *cov = nullptr;
+  ASSERT_EQ(NUVOGetImageVarStats(&t.image, &npair, min, max, mean, &cov), 0);
+  EXPECT_EQ(std::vector<int>(npair, npair + 4), std::vector<int>({4, 3, 3, 3}));
+  EXPECT_EQ(mean[0], 3.0);
+  EXPECT_EQ(min[1], 1.0);
+  EXPECT_EQ(max[1], 4.0);
+  EXPECT_DOUBLE_EQ(cov[0], 14.0 / 3.0);  // variance of a about 3
+  // Common nodes: a = 2, 3, 6 (mean 11/3), b = 1, 2, 4 (mean 7/3).
+  const double expected = ((2 - 11.0 / 3) * (1 - 7.0 / 3) + (3 - 11.0 / 3) * (2 - 7.0 / 3) +
+                           (6 - 11.0 / 3) * (4 - 7.0 / 3)) /
+                          2;
+  EXPECT_DOUBLE_EQ(cov[1], expected);
+  EXPECT_EQ(cov[1], cov[2]);
+  EXPECT_DOUBLE_EQ(cov[3], 7.0 / 3.0);
+  NUVOFree(npair);
+  NUVOFree(cov);
+}
+
+TEST(ImageMissing, CountsMissingValuesPerVariableAndPerNode) {
+  TestImage t(4, 1, 1, {"a", "b"}, {kMissing, 1, 2, kMissing, 0, kMissing, 2, 3});
+  int count[2];
+  ASSERT_EQ(NUVOGetImageNumberVarValueMissing(&t.image, count), 0);
+  EXPECT_EQ(std::vector<int>(count, count + 2), std::vector<int>({2, 1}));
+  int8_t flag[4];
+  int n = -1;
+  ASSERT_EQ(NUVOGetImageVarVectorMissing(&t.image, flag, &n), 0);
+  EXPECT_EQ(std::vector<int>(flag, flag + 4), std::vector<int>({1, 1, 0, 1}));
+  EXPECT_EQ(n, 3);
+  EXPECT_EQ(NUVOGetImageNumberVarValueMissing(&t.image, nullptr), -20);
+  EXPECT_EQ(NUVOGetImageVarVectorMissing(&t.image, flag, nullptr), -20);
+}
+
+TEST(ImageTransform, LinearLeavesMissingValuesAlone) {
+  TestImage t(3, 1, 1, {"a"}, {1, kMissing, -2});
+  ASSERT_EQ(NUVOTransformLinearImageVar(&t.image, 0, 2.0, 0.5), 0);
+  EXPECT_EQ(std::vector<double>(t.image.var, t.image.var + 3),
+            std::vector<double>({2.5, kMissing, -3.5}));
+}
+
+TEST(ImageTransform, ExplicitInterpolatesAndClampsAtBothEnds) {
+  TestImage t(7, 1, 1, {"a"}, {-5, 0, 0.5, 1, 2.5, kMissing, 9});
+  const double x[] = {0, 1, 3};
+  const double y[] = {10, 20, 0};
+  ASSERT_EQ(NUVOTransformExplicitImageVar(&t.image, 0, 3, x, y), 0);
+  EXPECT_EQ(std::vector<double>(t.image.var, t.image.var + 7),
+            std::vector<double>({10, 10, 15, 20, 5, kMissing, 0}));
+  double one = 1, two = 2;
+  EXPECT_EQ(NUVOTransformExplicitImageVar(&t.image, 0, 0, &one, &two), -3);
+}
+
+}  // namespace

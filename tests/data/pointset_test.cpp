@@ -1,0 +1,217 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "nuvo_pointset.h"
+#include "tests/data/data_builders.hpp"
+
+namespace {
+
+using nuvo::test::kMissing;
+using nuvo::test::makeGrid;
+using nuvo::test::TempStream;
+using nuvo::test::TestImage;
+using nuvo::test::TestPointSet;
+
+// Node index along x of points on the x axis of a 4 x 1 x 1 grid of unit cells
+// starting at `ox` (-1 outside).
+std::vector<int> nodesAlongX(const std::vector<double> &x, double ox = 0.0) {
+  const std::vector<double> zero(x.size(), 0.5);
+  TestPointSet p(x, zero, zero, {"v"}, std::vector<double>(x.size(), 1.0));
+  nuvo_grid g = makeGrid(4, 1, 1);
+  g.ox = ox;
+  std::vector<int> index(x.size(), -7);
+  EXPECT_EQ(NUVOGetIndexInGridForPointSet(&p.ps, &g, index.data(), 1), 0);
+  return index;
+}
+
+TEST(PointNode, BothGridEndsBelongToTheGrid) {
+  EXPECT_EQ(nodesAlongX({0.0, 4.0, -1e-9, 4.0 + 1e-9, 3.99}), std::vector<int>({0, 3, -1, -1, 3}));
+  EXPECT_EQ(nodesAlongX({-2.0, 2.0, 2.0000001}, -2.0), std::vector<int>({0, 3, -1}));
+}
+
+TEST(PointNode, AHalfWayPointGoesToTheNodeNearerTheOrigin) {
+  // t = x - 0.5: 1.5 ties between nodes 1 and 2; a hair more goes to node 2.
+  EXPECT_EQ(nodesAlongX({2.0, 2.0000001, 1.0, 0.99, 0.5, 3.5}),
+            std::vector<int>({1, 2, 0, 0, 0, 3}));
+}
+
+TEST(PointNode, GivesNodeCoordinatesAndIndicesOnEveryAxis) {
+  TestPointSet p({0.1, 2.9, 9.0}, {3.9, 0.0, 0.0}, {1.5, 0.2, 0.0}, {"v"}, {1, 2, 3});
+  const nuvo_grid g = makeGrid(3, 4, 2);
+  int ix[3], iy[3], iz[3], index[3];
+  ASSERT_EQ(NUVOGetXYZIndexInGridForPointSet(&p.ps, &g, ix, iy, iz, 1), 0);
+  EXPECT_EQ(std::vector<int>({ix[0], iy[0], iz[0]}), std::vector<int>({0, 3, 1}));
+  EXPECT_EQ(std::vector<int>({ix[1], iy[1], iz[1]}), std::vector<int>({2, 0, 0}));
+  EXPECT_EQ(std::vector<int>({ix[2], iy[2], iz[2]}), std::vector<int>({-1, -1, -1}));
+  ASSERT_EQ(NUVOGetIndexInGridForPointSet(&p.ps, &g, index, 1), 0);
+  EXPECT_EQ(std::vector<int>(index, index + 3), std::vector<int>({0 + 3 * 3 + 12 * 1, 2, -1}));
+  EXPECT_EQ(NUVOGetIndexInGridForPointSet(&p.ps, &g, index, 0), -161);
+  EXPECT_EQ(NUVOGetXYZIndexInGridForPointSet(&p.ps, &g, ix, iy, iz, 0), -161);
+}
+
+TEST(PointSetValidate, ReportsTheFirstFailure) {
+  TestPointSet p({0}, {0}, {0}, {"a", "b"}, {1, 2});
+  int verdict = 1;
+  NUVOValidatePointSet(&p.ps, &verdict);
+  EXPECT_EQ(verdict, 0);
+  std::strcpy(p.ps.varName[1], "a");
+  NUVOValidatePointSet(&p.ps, &verdict);
+  EXPECT_EQ(verdict, -644);
+  std::memset(p.ps.varName[0], 'n', 128);  // no terminating zero in the slot
+  NUVOValidatePointSet(&p.ps, &verdict);
+  EXPECT_EQ(verdict, -643);
+  p.ps.nvar = 101;
+  NUVOValidatePointSet(&p.ps, &verdict);
+  EXPECT_EQ(verdict, -642);
+  p.ps.nvar = 0;
+  NUVOValidatePointSet(&p.ps, &verdict);
+  EXPECT_EQ(verdict, -641);
+  p.ps.nvar = 2;
+}
+
+// Point set to image ----------------------------------------------------------
+
+struct Counts {
+  int ignored = -1, outside = -1, conflict = -1;
+};
+
+int toImage(const nuvo_pointSet &ps, nuvo_image &image, int mode, Counts &c,
+            int ignoreUnknownVar = 1, int ignoreOutside = 1) {
+  return NUVOPointSetToImage(&ps, &image, ignoreUnknownVar, ignoreOutside, mode, &c.ignored,
+                             &c.outside, &c.conflict);
+}
+
+TEST(PointSetToImage, ResolvesTwoPointsInOneNodeByMode) {
+  // Points 0 and 1 share node 1; point 2 lands on a node the image already holds.
+  const std::vector<double> x = {1.2, 1.8, 2.5};
+  const std::vector<double> yz = {0.5, 0.5, 0.5};
+  TestPointSet p(x, yz, yz, {"a"}, {10, 20, 30});
+  struct Case {
+    int mode;
+    int rc;
+    int nConflict;
+    std::vector<double> result;
+  };
+  const std::vector<Case> cases = {
+      {0, -162, 0, {kMissing, 10, 5}},
+      {1, 0, 2, {kMissing, 10, 5}},
+      {2, 0, 2, {kMissing, 20, 30}},
+  };
+  for (const Case &c : cases) {
+    TestImage t(3, 1, 1, {"a"}, {kMissing, kMissing, 5});
+    Counts counts;
+    EXPECT_EQ(toImage(p.ps, t.image, c.mode, counts), c.rc);
+    EXPECT_EQ(counts.conflict, c.nConflict) << "mode " << c.mode;
+    EXPECT_EQ(std::vector<double>(t.image.var, t.image.var + 3), c.result) << "mode " << c.mode;
+  }
+}
+
+TEST(PointSetToImage, SkipsMissingValuesUnknownVariablesAndOutsidePoints) {
+  TestPointSet p({0.5, 1.5, 7.0}, {0.5, 0.5, 0.5}, {0.5, 0.5, 0.5}, {"other", "a"},
+                 {1, 2, 3, kMissing, 4, 5});
+  TestImage t(2, 1, 1, {"a"}, {8, kMissing});
+  Counts c;
+  ASSERT_EQ(toImage(p.ps, t.image, 0, c), 0);
+  EXPECT_EQ(c.ignored, 1);
+  EXPECT_EQ(c.outside, 1);
+  EXPECT_EQ(c.conflict, 0);  // the missing point value on node 0 is no conflict
+  EXPECT_EQ(std::vector<double>(t.image.var, t.image.var + 2), std::vector<double>({8, 4}));
+
+  EXPECT_EQ(toImage(p.ps, t.image, 2, c, 0, 1), -160);
+  EXPECT_EQ(toImage(p.ps, t.image, 2, c, 1, 0), -161);
+  p.ps.nvar = 0;
+  EXPECT_EQ(toImage(p.ps, t.image, 2, c), -3);
+  p.ps.nvar = 2;
+}
+
+// Image to point set ----------------------------------------------------------
+
+struct PointSetRecord {
+  PointSetRecord() { NUVOInitPointSet(&ps); }
+  ~PointSetRecord() { NUVOFreePointSet(&ps); }
+  nuvo_pointSet ps;
+};
+
+TEST(ImageToPointSet, KeepsInformedNodesAtTheirCentresAndInformedVariables) {
+  TestImage t(2, 2, 1, {"a", "empty", "b"},
+              {kMissing, 1, kMissing, kMissing, kMissing, kMissing, kMissing, kMissing, kMissing,
+               kMissing, kMissing, 7});
+  t.image.grid->ox = 100;
+  t.image.grid->sy = 2;
+  PointSetRecord r;
+  ASSERT_EQ(NUVOImageToPointSet(&t.image, &r.ps), 0);
+  ASSERT_EQ(r.ps.npoint, 2);
+  ASSERT_EQ(r.ps.nvar, 2);
+  EXPECT_STREQ(r.ps.varName[0], "a");
+  EXPECT_STREQ(r.ps.varName[1], "b");
+  EXPECT_EQ(std::vector<double>({r.ps.x[0], r.ps.y[0], r.ps.z[0]}),
+            std::vector<double>({101.5, 1.0, 0.5}));
+  EXPECT_EQ(std::vector<double>({r.ps.x[1], r.ps.y[1], r.ps.z[1]}),
+            std::vector<double>({101.5, 3.0, 0.5}));
+  EXPECT_EQ(std::vector<double>(r.ps.val, r.ps.val + 4),
+            std::vector<double>({1, kMissing, kMissing, 7}));
+
+  // And back: every point lands on the node it came from.
+  TestImage back(2, 2, 1, {"a", "b"});
+  *back.image.grid = *t.image.grid;
+  Counts c;
+  ASSERT_EQ(toImage(r.ps, back.image, 0, c), 0);
+  EXPECT_EQ(back.at(0, 1), 1.0);
+  EXPECT_EQ(back.at(1, 3), 7.0);
+  EXPECT_EQ(c.outside, 0);
+}
+
+TEST(ImageToPointSet, RefusesAnImageWithoutInformedValue) {
+  TestImage t(2, 2, 2, {"a", "b"});
+  PointSetRecord r;
+  EXPECT_EQ(NUVOImageToPointSet(&t.image, &r.ps), -165);
+}
+
+// Printouts -------------------------------------------------------------------
+
+TEST(PointSetPrint, WritesCountsAndIndentedNames) {
+  TestPointSet p({0, 1}, {0, 1}, {0, 1}, {"facies", "code"}, {1, 2, 3, 4});
+  TempStream out;
+  ASSERT_EQ(NUVOPrintPointSet(&p.ps, "| ", out.file), 0);
+  EXPECT_EQ(out.text(),
+            "| npoint:        2\n"
+            "| nvar:          2\n"
+            "| varName\n"
+            "|    facies\n"
+            "|    code\n");
+}
+
+TEST(PointSetInfo, SummarizesCoordinatesAndVariables) {
+  TestPointSet p({3, -1, 2}, {0, 5, 1}, {7, 7, 7}, {"a", "b"},
+                 {1, kMissing, 2, kMissing, kMissing, kMissing});
+  nuvo_pointSetInfo info;
+  NUVOInitPointSetInfo(&info);
+  ASSERT_EQ(NUVOGetPointSetInfo(&p.ps, &info), 0);
+  EXPECT_EQ(info.npoint, 3);
+  EXPECT_EQ(std::vector<double>({info.xMin, info.xMax, info.yMin, info.yMax, info.zMin, info.zMax}),
+            std::vector<double>({-1, 3, 0, 5, 7, 7}));
+  EXPECT_EQ(info.npointWithMissing, 3);
+  EXPECT_EQ(std::vector<int>(info.ninformed, info.ninformed + 2), std::vector<int>({2, 0}));
+  EXPECT_EQ(std::vector<double>({info.min[0], info.max[0], info.mean[0]}),
+            std::vector<double>({1, 2, 1.5}));
+  EXPECT_EQ(std::vector<double>({info.min[1], info.max[1], info.mean[1]}),
+            std::vector<double>({kMissing, kMissing, kMissing}));
+  NUVOFreePointSetInfo(&info);
+  NUVOFreePointSetInfo(&info);  // freeing twice is harmless
+  EXPECT_EQ(info.ninformed, nullptr);
+
+  TempStream out;
+  ASSERT_EQ(NUVOPrintPointSetInfo(&p.ps, "", out.file), 0);
+  const auto lines = out.lines();
+  ASSERT_EQ(lines.size(), 12u);
+  EXPECT_EQ(lines[0], "Number of points: 3");
+  EXPECT_EQ(lines[5], "         x -1.00000000E+00  3.00000000E+00");
+  EXPECT_EQ(lines[10],
+            "    #  0               2               1  1.00000000E+00  2.00000000E+00"
+            "  1.50000000E+00");
+}
+
+}  // namespace
