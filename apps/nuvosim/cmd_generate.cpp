@@ -41,11 +41,11 @@ void addGenerator(CLI::App *command, const std::shared_ptr<GenerateOptions> &opt
   command->add_option("--seed", options->seed, "Seed of the random numbers")->capture_default_str();
   addFormatOption(command, "--to", options->to, "Format of OUT");
   addValueFormatOption(command, options->valueFormat);
-  setAction(command, [options, generate] {
+  setAction(command, [options, generate]() -> int {
     Image image;
     if (const int rc = generate(*options, image.get()); rc != 0) {
       reportFailure(options->output, libraryMessage(rc));
-      return rc == -1 ? static_cast<int>(kInputError) : static_cast<int>(kUsageError);
+      return rc == -1 ? kInputError : kUsageError;  // else the arguments were refused
     }
     return writeImageFile(options->output, options->to, *image.get(), options->valueFormat);
   });

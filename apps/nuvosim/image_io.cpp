@@ -4,7 +4,7 @@
 #include <cctype>
 #include <filesystem>
 #include <map>
-#include <regex>
+#include <string_view>
 
 #include "commands.hpp"
 #include "files.hpp"
@@ -69,6 +69,24 @@ int textKey(ImageFormat format) {
   }
 }
 
+// Whether `piece` is exactly one printf conversion of a number the library's
+// writers can print: "%", flags, width, precision, then d or i, or one of e, E, f,
+// F, g, G, a, A (also after "l", as in "%lf").
+bool isNumberConversion(std::string_view piece) {
+  const auto skip = [&](std::size_t k, std::string_view set) {
+    while (k < piece.size() && set.find(piece[k]) != std::string_view::npos) ++k;
+    return k;
+  };
+  constexpr std::string_view kDigits = "0123456789";
+  if (piece.empty() || piece[0] != '%') return false;
+  std::size_t k = skip(skip(1, "-+ #0"), kDigits);
+  if (k < piece.size() && piece[k] == '.') k = skip(k + 1, kDigits);
+  constexpr std::string_view kReal = "eEfFgGaA";
+  if (k + 2 == piece.size() && piece[k] == 'l') return kReal.find(piece[k + 1]) != kReal.npos;
+  return k + 1 == piece.size() &&
+         (piece[k] == 'd' || piece[k] == 'i' || kReal.find(piece[k]) != kReal.npos);
+}
+
 }  // namespace
 
 CLI::Option *addFormatOption(CLI::App *command, const std::string &name, ImageFormat &format,
@@ -89,13 +107,12 @@ CLI::Option *addFormatOption(CLI::App *command, const std::string &name, ImageFo
 }
 
 CLI::Option *addValueFormatOption(CLI::App *command, std::string &valueFormat) {
-  static const std::regex kConversion{"%[-+ #0]*[0-9]*(\\.[0-9]*)?[dieEfFgGaA]"};
   const CLI::Validator conversions(
       [](std::string &text) -> std::string {
         bool any = false;
         for (const std::string &piece : CLI::detail::split(text, ';')) {
           if (piece.empty()) continue;
-          if (!std::regex_match(piece, kConversion)) return "not a number conversion: " + piece;
+          if (!isNumberConversion(piece)) return "not a number conversion: " + piece;
           any = true;
         }
         return any ? std::string() : "no conversion given";
