@@ -1,0 +1,578 @@
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "nuvo_imagefile.h"
+#include "tests/support/temp_stream.hpp"
+
+namespace {
+
+using nuvo::test::FullStream;
+using nuvo::test::TempStream;
+
+constexpr double kMissing = NUVO_MISSING_VALUE;
+
+// An image record initialised on construction and freed on destruction.
+struct Image {
+  Image() { NUVOInitImage(&image); }
+  ~Image() { NUVOFreeImage(&image); }
+  nuvo_image *operator->() { return &image; }
+  nuvo_image image;
+};
+
+// Builds an image with the given geometry and names; values are set by the caller.
+void makeImage(nuvo_image &image, int nx, int ny, int nz, std::vector<std::string> names) {
+  const int nvar = static_cast<int>(names.size());
+  ASSERT_EQ(NUVOMallocImage(&image, nx * ny * nz, nvar), 0);
+  *image.grid = nuvo_grid{nx, ny, nz, 0.5, 2.0, 1.0, -100.25, 3.0, 0.125, nx * ny, nx * ny * nz};
+  image.nvar = nvar;
+  image.nxyzv = nx * ny * nz * nvar;
+  for (int iv = 0; iv < nvar; ++iv) std::strcpy(image.varName[iv], names[iv].c_str());
+}
+
+// Values that a lossless format must keep bit for bit, missing values included.
+void fillAwkwardValues(nuvo_image &image) {
+  const double samples[] = {kMissing, 0.1,     -2.5, 1e-300, 1e300,   0.0,
+                            -0.0,     1.0 / 3, 255,  -7,     4.9e-324};
+  for (int i = 0; i < image.nxyzv; ++i) image.var[i] = samples[i % std::size(samples)] + (i / 11);
+}
+
+void expectSameGrid(const nuvo_grid &a, const nuvo_grid &b) {
+  EXPECT_EQ(a.nx, b.nx);
+  EXPECT_EQ(a.ny, b.ny);
+  EXPECT_EQ(a.nz, b.nz);
+  EXPECT_EQ(a.sx, b.sx);
+  EXPECT_EQ(a.sy, b.sy);
+  EXPECT_EQ(a.sz, b.sz);
+  EXPECT_EQ(a.ox, b.ox);
+  EXPECT_EQ(a.oy, b.oy);
+  EXPECT_EQ(a.oz, b.oz);
+  EXPECT_EQ(a.nxy, b.nxy);
+  EXPECT_EQ(a.nxyz, b.nxyz);
+}
+
+void expectSameValues(const nuvo_image &a, const nuvo_image &b) {
+  ASSERT_EQ(a.nxyzv, b.nxyzv);
+  for (int i = 0; i < a.nxyzv; ++i)
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(a.var[i]), std::bit_cast<std::uint64_t>(b.var[i]))
+        << "value " << i << ": " << a.var[i] << " vs " << b.var[i];
+}
+
+void expectSameImage(const nuvo_image &a, const nuvo_image &b) {
+  expectSameGrid(*a.grid, *b.grid);
+  ASSERT_EQ(a.nvar, b.nvar);
+  for (int iv = 0; iv < a.nvar; ++iv) EXPECT_STREQ(a.varName[iv], b.varName[iv]);
+  expectSameValues(a, b);
+}
+
+int readText(Image &image, const std::string &content, int key) {
+  TempStream file(content);
+  return NUVOReadImage(&image.image, key, file.get());
+}
+
+std::string writeText(const nuvo_image &image, const char *format, int key, int *rc) {
+  TempStream file;
+  *rc = NUVOWriteImage(&image, format, key, file.get());
+  return file.contents();
+}
+
+std::string repeat(const std::string &text, int n) {
+  std::string all;
+  for (int i = 0; i < n; ++i) all += text;
+  return all;
+}
+
+// ---- GSLIB text -------------------------------------------------------------
+
+TEST(GslibText, ThreeItemsGiveUnitSpacingAndZeroOrigin) {
+  Image image;
+  ASSERT_EQ(readText(image, "10 10 1\n1\nfacies\n" + repeat("1\n", 99) + "-9999999\n", 0), 0);
+  expectSameGrid(*image->grid, nuvo_grid{10, 10, 1, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0, 100, 100});
+  EXPECT_EQ(image->nvar, 1);
+  EXPECT_EQ(image->nxyzv, 100);
+  EXPECT_STREQ(image->varName[0], "facies");
+  EXPECT_EQ(image->var[0], 1.0);
+  EXPECT_EQ(image->var[99], kMissing);
+}
+
+TEST(GslibText, SixAndNineItemsSetSpacingThenOrigin) {
+  Image six;
+  ASSERT_EQ(readText(six, "1 1 1 0.5 2 3\n1\nv\n7\n", 0), 0);
+  expectSameGrid(*six->grid, nuvo_grid{1, 1, 1, 0.5, 2.0, 3.0, 0.0, 0.0, 0.0, 1, 1});
+  Image nine;
+  ASSERT_EQ(readText(nine, "1 1 1 0.5 2 3 -4 5e1 .25 extra\n1\nv\n7\n", 0), 0);
+  expectSameGrid(*nine->grid, nuvo_grid{1, 1, 1, 0.5, 2.0, 3.0, -4.0, 50.0, 0.25, 1, 1});
+}
+
+TEST(GslibText, OtherItemCountsAndBadNodeCountsGive723) {
+  for (const char *line : {"10 10 1 1 1 1 0\n", "10 10\n", "10 10 1 1\n", "10 10 1 1 1 1 0 0\n",
+                           "10 10 1.5\n", "x 10 1\n", "\n", "0 10 1\n", "10 -1 1\n",
+                           "99999999999 1 1\n", "2000 2000 1000\n", "65536 65536 1\n"}) {
+    Image image;
+    EXPECT_EQ(readText(image, std::string(line) + "1\nv\n1\n", 0), -723) << line;
+    EXPECT_EQ(image->var, nullptr);
+  }
+}
+
+TEST(GslibText, HeaderFailuresHaveTheirOwnCodes) {
+  struct Case {
+    std::string content;
+    int code;
+  };
+  const Case cases[] = {
+      {"", -721},
+      {std::string(300, '1') + "\n1\nv\n1\n", -722},
+      {"1 1 1", -722},
+      {"1 1 1\n", -724},
+      {"1 1 1\nv\n", -724},
+      {"1 1 1\n0\n", -724},
+      {"1 1 1\n-2\nv\n", -724},
+      {"1000 1000 1000\n3\na b c\n", -724},
+      {"2 1 1\n2\nonly\n", -725},
+      {"1 1 1\n1\n" + std::string(128, 'n') + "\n1\n", -726},
+  };
+  for (const Case &c : cases) {
+    Image image;
+    EXPECT_EQ(readText(image, c.content, 0), c.code) << c.content.substr(0, 40);
+  }
+}
+
+TEST(GslibText, NamesUpTo127CharactersAreKept) {
+  const std::string longest(127, 'n');
+  Image image;
+  ASSERT_EQ(readText(image, "1 1 1\n2\n" + longest + "\tsecond 1 2\n", 0), 0);
+  EXPECT_EQ(std::string(image->varName[0]), longest);
+  EXPECT_STREQ(image->varName[1], "second");
+}
+
+TEST(GslibText, ValuesAreNodeMajorAndLineBreaksDoNotMatter) {
+  Image image;
+  ASSERT_EQ(readText(image, "3 1 1\n2\na\nb\n1 10 2\n20\n\n3 30", 0), 0);
+  const double expected[] = {1, 2, 3, 10, 20, 30};
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(image->var[i], expected[i]);
+}
+
+TEST(GslibText, NumbersUseTheScanfSyntaxWhateverTheLocale) {
+  Image image;
+  ASSERT_EQ(readText(image, "8 1 1\n1\nv\n1. .5 1e5 -9999999 +2 1E-2 0x1p3 -inf\n", 0), 0);
+  const double expected[] = {1, 0.5, 1e5, kMissing, 2, 0.01, 8, -HUGE_VAL};
+  for (int i = 0; i < 8; ++i) EXPECT_EQ(image->var[i], expected[i]);
+}
+
+TEST(GslibText, MissingOrUnreadableValuesGive730) {
+  for (const char *values : {"1 2 3", "1 2 3 x", "1 2 1.5abc 4", "1 2 , 4", "1 2 3 -"}) {
+    Image image;
+    EXPECT_EQ(readText(image, std::string("4 1 1\n1\nv\n") + values, 0), -730) << values;
+  }
+}
+
+TEST(GslibText, AStreamTooShortForTheValuesIsRefusedBeforeAllocating) {
+  Image image;
+  EXPECT_EQ(readText(image, "1000 1000 1000\n1\nv\n1 2 3\n", 0), -730);
+  EXPECT_EQ(image->grid, nullptr);
+  EXPECT_EQ(image->var, nullptr);
+}
+
+TEST(GslibText, WritesTheHeaderNamesAndOneLinePerNode) {
+  Image image;
+  makeImage(image.image, 2, 1, 1, {"a", "b"});
+  const double values[] = {1.5, kMissing, 10, 20};
+  std::copy(std::begin(values), std::end(values), image->var);
+  int rc = 0;
+  EXPECT_EQ(writeText(image.image, "%g", 0, &rc),
+            "2 1 1 0.500000 2.000000 1.000000 -100.250000 3.000000 0.125000\n2\na\nb\n"
+            "1.5 10\n-1e+07 20\n");
+  EXPECT_EQ(rc, 0);
+}
+
+// ---- format strings ---------------------------------------------------------
+
+TEST(FormatString, PiecesRepeatCyclicallyAndIntegerPiecesTruncate) {
+  Image image;
+  makeImage(image.image, 2, 1, 1, {"a", "b", "c"});
+  const double values[] = {2.7, -2.7, 1.25, 0.5, 2.7, -2.7};
+  std::copy(std::begin(values), std::end(values), image->var);
+  int rc = 0;
+  const std::string text = writeText(image.image, ";;%d;;;%f;", 0, &rc);
+  ASSERT_EQ(rc, 0);
+  EXPECT_NE(text.find("\n2 1.250000 2\n-2 0.500000 -2\n"), std::string::npos) << text;
+}
+
+TEST(FormatString, ExtraPiecesAreIgnoredAndLiteralTextIsKept) {
+  Image image;
+  makeImage(image.image, 1, 1, 1, {"a", "b"});
+  image->var[0] = 3.0;
+  image->var[1] = 4e9;
+  int rc = 0;
+  const std::string text = writeText(image.image, "<%+05.1f%%>;%i;%s;%n", 0, &rc);
+  ASSERT_EQ(rc, 0);
+  // Integer pieces clamp values beyond the int range.
+  EXPECT_NE(text.find("\n<+03.0%> 2147483647\n"), std::string::npos) << text;
+}
+
+TEST(FormatString, NoUsableFormatGives1021AndWritesNothing) {
+  Image image;
+  makeImage(image.image, 1, 1, 1, {"a", "b"});
+  image->var[0] = image->var[1] = 1.0;
+  const std::string tooLong = "%f" + std::string(126, ' ');
+  for (const char *format : {"", ";", ";;;", "%s", "%f;%s", "%d %d", "value", "%lld", "%*d",
+                             "%1000f", "%.1000f", "%f %", "%Lf", tooLong.c_str()}) {
+    int rc = 0;
+    EXPECT_EQ(writeText(image.image, format, 0, &rc), "") << format;
+    EXPECT_EQ(rc, -1021) << format;
+  }
+  TempStream file;
+  EXPECT_EQ(NUVOWriteImage(&image.image, nullptr, 0, file.get()), -1021);
+}
+
+TEST(FormatString, A127CharacterPieceIsAccepted) {
+  Image image;
+  makeImage(image.image, 1, 1, 1, {"a"});
+  image->var[0] = 1.0;
+  const std::string piece = "%.1f" + std::string(123, '_');
+  int rc = 0;
+  const std::string text = writeText(image.image, piece.c_str(), 0, &rc);
+  EXPECT_EQ(rc, 0);
+  EXPECT_NE(text.find("\n1.0" + std::string(123, '_') + "\n"), std::string::npos);
+}
+
+// ---- keys and write checks --------------------------------------------------
+
+TEST(ImageFile, UnknownKeysAreRefused) {
+  Image image;
+  makeImage(image.image, 1, 1, 1, {"a"});
+  image->var[0] = 1.0;
+  for (int key : {-1, 4, 100}) {
+    Image read;
+    EXPECT_EQ(readText(read, "1 1 1\n1\nv\n1\n", key), -720);
+    int rc = 0;
+    EXPECT_EQ(writeText(image.image, "%g", key, &rc), "");
+    EXPECT_EQ(rc, -1020);
+  }
+}
+
+TEST(ImageFile, PgmAndPpmNeedTheirVariableCountAndOneLayer) {
+  struct Case {
+    int nz;
+    int nvar;
+    int key;
+    int code;
+  };
+  for (const Case &c : {Case{1, 2, 2, -1016}, Case{2, 1, 2, -1018}, Case{1, 1, 3, -1017},
+                        Case{2, 3, 3, -1019}, Case{2, 2, 2, -1016}}) {
+    Image image;
+    makeImage(image.image, 2, 2, c.nz, std::vector<std::string>(c.nvar, "v"));
+    std::fill(image->var, image->var + image->nxyzv, 1.0);
+    int rc = 0;
+    EXPECT_EQ(writeText(image.image, "%g", c.key, &rc), "");
+    EXPECT_EQ(rc, c.code);
+  }
+}
+
+TEST(ImageFile, AStreamThatRefusesTextGives110) {
+  Image image;
+  makeImage(image.image, 2, 2, 1, {"a"});
+  std::fill(image->var, image->var + image->nxyzv, 1.0);
+  FullStream full(10);
+  EXPECT_EQ(NUVOWriteImage(&image.image, "%g", 0, full.get()), -110);
+}
+
+// ---- VTK ----------------------------------------------------------------------
+
+std::string vtkFile(const std::string &scalars, const std::string &values,
+                    const std::string &dimensions = "DIMENSIONS 2 1 1",
+                    const std::string &pointData = "POINT_DATA 2") {
+  return "# vtk DataFile Version 3.4\nImage\nASCII\nDATASET STRUCTURED_POINTS\n" + dimensions +
+         "\nORIGIN 1 2 3\nSPACING 0.5 0.25 4\n" + pointData + "\n" + scalars +
+         "\nLOOKUP_TABLE default\n" + values;
+}
+
+TEST(Vtk, ThreeItemsInScalarsGiveOneVariable) {
+  Image image;
+  ASSERT_EQ(readText(image, vtkFile("SCALARS facies float", "1\n2\n"), 1), 0);
+  expectSameGrid(*image->grid, nuvo_grid{2, 1, 1, 0.5, 0.25, 4.0, 1.0, 2.0, 3.0, 2, 2});
+  ASSERT_EQ(image->nvar, 1);
+  EXPECT_STREQ(image->varName[0], "facies");
+  EXPECT_EQ(image->var[1], 2.0);
+}
+
+TEST(Vtk, NamesAreCutAtEachSlash) {
+  Image image;
+  ASSERT_EQ(readText(image, vtkFile("SCALARS a/b/c float 3", "1 2 3 4 5 6\n"), 1), 0);
+  ASSERT_EQ(image->nvar, 3);
+  EXPECT_STREQ(image->varName[0], "a");
+  EXPECT_STREQ(image->varName[1], "b");
+  EXPECT_STREQ(image->varName[2], "c");
+  const double expected[] = {1, 4, 2, 5, 3, 6};
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(image->var[i], expected[i]);
+
+  Image rest;
+  ASSERT_EQ(readText(rest, vtkFile("SCALARS a/b/c float 2", "1 2 3 4\n"), 1), 0);
+  EXPECT_STREQ(rest->varName[1], "b/c");
+}
+
+TEST(Vtk, BadScalarsLines) {
+  const std::string longName(128, 'n');
+  struct Case {
+    std::string scalars;
+    int code;
+  };
+  const Case cases[] = {
+      {"SCALARS ab float 3", -759},
+      {"SCALARS a/b float 3", -759},
+      {"SCALARS " + longName + "/b float 2", -760},
+      {"SCALARS a/" + longName + " float 2", -760},
+      {"SCALARS a", -758},
+      {"SCALARS a float 0", -758},
+      {"SCALARS a float -1", -758},
+      {"SCALARS a float 1073741824", -758},
+  };
+  for (const Case &c : cases) {
+    Image image;
+    EXPECT_EQ(readText(image, vtkFile(c.scalars, "1 2\n"), 1), c.code) << c.scalars;
+  }
+}
+
+TEST(Vtk, EachHeaderLineHasItsCodes) {
+  const std::string good = vtkFile("SCALARS v float", "1 2\n");
+  // A file cut before line k gives that line's "fgets" code.
+  const int missing[] = {-741, -741, -741, -741, -743, -746, -749, -752, -756, -761};
+  std::size_t at = 0;
+  for (int k = 0; k < 10; ++k) {
+    Image image;
+    EXPECT_EQ(readText(image, good.substr(0, at), 1), missing[k]) << "line " << k + 1;
+    Image tooLong;
+    const std::string longLine = good.substr(0, at) + std::string(300, 'x') + "\n";
+    EXPECT_EQ(readText(tooLong, longLine, 1), missing[k] - 1) << "line " << k + 1;
+    at = good.find('\n', at) + 1;
+  }
+  struct Case {
+    std::string content;
+    int code;
+  };
+  const Case cases[] = {
+      {vtkFile("SCALARS v float", "1 2\n", "DIMENSIONS 2 1"), -745},
+      {vtkFile("SCALARS v float", "1 2\n", "DIMENSIONS 2 0 1"), -745},
+      {vtkFile("SCALARS v float", "1 2\n", "DIMENSIONS 65536 65536 1"), -745},
+      {vtkFile("SCALARS v float", "1 2\n", "DIMENSIONS 2 1 1", "POINT_DATA"), -754},
+      {vtkFile("SCALARS v float", "1 2\n", "DIMENSIONS 2 1 1", "POINT_DATA 3"), -755},
+      {vtkFile("SCALARS v float", "1 x\n"), -730},
+  };
+  for (const Case &c : cases) {
+    Image image;
+    EXPECT_EQ(readText(image, c.content, 1), c.code);
+  }
+  std::string badOrigin = good;
+  badOrigin.replace(badOrigin.find("ORIGIN 1 2 3"), 12, "ORIGIN 1 2 z");
+  Image origin;
+  EXPECT_EQ(readText(origin, badOrigin, 1), -748);
+  std::string badSpacing = good;
+  badSpacing.replace(badSpacing.find("SPACING"), 7, "SPACING_ONLY\n");
+  Image spacing;
+  EXPECT_EQ(readText(spacing, badSpacing, 1), -751);
+}
+
+TEST(Vtk, WritesItsHeader) {
+  Image image;
+  makeImage(image.image, 2, 1, 1, {"a", "b"});
+  std::fill(image->var, image->var + image->nxyzv, 1.0);
+  int rc = 0;
+  EXPECT_EQ(writeText(image.image, "%g", 1, &rc),
+            "# vtk DataFile Version 3.4\nImage\nASCII\nDATASET STRUCTURED_POINTS\n"
+            "DIMENSIONS 2 1 1\nORIGIN -100.250000 3.000000 0.125000\n"
+            "SPACING 0.500000 2.000000 1.000000\nPOINT_DATA 2\nSCALARS a/b float 2\n"
+            "LOOKUP_TABLE default\n1 1\n1 1\n");
+  EXPECT_EQ(rc, 0);
+}
+
+// ---- PGM and PPM --------------------------------------------------------------
+
+TEST(Pnm, ReadsPlainGreyAndColourMaps) {
+  Image grey;
+  ASSERT_EQ(readText(grey, "P2\n# comment\n3 2\n255\n0 1 2\n3 4 300\n", 2), 0);
+  expectSameGrid(*grey->grid, nuvo_grid{3, 2, 1, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0, 6, 6});
+  EXPECT_STREQ(grey->varName[0], "pgmValue");
+  EXPECT_EQ(grey->var[5], 300.0);
+
+  Image colour;
+  ASSERT_EQ(readText(colour, "P3\n#\n2 1\n255\n1 2 3 4 5 6\n", 3), 0);
+  ASSERT_EQ(colour->nvar, 3);
+  EXPECT_STREQ(colour->varName[0], "ppmR");
+  EXPECT_STREQ(colour->varName[1], "ppmG");
+  EXPECT_STREQ(colour->varName[2], "ppmB");
+  const double expected[] = {1, 4, 2, 5, 3, 6};
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(colour->var[i], expected[i]);
+}
+
+TEST(Pnm, HeaderFailures) {
+  struct Case {
+    std::string content;
+    int key;
+    int code;
+  };
+  const Case cases[] = {
+      {"", 2, -763},
+      {"P2\n", 2, -763},
+      {"P2\n#\n2 1\n", 2, -763},
+      {"P2\n" + std::string(300, '#') + "\n2 1\n255\n1 2\n", 2, -764},
+      {"P5\n#\n2 1\n255\n1 2\n", 2, -765},
+      {"P2 \n#\n2 1\n255\n1 2\n", 2, -765},
+      {"P2\r\n#\n2 1\n255\n1 2\n", 2, -765},
+      {"P2\n#\n2\n255\n1 2\n", 2, -766},
+      {"P2\n#\n0 1\n255\n1 2\n", 2, -766},
+      {"P2\n#\n2 1\n255\n1\n", 2, -730},
+      {"", 3, -767},
+      {"P3\n#\n" + std::string(300, '2') + "\n255\n", 3, -768},
+      {"P2\n#\n2 1\n255\n1 2\n", 3, -769},
+      {"P3\n#\n2 x\n255\n1 2 3 4 5 6\n", 3, -710},
+      {"P3\n#\n40000 20000\n255\n1\n", 3, -710},
+  };
+  for (const Case &c : cases) {
+    Image image;
+    EXPECT_EQ(readText(image, c.content, c.key), c.code) << c.content.substr(0, 30);
+  }
+}
+
+TEST(Pnm, WritesTheGeometryInTheCommentLine) {
+  Image image;
+  makeImage(image.image, 2, 1, 1, {"r", "g", "b"});
+  const double values[] = {1, 2, 3, 4, 5, 6};
+  std::copy(std::begin(values), std::end(values), image->var);
+  int rc = 0;
+  EXPECT_EQ(writeText(image.image, "%d", 3, &rc),
+            "P3\n# PPM: 2 1 1 0.500000 2.000000 1.000000 -100.250000 3.000000 0.125000\n"
+            "2 1\n255\n1 3 5\n2 4 6\n");
+  EXPECT_EQ(rc, 0);
+}
+
+// ---- round trips ----------------------------------------------------------------
+
+TEST(RoundTrip, TextFormatsKeepEveryValueWithALosslessFormat) {
+  for (int key = 0; key <= 3; ++key) {
+    SCOPED_TRACE("key " + std::to_string(key));
+    const int nvar = key == 3 ? 3 : key == 2 ? 1 : 2;
+    const std::vector<std::string> names =
+        key == 2   ? std::vector<std::string>{"pgmValue"}
+        : key == 3 ? std::vector<std::string>{"ppmR", "ppmG", "ppmB"}
+                   : std::vector<std::string>{"facies", std::string(127, 'p')};
+    ASSERT_EQ(static_cast<int>(names.size()), nvar);
+    Image original;
+    makeImage(original.image, 4, 3, key >= 2 ? 1 : 2, names);
+    fillAwkwardValues(original.image);
+    if (key >= 2) *original->grid = nuvo_grid{4, 3, 1, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0, 12, 12};
+
+    TempStream file;
+    ASSERT_EQ(NUVOWriteImage(&original.image, "%.17g", key, file.get()), 0);
+    std::rewind(file.get());
+    Image copy;
+    ASSERT_EQ(NUVOReadImage(&copy.image, key, file.get()), 0);
+    expectSameImage(original.image, copy.image);
+  }
+}
+
+// ---- GSLIB binary -------------------------------------------------------------
+
+TEST(Binary, RoundTripIsBitExact) {
+  Image original;
+  makeImage(original.image, 3, 2, 2, {"a", std::string(127, 'b'), ""});
+  fillAwkwardValues(original.image);
+  original->var[5] = std::numeric_limits<double>::quiet_NaN();
+  original->var[6] = -HUGE_VAL;
+  original->grid->ox = 0.1;
+
+  TempStream file;
+  ASSERT_EQ(NUVOWriteImageGslibBinary(&original.image, file.get()), 0);
+  const std::string bytes = file.contents();
+  ASSERT_EQ(bytes.size(), 2 + 12 + 48 + 4 + (2 + 128 + 1) + 36 * 8u);
+  EXPECT_EQ(bytes[0], 4);
+  EXPECT_EQ(bytes[1], 8);
+  Image copy;
+  ASSERT_EQ(NUVOReadImageGslibBinary(&copy.image, file.get()), 0);
+  expectSameImage(original.image, copy.image);
+  EXPECT_EQ(copy->nxyzv, 36);
+}
+
+std::string binaryFile(const nuvo_image &image) {
+  TempStream file;
+  EXPECT_EQ(NUVOWriteImageGslibBinary(&image, file.get()), 0);
+  return file.contents();
+}
+
+TEST(Binary, EveryTruncationHasTheCodeOfItsField) {
+  Image original;
+  makeImage(original.image, 2, 1, 1, {"ab", "c"});
+  original->var[0] = original->var[1] = original->var[2] = original->var[3] = 1.0;
+  const std::string bytes = binaryFile(original.image);
+  // Field boundaries: sizes, nx ny nz, six reals, nvar, names "ab\0c\0", 4 values.
+  struct Field {
+    std::size_t end;
+    int code;
+  };
+  const Field fields[] = {{1, -1045},  {2, -1046},  {6, -1048},  {10, -1049}, {14, -1050},
+                          {22, -1051}, {30, -1052}, {38, -1053}, {46, -1054}, {54, -1055},
+                          {62, -1056}, {66, -1057}, {71, -1058}, {103, -1059}};
+  std::size_t start = 0;
+  for (const Field &field : fields) {
+    for (std::size_t cut = start; cut < field.end; ++cut) {
+      Image image;
+      TempStream file(bytes.substr(0, cut));
+      EXPECT_EQ(NUVOReadImageGslibBinary(&image.image, file.get()), field.code) << cut;
+    }
+    start = field.end;
+    FullStream full(field.end - 1);
+    EXPECT_EQ(NUVOWriteImageGslibBinary(&original.image, full.get()),
+              field.code == -1058 ? -1038 : field.code + 20);
+  }
+  ASSERT_EQ(bytes.size(), 103u);
+}
+
+TEST(Binary, RefusesSizesThatCannotBeHeld) {
+  Image original;
+  makeImage(original.image, 2, 1, 1, {"v"});
+  original->var[0] = original->var[1] = 1.0;
+  const std::string bytes = binaryFile(original.image);
+  // Overwrites ints at byte offsets: nx at 2, ny at 6, nz at 10, nvar at 62.
+  auto patched = [&](std::initializer_list<std::pair<std::size_t, int>> changes) {
+    std::string copy = bytes;
+    for (auto [offset, value] : changes) std::memcpy(copy.data() + offset, &value, sizeof value);
+    return copy;
+  };
+  struct Case {
+    std::string content;
+    int code;
+  };
+  const Case cases[] = {
+      {patched({{2, 0}}), -1048},        {patched({{6, -3}}), -1049},
+      {patched({{10, 0}}), -1050},       {patched({{2, 65536}, {6, 65536}}), -1050},
+      {patched({{62, 0}}), -1057},       {patched({{62, 1 << 30}}), -1057},
+      {patched({{10, 1 << 20}}), -1059},
+  };
+  for (const Case &c : cases) {
+    Image image;
+    TempStream file(c.content);
+    EXPECT_EQ(NUVOReadImageGslibBinary(&image.image, file.get()), c.code);
+    EXPECT_EQ(image->var, nullptr);
+  }
+}
+
+TEST(Binary, ANameWithoutZeroWithin128BytesGives726) {
+  Image original;
+  makeImage(original.image, 1, 1, 1, {std::string(127, 'n')});
+  original->var[0] = 1.0;
+  std::string bytes = binaryFile(original.image);
+  Image fits;
+  TempStream good(bytes);
+  EXPECT_EQ(NUVOReadImageGslibBinary(&fits.image, good.get()), 0);
+  bytes[66 + 127] = 'n';
+  Image image;
+  TempStream bad(bytes);
+  EXPECT_EQ(NUVOReadImageGslibBinary(&image.image, bad.get()), -726);
+}
+
+}  // namespace
