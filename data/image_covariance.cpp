@@ -57,10 +57,10 @@ int NUVOGetImageVarStats(const nuvo_image *image, int **npair, double *min, doub
     return nuvo::kAllocationFailed;
   }
   for (int i = 0; i < nvar; ++i) {
-    int n = 0;
-    double range = 0.0;
-    NUVOGetImageOneVarValueRange(image, i, &n, &min[i], &max[i], &range);
-    NUVOGetImageOneVarValueMean(image, i, &mean[i]);
+    const auto own = nuvo::summarizeInformed(nuvo::variableValues(image, i));
+    min[i] = own.min;
+    max[i] = own.max;
+    mean[i] = own.mean();
     for (int j = i; j < nvar; ++j) {
       const auto moments =
           nuvo::pairMoments(nuvo::variableValues(image, i), nuvo::variableValues(image, j));

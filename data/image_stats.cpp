@@ -10,14 +10,7 @@ namespace nuvo {
 namespace {
 
 double meanOf(std::span<const double> values) {
-  double sum = 0.0;
-  int n = 0;
-  for (double v : values) {
-    if (isMissing(v)) continue;
-    sum += v;
-    ++n;
-  }
-  return n > 0 ? sum / n : NUVO_MISSING_VALUE;
+  return summarizeInformed(values).mean();
 }
 
 double sdOf(std::span<const double> values, double mean) {
@@ -34,20 +27,11 @@ double sdOf(std::span<const double> values, double mean) {
 }
 
 void rangeOf(std::span<const double> values, int *n, double *min, double *max, double *range) {
-  *n = 0;
-  *min = 1e25;
-  *max = -1e25;
-  for (double v : values) {
-    if (isMissing(v)) continue;
-    ++*n;
-    *min = std::min(*min, v);
-    *max = std::max(*max, v);
-  }
-  if (*n == 0) {
-    *min = *max = *range = NUVO_MISSING_VALUE;
-  } else {
-    *range = *max - *min;
-  }
+  const InformedSummary s = summarizeInformed(values);
+  *n = s.n;
+  *min = s.min;
+  *max = s.max;
+  *range = s.n > 0 ? s.max - s.min : NUVO_MISSING_VALUE;
 }
 
 }  // namespace

@@ -23,19 +23,11 @@ void extentOf(std::span<const double> c, double *min, double *max) {
 // Informed count, minimum, maximum and mean of variable iv into slot iv of info.
 void summarizeVariable(const nuvo_pointSet &ps, int iv, nuvo_pointSetInfo *info) {
   const std::span<const double> values(ps.val + std::size_t(iv) * ps.npoint, ps.npoint);
-  int n = 0;
-  double sum = 0.0, min = 0.0, max = 0.0;
-  for (double v : values) {
-    if (isMissing(v)) continue;
-    min = (n == 0) ? v : std::min(min, v);
-    max = (n == 0) ? v : std::max(max, v);
-    sum += v;
-    ++n;
-  }
-  info->ninformed[iv] = n;
-  info->min[iv] = n > 0 ? min : NUVO_MISSING_VALUE;
-  info->max[iv] = n > 0 ? max : NUVO_MISSING_VALUE;
-  info->mean[iv] = n > 0 ? sum / n : NUVO_MISSING_VALUE;
+  const InformedSummary s = summarizeInformed(values);
+  info->ninformed[iv] = s.n;
+  info->min[iv] = s.min;
+  info->max[iv] = s.max;
+  info->mean[iv] = s.mean();
 }
 
 int countPointsWithMissing(const nuvo_pointSet &ps) {

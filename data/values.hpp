@@ -25,6 +25,28 @@ inline bool isMissing(double v) {
   return v == NUVO_MISSING_VALUE;
 }
 
+// Count, extremes and sum of the informed values of a sequence. The extremes start
+// from the first informed value, so that any magnitude is handled.
+struct InformedSummary {
+  int n = 0;
+  double min = NUVO_MISSING_VALUE;
+  double max = NUVO_MISSING_VALUE;
+  double sum = 0.0;
+
+  double mean() const { return n > 0 ? sum / n : NUVO_MISSING_VALUE; }
+};
+inline InformedSummary summarizeInformed(std::span<const double> values) {
+  InformedSummary s;
+  for (double v : values) {
+    if (isMissing(v)) continue;
+    s.min = (s.n == 0 || v < s.min) ? v : s.min;
+    s.max = (s.n == 0 || v > s.max) ? v : s.max;
+    s.sum += v;
+    ++s.n;
+  }
+  return s;
+}
+
 // True when a count computed in 64 bits can be stored in an int.
 inline bool fitsInInt(std::int64_t n) {
   return n >= INT_MIN && n <= INT_MAX;

@@ -42,6 +42,15 @@ TEST(ImageStats, MeanSdAndRangeOfInformedValues) {
   EXPECT_EQ(range, 4.0);
 }
 
+TEST(ImageStats, RangeHandlesValuesOfAnyMagnitude) {
+  TestImage t(2, 1, 1, {"a"}, {3e30, 2e30});
+  double min = 0, max = 0, range = 0;
+  int n = 0;
+  ASSERT_EQ(NUVOGetImageOneVarValueRange(&t.image, 0, &n, &min, &max, &range), 0);
+  EXPECT_EQ(min, 2e30);
+  EXPECT_EQ(max, 3e30);
+}
+
 TEST(ImageStats, AllMissingGivesMissingEverywhere) {
   TestImage t(3, 1, 1, {"a"});
   double mean = 0, sd = 0, min = 0, max = 0, range = 0;
