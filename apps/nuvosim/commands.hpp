@@ -1,0 +1,35 @@
+// The subcommands of nuvosim. Each lives in its own cmd_<name>.cpp and registers
+// itself on the application through one add<Name>Command function; main.cpp only
+// calls them in the order they appear in the help.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <functional>
+
+namespace nuvo::cli {
+
+// Exit statuses of every subcommand (listed in the help footer and the README).
+enum ExitStatus : int {
+  kSuccess = 0,
+  kUsageError = 1,   // bad command line (unknown option, missing argument, bad value)
+  kInputError = 2,   // an input file cannot be opened or read, or its data are refused
+  kOutputError = 3,  // an output file cannot be written
+};
+
+// Makes `body` the action of `command`: a non-zero status it returns ends the
+// program with that status (through CLI::RuntimeError, which CLI11 passes on
+// without printing anything more).
+inline void setAction(CLI::App *command, std::function<int()> body) {
+  command->callback([body = std::move(body)] {
+    if (const int status = body(); status != kSuccess) throw CLI::RuntimeError(status);
+  });
+}
+
+void addInfoCommand(CLI::App &app);
+void addConvertCommand(CLI::App &app);
+void addRenderCommand(CLI::App &app);
+void addGenerateCommand(CLI::App &app);
+void addSampleCommand(CLI::App &app);
+
+}  // namespace nuvo::cli

@@ -1,0 +1,60 @@
+#include "files.hpp"
+
+#include <cerrno>
+#include <cstring>
+
+#include "commands.hpp"
+#include "nuvo_error.h"
+
+namespace nuvo::cli {
+
+namespace {
+
+constexpr int kInputNotOpened = 109;
+constexpr int kOutputNotOpened = 110;
+
+}  // namespace
+
+void reportFailure(const std::string &path, const std::string &message) {
+  std::fprintf(stderr, "nuvosim: %s: %s\n", path.c_str(), message.c_str());
+}
+
+std::string libraryMessage(int rc) {
+  std::string text = NUVOGetErrorMessage(-rc);
+  while (!text.empty() && text.back() == '\n') text.pop_back();
+  return text;
+}
+
+File openInput(const std::string &path) {
+  File stream{std::fopen(path.c_str(), "rb")};
+  if (!stream)
+    reportFailure(path, libraryMessage(-kInputNotOpened) + " (" + std::strerror(errno) + ")");
+  return stream;
+}
+
+int writeOutput(const std::string &path, const std::function<std::string(std::FILE *)> &write) {
+  const std::string temporary = path + ".tmp";
+  std::FILE *stream = std::fopen(temporary.c_str(), "wb");
+  if (stream == nullptr) {
+    reportFailure(path, libraryMessage(-kOutputNotOpened) + " (" + temporary + ": " +
+                            std::strerror(errno) + ")");
+    return kOutputError;
+  }
+  std::string failure = write(stream);
+  const bool streamFailed = std::ferror(stream) != 0;
+  const bool closeFailed = std::fclose(stream) != 0;
+  if (failure.empty() && (streamFailed || closeFailed)) {
+    failure = std::string("write failed (") + std::strerror(errno) + ")";
+  }
+  if (failure.empty() && std::rename(temporary.c_str(), path.c_str()) != 0) {
+    failure = "cannot rename " + temporary + ": " + std::strerror(errno);
+  }
+  if (failure.empty()) return kSuccess;
+  reportFailure(path, failure + "; nothing written");
+  if (std::remove(temporary.c_str()) != 0) {
+    std::fprintf(stderr, "nuvosim: the partial file %s could not be removed\n", temporary.c_str());
+  }
+  return kOutputError;
+}
+
+}  // namespace nuvo::cli

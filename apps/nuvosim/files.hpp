@@ -1,0 +1,33 @@
+// Files of the command line: input streams owned for the duration of a command,
+// output written all-or-nothing, and the one way failures are reported.
+#pragma once
+
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace nuvo::cli {
+
+struct FileCloser {
+  void operator()(std::FILE *stream) const { std::fclose(stream); }
+};
+using File = std::unique_ptr<std::FILE, FileCloser>;
+
+// Prints "nuvosim: <path>: <message>" on stderr.
+void reportFailure(const std::string &path, const std::string &message);
+
+// The library's text for the return code rc (negative), without its line end.
+std::string libraryMessage(int rc);
+
+// Opens `path` for binary reading; on failure reports the library's "can not be
+// opened" message with the path and returns null.
+File openInput(const std::string &path);
+
+// Writes a file through `write` (which returns an empty text on success, else
+// the reason of the failure). The content goes to "<path>.tmp", renamed to `path`
+// once complete; on any failure the temporary file is removed, the reason is
+// reported and kOutputError returned, so `path` is never left half written.
+int writeOutput(const std::string &path, const std::function<std::string(std::FILE *)> &write);
+
+}  // namespace nuvo::cli

@@ -1,0 +1,155 @@
+#include "image_io.hpp"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <map>
+#include <string_view>
+
+#include "commands.hpp"
+#include "files.hpp"
+#include "nuvo_imagefile.h"
+
+namespace nuvo::cli {
+
+namespace {
+
+std::string lowerCase(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+// The format named by an option's key, or kByExtension for an unknown key.
+ImageFormat formatOfKey(const std::string &key) {
+  static const std::map<std::string, ImageFormat> kKeys{
+      {"gslib", ImageFormat::kGslib},    {"0", ImageFormat::kGslib},
+      {"vtk", ImageFormat::kVtk},        {"1", ImageFormat::kVtk},
+      {"pgm", ImageFormat::kPgm},        {"2", ImageFormat::kPgm},
+      {"ppm", ImageFormat::kPpm},        {"3", ImageFormat::kPpm},
+      {"bin", ImageFormat::kGslibBinary}};
+  const auto found = kKeys.find(lowerCase(key));
+  return found == kKeys.end() ? ImageFormat::kByExtension : found->second;
+}
+
+ImageFormat formatOfExtension(const std::string &path) {
+  const std::string extension = lowerCase(std::filesystem::path(path).extension().string());
+  if (extension == ".gslib" || extension == ".dat" || extension == ".txt")
+    return ImageFormat::kGslib;
+  if (extension == ".vtk") return ImageFormat::kVtk;
+  if (extension == ".pgm") return ImageFormat::kPgm;
+  if (extension == ".ppm") return ImageFormat::kPpm;
+  if (extension == ".gslibbin" || extension == ".bin") return ImageFormat::kGslibBinary;
+  return ImageFormat::kByExtension;
+}
+
+// The format to use for `path`, or kByExtension (after reporting it) when neither
+// the option nor the extension tells it.
+ImageFormat resolveFormat(const std::string &path, ImageFormat format, const char *option) {
+  if (format != ImageFormat::kByExtension) return format;
+  format = formatOfExtension(path);
+  if (format == ImageFormat::kByExtension) {
+    reportFailure(path, std::string("unknown image extension; name the format with ") + option +
+                            " (gslib, vtk, pgm, ppm or bin)");
+  }
+  return format;
+}
+
+// The library's key of a text format.
+int textKey(ImageFormat format) {
+  switch (format) {
+    case ImageFormat::kVtk:
+      return NUVO_IMAGE_FORMAT_VTK;
+    case ImageFormat::kPgm:
+      return NUVO_IMAGE_FORMAT_PGM;
+    case ImageFormat::kPpm:
+      return NUVO_IMAGE_FORMAT_PPM;
+    default:
+      return NUVO_IMAGE_FORMAT_GSLIB;
+  }
+}
+
+// Whether `piece` is exactly one printf conversion of a number the library's
+// writers can print: "%", flags, width, precision, then d or i, or one of e, E, f,
+// F, g, G, a, A (also after "l", as in "%lf").
+bool isNumberConversion(std::string_view piece) {
+  const auto skip = [&](std::size_t k, std::string_view set) {
+    while (k < piece.size() && set.find(piece[k]) != std::string_view::npos) ++k;
+    return k;
+  };
+  constexpr std::string_view kDigits = "0123456789";
+  if (piece.empty() || piece[0] != '%') return false;
+  std::size_t k = skip(skip(1, "-+ #0"), kDigits);
+  if (k < piece.size() && piece[k] == '.') k = skip(k + 1, kDigits);
+  constexpr std::string_view kReal = "eEfFgGaA";
+  if (k + 2 == piece.size() && piece[k] == 'l') return kReal.find(piece[k + 1]) != kReal.npos;
+  return k + 1 == piece.size() &&
+         (piece[k] == 'd' || piece[k] == 'i' || kReal.find(piece[k]) != kReal.npos);
+}
+
+}  // namespace
+
+CLI::Option *addFormatOption(CLI::App *command, const std::string &name, ImageFormat &format,
+                             const std::string &purpose) {
+  return command
+      ->add_option(name, format, purpose + ": gslib, vtk, pgm, ppm (or 0 to 3), bin (GSLIB binary)")
+      ->option_text("KEY")
+      ->transform(CLI::Validator(
+          [](std::string &key) -> std::string {
+            const ImageFormat named = formatOfKey(key);
+            if (named == ImageFormat::kByExtension) {
+              return "unknown format " + key + " (gslib, vtk, pgm, ppm, bin or 0 to 3)";
+            }
+            key = std::to_string(static_cast<int>(named));
+            return {};
+          },
+          ""));
+}
+
+CLI::Option *addValueFormatOption(CLI::App *command, std::string &valueFormat) {
+  const CLI::Validator conversions(
+      [](std::string &text) -> std::string {
+        bool any = false;
+        for (const std::string &piece : CLI::detail::split(text, ';')) {
+          if (piece.empty()) continue;
+          if (!isNumberConversion(piece)) return "not a number conversion: " + piece;
+          any = true;
+        }
+        return any ? std::string() : "no conversion given";
+      },
+      "");
+  return command
+      ->add_option("--format", valueFormat,
+                   "printf conversions of the values, \";\"-separated, reused over the "
+                   "variables (default " +
+                       valueFormat + ")")
+      ->option_text("FMT")
+      ->check(conversions);
+}
+
+int readImageFile(const std::string &path, ImageFormat format, nuvo_image &image) {
+  format = resolveFormat(path, format, "--from");
+  if (format == ImageFormat::kByExtension) return kUsageError;
+  const File stream = openInput(path);
+  if (!stream) return kInputError;
+  const int rc = format == ImageFormat::kGslibBinary
+                     ? NUVOReadImageGslibBinary(&image, stream.get())
+                     : NUVOReadImage(&image, textKey(format), stream.get());
+  if (rc == 0) return kSuccess;
+  reportFailure(path, libraryMessage(rc));
+  return kInputError;
+}
+
+int writeImageFile(const std::string &path, ImageFormat format, const nuvo_image &image,
+                   const std::string &valueFormat) {
+  format = resolveFormat(path, format, "--to");
+  if (format == ImageFormat::kByExtension) return kUsageError;
+  return writeOutput(path, [&](std::FILE *stream) {
+    const int rc = format == ImageFormat::kGslibBinary
+                       ? NUVOWriteImageGslibBinary(&image, stream)
+                       : NUVOWriteImage(&image, valueFormat.c_str(), textKey(format), stream);
+    return rc == 0 ? std::string() : libraryMessage(rc);
+  });
+}
+
+}  // namespace nuvo::cli

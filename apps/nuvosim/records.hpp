@@ -1,0 +1,30 @@
+// Owners of the library's records for the lifetime of a command: each record is
+// initialised on construction and freed by its NUVOFree... function on destruction.
+#pragma once
+
+#include "nuvo_image.h"
+#include "nuvo_pointset.h"
+
+namespace nuvo::cli {
+
+template <typename Record, void (*init)(Record *), void (*release)(Record *)>
+class Owned {
+ public:
+  Owned() { init(&record_); }
+  ~Owned() { release(&record_); }
+  Owned(const Owned &) = delete;
+  Owned &operator=(const Owned &) = delete;
+
+  Record *get() { return &record_; }
+  const Record *get() const { return &record_; }
+  Record *operator->() { return &record_; }
+  const Record *operator->() const { return &record_; }
+
+ private:
+  Record record_;
+};
+
+using Image = Owned<nuvo_image, NUVOInitImage, NUVOFreeImage>;
+using PointSet = Owned<nuvo_pointSet, NUVOInitPointSet, NUVOFreePointSet>;
+
+}  // namespace nuvo::cli

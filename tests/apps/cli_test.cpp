@@ -1,0 +1,252 @@
+// Runs the built nuvosim program on small files: exit statuses, messages, the
+// files it writes (read back with the library, pictures decoded with libpng).
+#include <gtest/gtest.h>
+#include <png.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "nuvo_imagefile.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+std::string readText(const fs::path &path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+// A scratch folder per test, where the program runs and writes its files.
+class Cli : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const auto *info = ::testing::UnitTest::GetInstance()->current_test_info();
+    dir_ = fs::temp_directory_path() /
+           ("nuvosim_cli_" + std::string(info->name()) + "_" + std::to_string(::getpid()));
+    fs::remove_all(dir_);
+    fs::create_directories(dir_);
+  }
+  void TearDown() override { fs::remove_all(dir_); }
+
+  fs::path path(const std::string &name) const { return dir_ / name; }
+
+  void writeFile(const std::string &name, const std::string &content) const {
+    std::ofstream(path(name), std::ios::binary) << content;
+  }
+
+  // Runs "nuvosim <arguments>" in the scratch folder.
+  Outcome run(const std::string &arguments) const {
+    const std::string command = "cd '" + dir_.string() + "' && '" NUVOSIM_BIN "' " + arguments +
+                                " >stdout.txt 2>stderr.txt";
+    const int raw = std::system(command.c_str());
+    return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, readText(path("stdout.txt")),
+            readText(path("stderr.txt"))};
+  }
+
+  // Reads an image file with the library; fails the test on error.
+  void readImage(const std::string &name, int key, nuvo_image *image) const {
+    FILE *stream = std::fopen(path(name).c_str(), "rb");
+    ASSERT_NE(stream, nullptr) << name;
+    EXPECT_EQ(NUVOReadImage(image, key, stream), 0) << name;
+    std::fclose(stream);
+  }
+
+ private:
+  fs::path dir_;
+};
+
+// Two variables on a 3 x 2 grid: "a" holds its node index, "b" is 5 except one
+// missing value at node (2, 1).
+constexpr const char *kSmallImage =
+    "3 2 1\n2\na\nb\n"
+    "0 5\n1 5\n2 5\n"
+    "3 5\n4 5\n5 -9999999\n";
+
+TEST_F(Cli, UsageErrorsExitWithOneAndHelpWorksEverywhere) {
+  EXPECT_EQ(run("").status, 1);
+  EXPECT_EQ(run("convert only-one-file.gslib").status, 1);
+  EXPECT_EQ(run("info x.gslib --no-such-option").status, 1);
+  writeFile("a.gslib", kSmallImage);
+  Outcome r = run("convert a.gslib b.gslib --to jpeg");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_NE(r.err.find("unknown format jpeg"), std::string::npos) << r.err;
+  r = run("convert a.gslib b.gslib --format %s");
+  EXPECT_EQ(r.status, 1);
+  r = run("info a.xyz");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_NE(r.err.find("a.xyz"), std::string::npos) << r.err;
+  EXPECT_EQ(run("render a.gslib a.png --var nope").status, 1);
+  EXPECT_EQ(run("render a.gslib a.png --slice 1").status, 1);
+  EXPECT_EQ(run("generate channels c.gslib --proportion 1.5").status, 1);
+  EXPECT_FALSE(fs::exists(path("b.gslib")) || fs::exists(path("a.png")));
+
+  r = run("--version");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out.rfind("NUVO ", 0), 0u) << r.out;
+  r = run("--help");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_NE(r.out.find("Exit status"), std::string::npos);
+  for (const char *command : {"info", "convert", "render", "generate", "generate channels",
+                              "generate lenses", "generate field", "sample"}) {
+    r = run(std::string(command) + " --help");
+    EXPECT_EQ(r.status, 0) << command;
+    EXPECT_NE(r.out.find(std::string("Usage: nuvosim ") + command), std::string::npos) << r.out;
+  }
+}
+
+TEST_F(Cli, BrokenOrMissingInputExitsWithTwoAndTheLibrarysMessage) {
+  writeFile("short.gslib", "2 2 1\n1\nfacies\n0 1 1\n");
+  Outcome r = run("info short.gslib");
+  EXPECT_EQ(r.status, 2);
+  EXPECT_NE(r.err.find("short.gslib: ERROR 00730"), std::string::npos) << r.err;
+  r = run("convert missing.vtk out.gslib");
+  EXPECT_EQ(r.status, 2);
+  EXPECT_NE(r.err.find("missing.vtk: ERROR 00109"), std::string::npos) << r.err;
+  EXPECT_FALSE(fs::exists(path("out.gslib")));
+}
+
+TEST_F(Cli, RefusedOutputExitsWithThreeAndLeavesNoFileBehind) {
+  writeFile("a.gslib", kSmallImage);
+  Outcome r = run("convert a.gslib a.pgm");  // two variables cannot be a grey map
+  EXPECT_EQ(r.status, 3);
+  EXPECT_NE(r.err.find("a.pgm: ERROR 01016"), std::string::npos) << r.err;
+  EXPECT_FALSE(fs::exists(path("a.pgm")));
+  EXPECT_FALSE(fs::exists(path("a.pgm.tmp")));
+  r = run("convert a.gslib no-such-folder/a.vtk");
+  EXPECT_EQ(r.status, 3);
+  EXPECT_NE(r.err.find("ERROR 00110"), std::string::npos) << r.err;
+}
+
+TEST_F(Cli, ConvertRoundTripsThroughEveryImageFormat) {
+  ASSERT_EQ(run("generate lenses lenses.gslib --nx 12 --ny 9 --nz 3 --seed 4").status, 0);
+  ASSERT_EQ(run("convert lenses.gslib lenses.bin").status, 0);
+  ASSERT_EQ(run("convert lenses.bin lenses.vtk").status, 0);
+  ASSERT_EQ(run("convert lenses.vtk lenses.data --to gslib").status, 0);
+  ASSERT_EQ(run("convert lenses.data back.gslib --from 0").status, 0);
+  EXPECT_EQ(readText(path("back.gslib")), readText(path("lenses.gslib")));
+
+  ASSERT_EQ(run("generate field field.gslib --nx 5 --ny 4").status, 0);
+  ASSERT_EQ(run("convert field.gslib field.pgm").status, 0);
+  ASSERT_EQ(run("convert field.pgm field.txt --format %.3f").status, 0);
+  nuvo_image image;
+  NUVOInitImage(&image);
+  readImage("field.txt", NUVO_IMAGE_FORMAT_GSLIB, &image);
+  ASSERT_EQ(image.nxyzv, 20);
+  EXPECT_STREQ(image.varName[0], "pgmValue");
+  NUVOFreeImage(&image);
+
+  const Outcome info = run("info lenses.vtk");
+  EXPECT_EQ(info.status, 0);
+  EXPECT_NE(info.out.find("Number of variables:   1"), std::string::npos) << info.out;
+}
+
+// Decodes an 8-bit RGB PNG; fails the test when it is not one.
+std::vector<png_byte> decodePng(const fs::path &file, png_uint_32 &width, png_uint_32 &height) {
+  png_image png{};
+  png.version = PNG_IMAGE_VERSION;
+  EXPECT_NE(png_image_begin_read_from_file(&png, file.c_str()), 0) << png.message;
+  png.format = PNG_FORMAT_RGB;
+  std::vector<png_byte> rgb(PNG_IMAGE_SIZE(png));
+  EXPECT_NE(png_image_finish_read(&png, nullptr, rgb.data(), 0, nullptr), 0) << png.message;
+  width = png.width;
+  height = png.height;
+  return rgb;
+}
+
+TEST_F(Cli, RenderDrawsPanelsSideBySideWithYUpAndMissingInGrey) {
+  writeFile("a.gslib", kSmallImage);
+  const Outcome r = run("render a.gslib a.png");
+  ASSERT_EQ(r.status, 0) << r.err;
+
+  // Cells of 240 pixels make the 2-row grid 480 pixels high; two panels of three
+  // cells with an 8-pixel gap make 1448 pixels across.
+  const std::string bytes = readText(path("a.png"));
+  ASSERT_GE(bytes.size(), 24u);
+  EXPECT_EQ(bytes.substr(0, 8), "\x89PNG\r\n\x1a\n");
+  EXPECT_EQ(bytes.substr(12, 4), "IHDR");
+  const auto be32 = [&](std::size_t at) {
+    return (static_cast<unsigned char>(bytes[at]) << 24) |
+           (static_cast<unsigned char>(bytes[at + 1]) << 16) |
+           (static_cast<unsigned char>(bytes[at + 2]) << 8) |
+           static_cast<unsigned char>(bytes[at + 3]);
+  };
+  EXPECT_EQ(be32(16), 1448u);
+  EXPECT_EQ(be32(20), 480u);
+
+  png_uint_32 width = 0, height = 0;
+  const std::vector<png_byte> rgb = decodePng(path("a.png"), width, height);
+  ASSERT_EQ(rgb.size(), std::size_t{3} * 1448 * 480);
+  const auto pixel = [&](int x, int y) {
+    const std::size_t at = 3 * (std::size_t{1} * y * width + x);
+    return std::array<int, 3>{rgb[at], rgb[at + 1], rgb[at + 2]};
+  };
+  // The printed legend gives the colour of each value of panel 1 ("a").
+  const auto legend = [&](int value) {
+    std::string key = " ";
+    key += std::to_string(value);
+    key += " #";
+    const std::size_t at = r.out.find(key);
+    EXPECT_NE(at, std::string::npos) << r.out;
+    const unsigned long hex = std::stoul(r.out.substr(at + 4, 6), nullptr, 16);
+    return std::array<int, 3>{static_cast<int>(hex >> 16), static_cast<int>((hex >> 8) & 255),
+                              static_cast<int>(hex & 255)};
+  };
+  // y points up: the top cells show row y = 1 (nodes 3 to 5), the bottom ones y = 0.
+  EXPECT_EQ(pixel(10, 10), legend(3));
+  EXPECT_EQ(pixel(250, 10), legend(4));
+  EXPECT_EQ(pixel(10, 470), legend(0));
+  EXPECT_EQ(pixel(719, 479), legend(2));
+  EXPECT_EQ(pixel(724, 240), (std::array<int, 3>{255, 255, 255}));  // the gap
+  // Panel 2 ("b"): the missing value at node (2, 1), top right, is grey.
+  const int panel2 = 3 * 240 + 8;
+  EXPECT_EQ(pixel(panel2 + 2 * 240 + 5, 5), (std::array<int, 3>{150, 150, 150}));
+  EXPECT_EQ(pixel(panel2 + 5, 5), pixel(panel2 + 2 * 240 + 5, 470));
+  EXPECT_NE(pixel(panel2 + 5, 5), pixel(panel2 + 2 * 240 + 5, 5));
+}
+
+TEST_F(Cli, GenerateAndSampleWriteReadableFiles) {
+  Outcome r = run("generate channels ti.gslib --nx 40 --ny 30 --nz 2 --width 4 --seed 9");
+  ASSERT_EQ(r.status, 0) << r.err;
+  nuvo_image image;
+  NUVOInitImage(&image);
+  readImage("ti.gslib", NUVO_IMAGE_FORMAT_GSLIB, &image);
+  ASSERT_NE(image.grid, nullptr);
+  EXPECT_EQ(image.grid->nxyz, 40 * 30 * 2);
+  EXPECT_STREQ(image.varName[0], "facies");
+  NUVOFreeImage(&image);
+
+  r = run("sample ti.gslib 25 points.txt --seed 3");
+  ASSERT_EQ(r.status, 0) << r.err;
+  FILE *stream = std::fopen(path("points.txt").c_str(), "rb");
+  ASSERT_NE(stream, nullptr);
+  nuvo_pointSet points;
+  NUVOInitPointSet(&points);
+  EXPECT_EQ(NUVOReadPointSet(&points, stream), 0);
+  std::fclose(stream);
+  EXPECT_EQ(points.npoint, 25);
+  ASSERT_EQ(points.nvar, 1);
+  for (int k = 0; k < points.npoint; ++k) {
+    EXPECT_TRUE(points.val[k] == 0.0 || points.val[k] == 1.0);
+    EXPECT_GT(points.x[k], 0.0);
+    EXPECT_LT(points.x[k], 40.0);
+  }
+  NUVOFreePointSet(&points);
+}
+
+}  // namespace
