@@ -17,9 +17,7 @@ double *allocateValues(long long count) {
 
 extern "C" {
 
-void NUVOInitPointSet(nuvo_pointSet *ps) {
-  *ps = nuvo_pointSet{};
-}
+void NUVOInitPointSet(nuvo_pointSet *ps) { *ps = nuvo_pointSet{}; }
 
 int NUVOMallocPointSet(nuvo_pointSet *ps, int npoint, int nvar) {
   if (npoint <= 0 || nvar < 0) return -3;
