@@ -91,7 +91,7 @@ int ColumnFormats::parse(const char *text, int ncolumn) {
 }
 
 TextSink::TextSink(FILE *stream)
-    : stream_(stream), cLocale_(newlocale(LC_NUMERIC_MASK, "C", nullptr)), buffer_(kSinkBytes) {
+    : stream_(stream), buffer_(kSinkBytes), cLocale_(newlocale(LC_NUMERIC_MASK, "C", nullptr)) {
   if (cLocale_ == nullptr)
     status_ = -1;
   else

@@ -71,9 +71,9 @@ class TextSink {
   void bareValue(const ColumnFormat &format, double value);
 
   FILE *stream_;
+  std::vector<char> buffer_;  // allocated before the locale, so a throw leaks nothing
   locale_t cLocale_;
   locale_t callerLocale_ = nullptr;
-  std::vector<char> buffer_;
   std::size_t used_ = 0;
   int status_ = 0;
 };

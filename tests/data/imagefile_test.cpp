@@ -525,9 +525,9 @@ TEST(Binary, EveryTruncationHasTheCodeOfItsField) {
       EXPECT_EQ(NUVOReadImageGslibBinary(&image.image, file.get()), field.code) << cut;
     }
     start = field.end;
+    // A stream one byte too short for the field: the writer's code is 20 above.
     FullStream full(field.end - 1);
-    EXPECT_EQ(NUVOWriteImageGslibBinary(&original.image, full.get()),
-              field.code == -1058 ? -1038 : field.code + 20);
+    EXPECT_EQ(NUVOWriteImageGslibBinary(&original.image, full.get()), field.code + 20);
   }
   ASSERT_EQ(bytes.size(), 103u);
 }
