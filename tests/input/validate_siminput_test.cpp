@@ -204,6 +204,8 @@ const Case kCases[] = {
     {"density 1.5", [](nuvo_simInput &s) { s.neighboringNodeDensity[0] = 1.5; }, -666},
     {"conditioning weight 0", [](nuvo_simInput &s) { s.conditioningWeightFactor[0] = 0.0; }, -670},
     {"sim type 2", [](nuvo_simInput &s) { s.simAndPathParameters->simType = 2; }, -705},
+    {"no thresholds",
+     [](nuvo_simInput &s) { std::free(std::exchange(s.distanceThreshold, nullptr)); }, -20},
     {"threshold 1", [](nuvo_simInput &s) { s.distanceThreshold[0] = 1.0; }, 0},
     {"threshold 1.0000001", [](nuvo_simInput &s) { s.distanceThreshold[0] = 1.0000001; }, -673},
     {"threshold 1e-7", [](nuvo_simInput &s) { s.distanceThreshold[0] = 1e-7; }, -672},
