@@ -1,6 +1,7 @@
 // Training values per variable, the checks of the conditioning data against
 // them, and the entry flags (see prepared_data.hpp for the rules).
 #include <algorithm>
+#include <cassert>
 
 #include "data/values.hpp"
 #include "engine/prepared_data.hpp"
@@ -106,6 +107,7 @@ void flagEntries(const nuvo_simInput &si, const nuvo_image &simImage, PreparedDa
 int prepareData(const nuvo_simInput &si, std::span<const nuvo_image> trainImage,
                 const nuvo_image &simImage, PreparedData *p, nuvo_progressMonitor *pm,
                 nuvo_progressCallback callback) {
+  assert(trainImage.size() == static_cast<std::size_t>(si.ntrainImage));
   *p = PreparedData{};
   p->nvar = simImage.nvar;
   p->nxyz = simImage.grid->nxyz;
