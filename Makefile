@@ -2,7 +2,7 @@
 JOBS ?= $(shell nproc)
 CMAKE_COMMON = -DNUVO_WERROR=ON
 
-.PHONY: all test sanitize bench fuzz format deps clean
+.PHONY: all test sanitize bench fuzz fuzz-run format deps clean
 
 all:
 	cmake -S . -B build/release -DCMAKE_BUILD_TYPE=Release $(CMAKE_COMMON)
@@ -30,6 +30,18 @@ fuzz:
 	CC=clang CXX=clang++ cmake -S . -B build/fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo \
 	  -DNUVO_BUILD_TESTS=OFF -DNUVO_BUILD_FUZZ=ON -DBUILD_SHARED_LIBS=OFF
 	cmake --build build/fuzz -j$(JOBS)
+
+# Runs every fuzzer for FUZZ_TIME seconds from its seed corpus; new inputs are kept
+# in build/fuzz/corpus/, crashes in build/fuzz/.
+FUZZ_TIME ?= 150
+FUZZ_READERS = gslib vtk pgm ppm binary pointset
+fuzz-run: fuzz
+	for r in $(FUZZ_READERS); do \
+	  mkdir -p build/fuzz/corpus/$$r && \
+	  build/fuzz/fuzz/fuzz_$$r build/fuzz/corpus/$$r fuzz/corpus/$$r \
+	    -max_total_time=$(FUZZ_TIME) -rss_limit_mb=2048 -max_len=4096 \
+	    -artifact_prefix=build/fuzz/$$r- || exit 1; \
+	done
 
 format:
 	git ls-files '*.c' '*.cpp' '*.h' '*.hpp' | xargs clang-format -i

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <charconv>
 #include <climits>
 #include <cstdarg>
 #include <cstring>
@@ -10,6 +11,8 @@ namespace nuvo {
 namespace {
 
 constexpr std::size_t kSinkBytes = std::size_t{1} << 16;
+// Room for the longest bare conversion: "%.999f" of -1.8e308.
+constexpr std::size_t kBareRoom = 1400;
 
 // Skips at most three digits; npos when a fourth follows.
 std::size_t skipNumber(std::string_view piece, std::size_t i) {
@@ -38,6 +41,24 @@ bool isNumberConversion(std::string_view piece, bool integer) {
   return conversions == 1;
 }
 
+// Recognises "%d" and "%[.precision]" followed by 'f', 'e' or 'g' in a piece that
+// already holds exactly one valid conversion.
+void findBareConversion(std::string_view piece, ColumnFormat &format) {
+  const char letter = piece.back();
+  if (piece.front() != '%' || std::string_view("dfeg").find(letter) == std::string_view::npos)
+    return;
+  const std::string_view middle = piece.substr(1, piece.size() - 2);
+  if (!middle.empty()) {
+    if (letter == 'd' || middle.front() != '.') return;
+    format.precision = 0;
+    for (char ch : middle.substr(1)) {
+      if (ch < '0' || ch > '9') return;
+      format.precision = format.precision * 10 + (ch - '0');
+    }
+  }
+  format.bare = letter;
+}
+
 // Truncation toward zero, clamped to the range of int (NaN gives 0) so that the
 // conversion is always defined.
 int truncateToInt(double value) {
@@ -63,6 +84,7 @@ int ColumnFormats::parse(const char *text, int ncolumn) {
     if (piece.size() >= format.text.size() || !isNumberConversion(piece, format.integer))
       return kNoFormat;
     piece.copy(format.text.data(), piece.size());
+    findBareConversion(piece, format);
     pieces_.push_back(format);
   }
   return pieces_.empty() ? kNoFormat : 0;
@@ -114,10 +136,33 @@ void TextSink::print(const char *format, ...) {
 }
 
 void TextSink::value(const ColumnFormat &format, double value) {
-  if (format.integer)
+  if (format.bare != 0)
+    bareValue(format, value);
+  else if (format.integer)
     print(format.text.data(), truncateToInt(value));
   else
     print(format.text.data(), value);
+}
+
+void TextSink::bareValue(const ColumnFormat &format, double value) {
+  if (buffer_.size() - used_ < kBareRoom) flush();
+  char *first = buffer_.data() + used_;
+  char *last = buffer_.data() + buffer_.size();
+  std::to_chars_result printed{};
+  switch (format.bare) {
+    case 'd':
+      printed = std::to_chars(first, last, truncateToInt(value));
+      break;
+    case 'f':
+      printed = std::to_chars(first, last, value, std::chars_format::fixed, format.precision);
+      break;
+    case 'e':
+      printed = std::to_chars(first, last, value, std::chars_format::scientific, format.precision);
+      break;
+    default:
+      printed = std::to_chars(first, last, value, std::chars_format::general, format.precision);
+  }
+  used_ = static_cast<std::size_t>(printed.ptr - buffer_.data());
 }
 
 void TextSink::flush() {

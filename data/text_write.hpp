@@ -16,10 +16,15 @@ inline constexpr int kNoFormat = -1021;
 inline constexpr int kWriteFailed = -110;
 
 // One printf conversion, for an int (its text ends with 'd' or 'i': the value is
-// truncated toward zero first) or for a double.
+// truncated toward zero first) or for a double. A bare conversion ("%d", "%g",
+// "%.17g", "%.3f", "%e": no flag, width or other text) is printed with
+// std::to_chars instead, which gives the very characters of printf in the C locale
+// several times faster; `bare` holds its letter then, else 0.
 struct ColumnFormat {
   std::array<char, 128> text{};
   bool integer = false;
+  char bare = 0;
+  int precision = 6;
 };
 
 // The formats of the columns of a table of numbers, taken from a text such as
@@ -63,6 +68,7 @@ class TextSink {
 
  private:
   void flush();
+  void bareValue(const ColumnFormat &format, double value);
 
   FILE *stream_;
   locale_t cLocale_;
