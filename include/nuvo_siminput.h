@@ -318,7 +318,9 @@ NUVO_API int NUVOStreamLineNumber(FILE *stream);
  *  explanatory comments and remarks after values. Levels 0 and 2 read back to the
  *  same record.
  *  `si` must be complete (as after NUVOSimInputASCIIToSimInput); absent
- *  constraint or pyramid records are written as unused.
+ *  constraint or pyramid records are written as unused. `directory` must exist;
+ *  a prefix so long that a name passes NUVO_FILE_NAME_MAX characters is written
+ *  but does not read back. Files written before a failure are left in place.
  *  Returns 0, -7101 when filePrefix holds '/' or '\\' (nothing written), -7100
  *  when a file cannot be opened or written, or the code of an image, point set
  *  or block data writer. */
