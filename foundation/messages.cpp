@@ -30,17 +30,19 @@ constexpr bool isFiveDigits(std::string_view digits) {
          std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
+// std::to_array sizes the tables without deducing one template argument per row,
+// which some compilers refuse beyond a few hundred rows.
 #define NUVO_ERROR(code, message) MessageRow{parseCode(#code), "ERROR " #code ": " message "\n"},
-constexpr std::array kErrors{
+constexpr auto kErrors = std::to_array<MessageRow>({
 #include "messages.def"
-};
+});
 #undef NUVO_ERROR
 
 #define NUVO_WARNING(code, message) \
   MessageRow{parseCode(#code), "WARNING " #code ": " message "\n"},
-constexpr std::array kWarnings{
+constexpr auto kWarnings = std::to_array<MessageRow>({
 #include "warnings.def"
-};
+});
 #undef NUVO_WARNING
 
 #define NUVO_ERROR(code, message) &&isFiveDigits(#code)

@@ -129,7 +129,8 @@ NUVO_API int NUVOPrintPyramidGeneralParametersASCII(const nuvo_pyramidGeneralPar
                                                     const char *prefix, FILE *stream);
 /** Reads the general pyramid section into an initialised record, skipping comments
  *  before every item. Returns 0 or the first failure: -3600 npyramidLevel, -3602 /
- *  -3603 / -3604 a step kx / ky / kz, -3601 simulation mode, -3590 / -3591 / -3592
+ *  -3603 / -3604 a step kx / ky / kz (-3602 also for more levels than bytes left
+ *  in the stream, refused before allocating), -3601 simulation mode, -3590 / -3591 / -3592
  *  a setting-mode keyword, -3595 / -3596 / -3597 a factor, -1 allocation. */
 NUVO_API int NUVOReadPyramidGeneralParametersASCII(nuvo_pyramidGeneralParametersASCII *p,
                                                    FILE *stream);

@@ -335,6 +335,76 @@ NUVO_API int NUVOPrintSimInputASCII(const nuvo_simInputASCII *si, const char *pr
  *  NUVOFreeSimInput. */
 NUVO_API int NUVOSimInputASCIIToSimInput(const nuvo_simInputASCII *in, nuvo_simInput *out);
 
+/* ---- The parameter file ---- */
+
+/** Reads a parameter file from the open, seekable stream into `si`, which must be
+ *  initialised (the caller opens and closes the stream). The file is a fixed
+ *  sequence of tokens separated by white space, with "//" and slash-star comments
+ *  allowed between any two: the grid, the variables, the output settings, the
+ *  training images, the conditioning data, the mask, homothety and rotation,
+ *  expMax, the normalizing type, per variable the search neighborhood, the
+ *  numbers of neighbors, densities, rescaling modes, relative distance flags,
+ *  distance types (type 3 followed by p; powerLpDistanceInv is set to 1/p) and
+ *  weight factors, the simulation type and path, the distance thresholds, per
+ *  variable the probability, connectivity and block data sections, per TI the
+ *  maximal scan fractions, the pyramid sections, tolerance, post-processing,
+ *  seed and increment, number of realizations and the word "END". Variable
+ *  names and formats hold at most NUVO_VAR_NAME_MAX characters, file names
+ *  NUVO_FILE_NAME_MAX.
+ *  Returns 0 or the code of the first field that could not be read (missing,
+ *  malformed, out of range, unknown keyword, too long), from -778 (simGridNx) to
+ *  -870 ("END" expected) and -900 to -918 (additional maps and report), -2120 to
+ *  -2124 (rescaling), -629 for fewer than one variable, -794 for fewer than one
+ *  training image; the codes of the sub-block readers unchanged (search
+ *  neighborhood -875 to -889, simulation and path -890 to -894, probability,
+ *  connectivity, block data and pyramid sections); -1 on allocation failure. A
+ *  count of variables, training images or data files larger than the number of
+ *  bytes left in the stream gives the code of its first item (refused before
+ *  allocating).
+ *  Where it stopped: after a failure the stream is left at the first character
+ *  of the token that could not be read (at the end of the stream when it ended
+ *  first; just after the value when a value that was read is refused, as a count
+ *  below its minimum or a word other than "END"); NUVOStreamLineNumber then gives
+ *  the line to quote in a message.
+ *  On failure `si` is left partly filled: free it with NUVOFreeSimInputASCII. */
+NUVO_API int NUVOReadSimInputASCII(nuvo_simInputASCII *si, FILE *stream);
+
+/** The 1-based line of the current position of a seekable stream: one more than
+ *  the number of line feeds before it. The position is kept. Returns -1 when the
+ *  position cannot be told (a pipe). */
+NUVO_API int NUVOStreamLineNumber(FILE *stream);
+
+/** Writes `si` as a parameter file "<directory>/<filePrefix>.in" that
+ *  NUVOReadSimInputASCII reads back, with every image, point set and block data
+ *  set it holds in a file of its own in `directory`: GSLIB text images with values
+ *  "%.10g", point sets with "%.10g" coordinates and values, block data files.
+ *  Names written in the parameter file are the prefix and a suffix, without the
+ *  directory: "_ti<i>.gslib" (a TI that is the simulation grid is written
+ *  "_DATA_"), "_pdfti.gslib", "_dataImage<i>.gslib", "_dataPointSet<i>.gslib",
+ *  "_mask.gslib", "_homothetyXRatio.gslib" (Y, Z), "_rotationAzimuth.gslib" (Dip,
+ *  Plunge), "_localPdf<i>.gslib", "_refConnectivityImage<i>.gslib",
+ *  "_blockData<i>.dat" (i from 0); the additional maps get the prefixes
+ *  "_pathIndex", "_error", "_tiGridNodeIndex", "_tiIndex", the report
+ *  "_report.txt", and the realizations the prefix itself.
+ *  Simplifications: every variable is written with the default format (or with
+ *  its output flag 0), the realizations always one file per realization, the
+ *  pyramid factors always explicitly, and post-processing settings always in the
+ *  manual form. Reals are written with six decimals ("%lf"), pyramid factors with
+ *  "%.16g".
+ *  `endOfLine` ends every line and must hold a line feed when commentLevel is 2;
+ *  commentLevel 0 writes values only, 1 adds the section headings, 2 adds
+ *  explanatory comments and remarks after values. Levels 0 and 2 read back to the
+ *  same record.
+ *  `si` must be complete (as after NUVOSimInputASCIIToSimInput); absent
+ *  constraint or pyramid records are written as unused. `directory` must exist;
+ *  a prefix so long that a name passes NUVO_FILE_NAME_MAX characters is written
+ *  but does not read back. Files written before a failure are left in place.
+ *  Returns 0, -7101 when filePrefix holds '/' or '\\' (nothing written), -7100
+ *  when a file cannot be opened or written, or the code of an image, point set
+ *  or block data writer. */
+NUVO_API int NUVOExportSimInput(const nuvo_simInput *si, const char *directory,
+                                const char *filePrefix, const char *endOfLine, int commentLevel);
+
 NUVO_EXTERN_C_END
 
 #endif /* NUVO_SIMINPUT_H */

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 
+#include "foundation/check.hpp"
 #include "nuvo_image.h"
 #include "nuvo_siminput.h"
 
@@ -23,6 +24,24 @@ inline int outputSimImageFileCount(int outputSimJob, const signed char *outputVa
     default:
       return 0;
   }
+}
+
+// An owned array of n zero values (nothing when n <= 0).
+template <typename T>
+int allocateArray(int n, T **dst) {
+  if (n <= 0) return 0;
+  *dst = static_cast<T *>(std::calloc(static_cast<std::size_t>(n), sizeof(T)));
+  return *dst == nullptr ? kAllocationFailed : 0;
+}
+
+// n initialised records of type T (nothing when n <= 0).
+template <typename T, typename Init>
+int allocateRecords(int n, T **array, Init init) {
+  if (n <= 0) return 0;
+  *array = static_cast<T *>(std::calloc(static_cast<std::size_t>(n), sizeof(T)));
+  NUVO_FAIL_IF(*array == nullptr, kAllocationFailed);
+  for (int i = 0; i < n; ++i) init(&(*array)[i]);
+  return 0;
 }
 
 // Releases an owned array of n records, each with its own Free; null accepted.

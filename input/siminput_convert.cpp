@@ -34,14 +34,6 @@ void copyInto(char *dst, const char *src, int size) {
   dst[size - 1] = '\0';
 }
 
-// An owned array of n zero values (nothing when n <= 0).
-template <typename T>
-int allocateArray(int n, T **dst) {
-  if (n <= 0) return 0;
-  *dst = static_cast<T *>(std::calloc(static_cast<std::size_t>(n), sizeof(T)));
-  return *dst == nullptr ? kAllocationFailed : 0;
-}
-
 // An owned copy of the n values of src (nothing for a null src or n <= 0).
 template <typename T>
 int copyArray(const T *src, int n, T **dst) {
@@ -57,16 +49,6 @@ int copyText(const char *src, int slotSize, char **dst) {
   *dst = allocateText(slotSize);
   NUVO_FAIL_IF(*dst == nullptr, kAllocationFailed);
   copyInto(*dst, src, slotSize);
-  return 0;
-}
-
-// n initialised records of type T (nothing when n <= 0).
-template <typename T, typename Init>
-int allocateRecords(int n, T **array, Init init) {
-  if (n <= 0) return 0;
-  *array = static_cast<T *>(std::calloc(static_cast<std::size_t>(n), sizeof(T)));
-  NUVO_FAIL_IF(*array == nullptr, kAllocationFailed);
-  for (int i = 0; i < n; ++i) init(&(*array)[i]);
   return 0;
 }
 

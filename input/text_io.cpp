@@ -19,13 +19,28 @@ bool isSpace(int c) {
   return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
 }
 
+// Skips the comments before the next token and gives its position; false when
+// the stream ends first.
+bool atToken(FILE *stream, long *start) {
+  if (NUVOSkipComments(stream) != 0) return false;
+  *start = std::ftell(stream);
+  return true;
+}
+
+// Puts the stream back to the start of the token that failed and returns code,
+// so that the caller can tell where reading stopped.
+int failAt(FILE *stream, long start, int code) {
+  std::fseek(stream, start, SEEK_SET);
+  return code;
+}
+
 // Reads a number of type T at the next token: collects the characters that may
 // belong to it, parses the longest prefix that forms a number and puts the rest
 // back, so that "3//note" reads 3 and leaves the comment.
 template <typename T>
 int readNumber(FILE *stream, T *value, int code, const char *allowed) {
-  if (NUVOSkipComments(stream) != 0) return code;
-  long start = std::ftell(stream);
+  long start = 0;
+  if (!atToken(stream, &start)) return code;
   char text[kNumberTextMax + 1];
   int length = 0;
   for (int c = std::fgetc(stream); c != EOF; c = std::fgetc(stream)) {
@@ -37,7 +52,7 @@ int readNumber(FILE *stream, T *value, int code, const char *allowed) {
   int skip = (length > 1 && text[0] == '+' && text[1] != '-' && text[1] != '+') ? 1 : 0;
   T parsed{};
   std::from_chars_result result = std::from_chars(text + skip, text + length, parsed);
-  if (result.ec != std::errc{} || result.ptr == text + skip) return code;
+  if (result.ec != std::errc{} || result.ptr == text + skip) return failAt(stream, start, code);
   *value = parsed;
   std::fseek(stream, start + (result.ptr - text), SEEK_SET);
   return 0;
@@ -59,19 +74,22 @@ int readDouble(FILE *stream, double *value, int code) {
 }
 
 int readFlag(FILE *stream, signed char *flag, int code) {
+  long start = 0;
+  if (!atToken(stream, &start)) return code;
   int value = 0;
   NUVO_TRY(readInt(stream, &value, code));
-  if (value != 0 && value != 1) return code;
+  if (value != 0 && value != 1) return failAt(stream, start, code);
   *flag = static_cast<signed char>(value);
   return 0;
 }
 
 int readWord(FILE *stream, char *word, int maxLength, int code, int tooLongCode) {
-  if (NUVOSkipComments(stream) != 0) return code;
+  long start = 0;
+  if (!atToken(stream, &start)) return code;
   int length = 0;
   int c = std::fgetc(stream);
   for (; c != EOF && !isSpace(c); c = std::fgetc(stream)) {
-    if (length == maxLength) return tooLongCode;
+    if (length == maxLength) return failAt(stream, start, tooLongCode);
     word[length++] = static_cast<char>(c);
   }
   if (c != EOF) std::ungetc(c, stream);
@@ -80,6 +98,8 @@ int readWord(FILE *stream, char *word, int maxLength, int code, int tooLongCode)
 }
 
 int readKeyword(FILE *stream, KeywordTable table, int *value, int code) {
+  long start = 0;
+  if (!atToken(stream, &start)) return code;
   char word[kKeywordMax + 1];
   if (int rc = readWord(stream, word, kKeywordMax, code, code); rc != 0) return rc;
   for (std::size_t i = 0; i < table.size(); ++i) {
@@ -88,7 +108,7 @@ int readKeyword(FILE *stream, KeywordTable table, int *value, int code) {
       return 0;
     }
   }
-  return code;
+  return failAt(stream, start, code);
 }
 
 char **allocateTextSlots(int n, int slotSize) {

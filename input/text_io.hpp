@@ -5,7 +5,10 @@
 // the negative code the caller hands in for the field it reads: a missing token,
 // a malformed one, an unknown keyword and an end of file all give that code.
 // Numbers are parsed independently of the locale, with scanf's rule of taking
-// the longest prefix that forms a number; words end at white space.
+// the longest prefix that forms a number; words end at white space. A token that
+// cannot be read (malformed, too long, out of range, unknown) is put back: the
+// stream is left at its first character, so a caller can tell where reading
+// stopped. The stream must be seekable.
 //
 // Keywords. The keywords of an enumeration live in one table, indexed by the
 // value of the enumeration, that its reader and its printer both use.

@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "constraints/owned.hpp"
+#include "data/stream_room.hpp"
 #include "foundation/check.hpp"
 #include "input/text_io.hpp"
 #include "nuvo_pyramidparams.h"
@@ -128,8 +129,12 @@ void printSettingAndFactors(FILE *stream, const char *prefix, const char *field,
 
 // ---- Reading the text form ----
 
+// A number of levels larger than the bytes left in the stream cannot be
+// followed by its steps: it is refused, with the code of the first step, before
+// allocating for it.
 int readSteps(nuvo_pyramidGeneralParametersASCII *p, FILE *stream) {
   const int n = p->npyramidLevel;
+  NUVO_FAIL_IF(!streamCanHold(stream, n), -3602);
   NUVO_TRY(allocateArray(&p->kx, n));
   NUVO_TRY(allocateArray(&p->ky, n));
   NUVO_TRY(allocateArray(&p->kz, n));

@@ -1,55 +1,20 @@
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "input/text_io.hpp"
 #include "nuvo_siminput.h"
+#include "test_files.hpp"
 #include "test_streams.hpp"
 
 namespace {
 
-namespace fs = std::filesystem;
+using nuvo_test::gslibImage;
+using nuvo_test::kPointSet;
 using nuvo_test::printed;
-
-// A temporary folder with small image and point-set files, removed at the end.
-class TempFolder {
- public:
-  TempFolder() {
-    std::string pattern = (fs::temp_directory_path() / "nuvo_siminput_XXXXXX").string();
-    path_ = mkdtemp(pattern.data());
-  }
-  ~TempFolder() { fs::remove_all(path_); }
-  std::string write(const std::string &name, const std::string &content) const {
-    std::string file = (fs::path(path_) / name).string();
-    std::ofstream(file) << content;
-    return file;
-  }
-  std::string missing() const { return (fs::path(path_) / "missing.gslib").string(); }
-
- private:
-  std::string path_;
-};
-
-// GSLIB text image on a 2 x 2 x 1 grid with nvar variables.
-std::string gslibImage(int nvar) {
-  std::ostringstream text;
-  text << "2 2 1 1.0 1.0 1.0 0.0 0.0 0.0\n" << nvar << "\n";
-  for (int iv = 0; iv < nvar; ++iv) text << 'v' << iv << '\n';
-  for (int node = 0; node < 4; ++node) {
-    for (int iv = 0; iv < nvar; ++iv) text << node % 2 << ' ';
-    text << '\n';
-  }
-  return text.str();
-}
-
-constexpr char kPointSet[] = "2\n4\nx\ny\nz\nfacies\n0.5 0.5 0.5 1\n1.5 0.5 0.5 0\n";
+using nuvo_test::TempFolder;
 
 // Owned copies of texts in the library's slot layout, as the reader builds them.
 char **texts(std::initializer_list<const char *> values, int slotSize) {

@@ -84,6 +84,24 @@ TEST(TextRead, ListsStopAtTheFirstBadEntry) {
   EXPECT_EQ(nuvo::readList(TextStream("1 7").file, flags, 2, -41), -41);
 }
 
+TEST(TextRead, ATokenThatFailsIsPutBackForTheCallerToLocate) {
+  TextStream s("/* c */ x1 // c\n  12345 2 COLOR_PINK");
+  int i = 0;
+  char word[4];
+  signed char flag = 0;
+  EXPECT_EQ(nuvo::readInt(s.file, &i, -10), -10);
+  EXPECT_EQ(std::ftell(s.file), 8);
+  ASSERT_EQ(nuvo::readWord(s.file, word, 3, -20, -21), 0);
+  EXPECT_EQ(nuvo::readWord(s.file, word, 3, -20, -21), -21);
+  EXPECT_EQ(std::ftell(s.file), 18);
+  ASSERT_EQ(nuvo::readInt(s.file, &i, -10), 0);
+  EXPECT_EQ(nuvo::readFlag(s.file, &flag, -12), -12);
+  EXPECT_EQ(std::ftell(s.file), 24);
+  ASSERT_EQ(nuvo::readInt(s.file, &i, -10), 0);
+  EXPECT_EQ(nuvo::readKeyword(s.file, kColors, &i, -30), -30);
+  EXPECT_EQ(std::ftell(s.file), 26);
+}
+
 TEST(FieldPrinter, WritesOneLinePerFieldWithItsPrefix) {
   const double thresholds[2] = {0.5, 0.25};
   const int modes[2] = {1, 7};
