@@ -18,7 +18,9 @@ int order(T a, T b) {
 
 extern "C" {
 
-void NUVOInitGrid(nuvo_grid *grid) { *grid = nuvo_grid{}; }
+void NUVOInitGrid(nuvo_grid *grid) {
+  *grid = nuvo_grid{};
+}
 
 int NUVOCopyGrid(const nuvo_grid *src, nuvo_grid *dst) {
   *dst = *src;

@@ -10,7 +10,9 @@
 
 extern "C" {
 
-void NUVOInitImage(nuvo_image *image) { *image = nuvo_image{}; }
+void NUVOInitImage(nuvo_image *image) {
+  *image = nuvo_image{};
+}
 
 int NUVOMallocImage(nuvo_image *image, int nxyz, int nvar) {
   image->grid = static_cast<nuvo_grid *>(std::calloc(1, sizeof(nuvo_grid)));

@@ -29,7 +29,9 @@ int pointSetVerdict(const nuvo_pointSet &ps) {
 
 extern "C" {
 
-void NUVOInitPointSet(nuvo_pointSet *ps) { *ps = nuvo_pointSet{}; }
+void NUVOInitPointSet(nuvo_pointSet *ps) {
+  *ps = nuvo_pointSet{};
+}
 
 int NUVOMallocPointSet(nuvo_pointSet *ps, int npoint, int nvar) {
   if (npoint <= 0 || nvar < 0) return -3;

@@ -79,19 +79,44 @@ inline double centreOf(const VariableEvent &ev, int node) {
   }
 }
 
-// Types 0 and 1: the running error itself grows node by node.
-template <int Type, bool Uniform, bool Relative>
-double additive(const VariableEvent &ev, int node, double e, double best) {
+// Type 0: the count of non-matching nodes. With uniform weights the running
+// error is e - 1 + count / (n t), so the loop only counts and checks the bound
+// when a node does not match.
+template <bool Uniform, bool Relative>
+double mismatches(const VariableEvent &ev, int node, double e, double best) {
+  const double centre = centreOf<Relative>(ev, node);
+  if constexpr (Uniform) {
+    const double step = ev.uniformWeight * ev.invThreshold;
+    const double room = best + 1.0 - e;  // the candidate survives while count * step <= room
+    int count = 0;
+    for (int i = 0; i < ev.count; ++i) {
+      if (ev.value[i] != ev.ti[node + ev.offset[i]] - centre) {
+        ++count;
+        if (count * step > room) return kAbandoned;
+      }
+    }
+    const double d = e - 1.0 + count * step;
+    return d > e ? d : e;
+  } else {
+    double d = e - 1.0;
+    for (int i = 0; i < ev.count; ++i) {
+      if (ev.value[i] != ev.ti[node + ev.offset[i]] - centre) {
+        d += ev.weight[i] * ev.invThreshold;
+        if (d > best) return kAbandoned;
+      }
+    }
+    return d > e ? d : e;
+  }
+}
+
+// Type 1: the running error grows node by node.
+template <bool Uniform, bool Relative>
+double absolute(const VariableEvent &ev, int node, double e, double best) {
   const double centre = centreOf<Relative>(ev, node);
   double d = e - 1.0;
   for (int i = 0; i < ev.count; ++i) {
-    const double b = ev.ti[node + ev.offset[i]] - centre;
-    double term;
-    if constexpr (Type == 0)
-      term = ev.value[i] != b ? 1.0 : 0.0;
-    else
-      term = std::fabs(ev.value[i] - b);
-    d += weightOf<Uniform>(ev, i) * ev.invThreshold * term;
+    const double diff = std::fabs(ev.value[i] - (ev.ti[node + ev.offset[i]] - centre));
+    d += weightOf<Uniform>(ev, i) * ev.invThreshold * diff;
     if (d > best) return kAbandoned;
   }
   return d > e ? d : e;
@@ -136,9 +161,9 @@ template <bool Uniform, bool Relative>
 VariableKernel pick(int distanceType) {
   switch (distanceType) {
     case 0:
-      return additive<0, Uniform, Relative>;
+      return mismatches<Uniform, Relative>;
     case 1:
-      return additive<1, Uniform, Relative>;
+      return absolute<Uniform, Relative>;
     case 2:
       return powered<2, Uniform, Relative>;
     case 3:

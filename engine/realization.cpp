@@ -263,8 +263,16 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
     if (makeScanWindow(*ti.grid, extent, &window)) {
       const int nscan = std::min(window.count(), maxScanFor(o->ti, settings));
       const ScanOrder order = drawScanOrder(window, nscan, ctx);
-      const ScanResult r = scanTrainingImage(ScanWalker(window, *ti.grid, order), nscan, event_,
-                                             [&](int tiNode) { return usable(ti, tiNode); });
+      const ScanWalker walker(window, *ti.grid, order);
+      ScanResult r;
+      if (targets_.size() == 1) {
+        const double *own = ti.var + static_cast<long long>(targets_[0]) * ti.grid->nxyz;
+        r = scanTrainingImage(walker, nscan, event_,
+                              [own](int tiNode) { return !isMissing(own[tiNode]); });
+      } else {
+        r = scanTrainingImage(walker, nscan, event_,
+                              [&](int tiNode) { return usable(ti, tiNode); });
+      }
       o->tiNode = r.tiNode;
       o->error = r.error;
       o->iterations = r.iterations;

@@ -1,0 +1,134 @@
+// Whole simulations, the measure users feel: one realization of the standard
+// cases, single-threaded.
+//
+// - channels 2D: the 250 x 250 binary channel image (read from the shared data
+//   folder next to the project when present, else the project's own generated
+//   channel image of the same size) simulated on a 200 x 200 grid, 30
+//   neighbouring nodes, threshold 0.05, scan fraction 0.5, no post-processing;
+// - the same conditioned on 150 points sampled from the training image;
+// - lenses 3D: a 100 x 100 x 30 grid from a generated 150 x 150 x 40 lens image.
+//
+// Counters: simulated nodes per second and candidates scanned per node (read
+// back from the report's scan statistics).
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "nuvo_imagefile.h"
+#include "nuvo_sim.h"
+#include "nuvo_synthetic.h"
+#include "tests/input/siminput_builder.hpp"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The shared channel image when it is there, else a generated one.
+void loadChannelImage(nuvo_image *ti) {
+  const fs::path shared = fs::path(NUVO_SHARED_DATA_DIR) / "ti_strebelle_250x250.gslib";
+  if (FILE *f = std::fopen(shared.c_str(), "r")) {
+    const int rc = NUVOReadImage(ti, 0, f);
+    std::fclose(f);
+    if (rc == 0) return;
+    NUVOFreeImage(ti);
+  }
+  NUVOGenerateChannelImage(ti, 250, 250, 1, 0.28, 8.0, 1);
+}
+
+// Mean number of candidates scanned per node, from the report.
+double scansPerNode(const fs::path &report) {
+  std::ifstream in(report);
+  std::string line;
+  const std::string label = "#scan it. Mean";
+  while (std::getline(in, line))
+    if (line.rfind(label, 0) == 0) return std::strtod(line.c_str() + line.find(':') + 1, nullptr);
+  return 0.0;
+}
+
+struct Case {
+  nuvo_simInput si;
+  fs::path report;
+  Case() { NUVOInitSimInput(&si); }
+  ~Case() { NUVOFreeSimInput(&si); }
+};
+
+// Turns the test input (30 x 30 x 1, one categorical variable) into a case on an
+// nx x ny x nz grid with the given radii.
+void configure(Case *c, const nuvo_image &ti, int nx, int ny, int nz, double rx, double ry,
+               double rz) {
+  nuvo_test::buildValidSimInput(&c->si, ti);
+  nuvo_simInput &si = c->si;
+  NUVOFreeImage(si.simImage);
+  nuvo_test::makeImage(si.simImage, nx, ny, nz, {"facies"},
+                       [](int, int, int, int) { return NUVO_MISSING_VALUE; });
+  si.outputSimJob = OUTPUT_SIM_NO_FILE;
+  si.consoleAppFlag = 1;
+  c->report = fs::temp_directory_path() / "nuvo_sim_bench_report.txt";
+  std::snprintf(si.outputReportFileName, NUVO_FILE_NAME_MAX + 1, "%s", c->report.c_str());
+  nuvo_searchNeighborhoodParameters &p = si.searchNeighborhoodParameters[0];
+  p.rx = rx;
+  p.ry = ry;
+  p.rz = rz;
+  p.anisotropyRatioMode = SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS;
+  si.nneighboringNode[0] = 30;
+  si.distanceThreshold[0] = 0.05;
+  si.maxScanFraction[0] = 0.5;
+  si.npostProcessingPathMax = 0;
+}
+
+void runCase(benchmark::State &state, Case *c) {
+  nuvo_progressMonitor pm;
+  NUVOInitProgressMonitor(&pm);
+  int seed = 1;
+  for (auto _ : state) {
+    c->si.seed = seed++;
+    nuvo_simOutput out;
+    NUVOInitSimOutput(&out);
+    if (NUVOSim(&c->si, &out, &pm, nullptr) != 0) state.SkipWithError("simulation failed");
+    NUVOFreeSimOutput(&out);
+  }
+  const double nodes = c->si.simImage->grid->nxyz;
+  state.counters["nodes/s"] = benchmark::Counter(nodes, benchmark::Counter::kIsIterationInvariantRate);
+  state.counters["scans/node"] = scansPerNode(c->report);
+}
+
+void BM_Channels2D(benchmark::State &state) {
+  nuvo_image ti;
+  NUVOInitImage(&ti);
+  loadChannelImage(&ti);
+  Case c;
+  configure(&c, ti, 200, 200, 1, 20.0, 20.0, 0.0);
+  if (state.range(0) > 0) {
+    nuvo_pointSet ps;
+    NUVOInitPointSet(&ps);
+    NUVOSampleImage(&ti, static_cast<int>(state.range(0)), 3, &ps);
+    for (int k = 0; k < ps.npoint; ++k) {  // into the 200 x 200 grid
+      ps.x[k] *= 0.8;
+      ps.y[k] *= 0.8;
+    }
+    c.si.ndataPointSet = 1;
+    c.si.dataPointSet = static_cast<nuvo_pointSet *>(std::calloc(1, sizeof(nuvo_pointSet)));
+    c.si.dataPointSet[0] = ps;
+  }
+  NUVOFreeImage(&ti);
+  runCase(state, &c);
+}
+BENCHMARK(BM_Channels2D)->Arg(0)->Arg(150)->Unit(benchmark::kSecond)->Iterations(3);
+
+void BM_Lenses3D(benchmark::State &state) {
+  nuvo_image ti;
+  NUVOInitImage(&ti);
+  NUVOGenerateLensImage(&ti, 150, 150, 40, 1);
+  Case c;
+  configure(&c, ti, 100, 100, 30, 10.0, 10.0, 4.0);
+  NUVOFreeImage(&ti);
+  runCase(state, &c);
+}
+BENCHMARK(BM_Lenses3D)->Unit(benchmark::kSecond)->Iterations(1);
+
+}  // namespace
