@@ -93,7 +93,8 @@ void runCase(benchmark::State &state, Case *c) {
     NUVOFreeSimOutput(&out);
   }
   const double nodes = c->si.simImage->grid->nxyz;
-  state.counters["nodes/s"] = benchmark::Counter(nodes, benchmark::Counter::kIsIterationInvariantRate);
+  state.counters["nodes/s"] =
+      benchmark::Counter(nodes, benchmark::Counter::kIsIterationInvariantRate);
   state.counters["scans/node"] = scansPerNode(c->report);
 }
 

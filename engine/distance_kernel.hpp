@@ -31,6 +31,7 @@
 #pragma once
 
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace nuvo {
@@ -51,6 +52,10 @@ struct VariableEvent {
   double power = 1.0;              // p of the Lp distance
   double invPower = 1.0;           // 1/p
   const double *ti = nullptr;      // the variable's values in the training image
+  // Categorical variables with a coded training image: the codes of a_i and of the
+  // training image (see RealizationSetup::tiCode); null otherwise.
+  const std::int8_t *valueCode = nullptr;
+  const std::int8_t *tiCode = nullptr;
 };
 
 // Adds variable v's part to the running error `e` of a candidate at training-image
@@ -79,28 +84,42 @@ inline double centreOf(const VariableEvent &ev, int node) {
   }
 }
 
-// Type 0: the count of non-matching nodes. With uniform weights the running
-// error is e - 1 + count / (n t), so the loop only counts and checks the bound
-// when a node does not match.
-template <bool Uniform, bool Relative>
+// Type 0: the count of non-matching nodes, compared on values or, for a coded
+// training image, on one-byte category codes (an image of a few tens of
+// kilobytes stays in cache while it is scanned). With uniform weights the
+// running error is e - 1 + count / (n t), so the loop only counts, and checks
+// the bound as an integer.
+template <bool Uniform, bool Relative, bool Coded>
 double mismatches(const VariableEvent &ev, int node, double e, double best) {
   const double centre = centreOf<Relative>(ev, node);
+  const auto differs = [&](int i) {
+    if constexpr (Coded)
+      return ev.valueCode[i] != ev.tiCode[node + ev.offset[i]];
+    else
+      return ev.value[i] != ev.ti[node + ev.offset[i]] - centre;
+  };
   if constexpr (Uniform) {
+    // The candidate survives while count * step <= room: the largest such count,
+    // found once, turns the per-node test into an integer comparison, and the
+    // count grows without a branch on the (unpredictable) match.
     const double step = ev.uniformWeight * ev.invThreshold;
-    const double room = best + 1.0 - e;  // the candidate survives while count * step <= room
+    const double room = best + 1.0 - e;
+    if (room < 0.0) return kAbandoned;
+    int allowed = static_cast<int>(std::fmin(room / step, ev.count));
+    while (allowed < ev.count && (allowed + 1) * step <= room) ++allowed;
+    while (allowed > 0 && allowed * step > room) --allowed;
+    if (allowed * step > room) return kAbandoned;
     int count = 0;
     for (int i = 0; i < ev.count; ++i) {
-      if (ev.value[i] != ev.ti[node + ev.offset[i]] - centre) {
-        ++count;
-        if (count * step > room) return kAbandoned;
-      }
+      count += differs(i) ? 1 : 0;
+      if (count > allowed) return kAbandoned;
     }
     const double d = e - 1.0 + count * step;
     return d > e ? d : e;
   } else {
     double d = e - 1.0;
     for (int i = 0; i < ev.count; ++i) {
-      if (ev.value[i] != ev.ti[node + ev.offset[i]] - centre) {
+      if (differs(i)) {
         d += ev.weight[i] * ev.invThreshold;
         if (d > best) return kAbandoned;
       }
@@ -161,7 +180,7 @@ template <bool Uniform, bool Relative>
 VariableKernel pick(int distanceType) {
   switch (distanceType) {
     case 0:
-      return mismatches<Uniform, Relative>;
+      return mismatches<Uniform, Relative, false>;
     case 1:
       return absolute<Uniform, Relative>;
     case 2:
@@ -176,7 +195,12 @@ VariableKernel pick(int distanceType) {
 }  // namespace kernel
 
 // The kernel of a variable: chosen once per data event, called per candidate.
-inline VariableKernel variableKernel(int distanceType, bool uniformWeights, bool relative) {
+// `coded` selects the comparison on category codes (distance type 0 only).
+inline VariableKernel variableKernel(int distanceType, bool uniformWeights, bool relative,
+                                     bool coded = false) {
+  if (coded)
+    return uniformWeights ? kernel::mismatches<true, false, true>
+                          : kernel::mismatches<false, false, true>;
   if (uniformWeights)
     return relative ? kernel::pick<true, true>(distanceType)
                     : kernel::pick<true, false>(distanceType);

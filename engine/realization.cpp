@@ -31,7 +31,8 @@ int entrySeed(int base, int position) {
 struct GatheredVariable {
   std::vector<int> dx, dy, dz;
   std::vector<double> value, weight;
-  std::vector<int> tiOffset;  // in the chosen training image
+  std::vector<std::int8_t> code;  // category codes of the values (coded variables)
+  std::vector<int> tiOffset;      // in the chosen training image
   int count = 0;
 };
 
@@ -53,6 +54,7 @@ class RealizationRun {
         a->resize(size);
       gathered_[v].value.resize(size);
       gathered_[v].weight.resize(size);
+      gathered_[v].code.resize(size);
     }
     targets_.reserve(setup.nvar);
   }
@@ -217,8 +219,14 @@ void RealizationRun::prepareEvent(int t, const PathSettings &settings, EventExte
     ev.power = setup_.power[v];
     ev.invPower = setup_.invPower[v];
     ev.ti = ti.var + static_cast<long long>(v) * tg.nxyz;
-    event_.kernel[event_.nvar] =
-        variableKernel(setup_.distanceType[v], uniform, setup_.relativeDistance[v] != 0);
+    const std::int8_t *tiCode = setup_.codes(t, v);
+    if (tiCode != nullptr) {
+      for (int i = 0; i < g.count; ++i) g.code[i] = categoryCode(setup_, v, g.value[i]);
+      ev.valueCode = g.code.data();
+      ev.tiCode = tiCode;
+    }
+    event_.kernel[event_.nvar] = variableKernel(setup_.distanceType[v], uniform,
+                                                setup_.relativeDistance[v] != 0, tiCode != nullptr);
     ++event_.nvar;
   }
 }
@@ -265,7 +273,13 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
       const ScanOrder order = drawScanOrder(window, nscan, ctx);
       const ScanWalker walker(window, *ti.grid, order);
       ScanResult r;
-      if (targets_.size() == 1) {
+      const std::int8_t *ownCode =
+          targets_.size() == 1 ? setup_.codes(o->ti, targets_[0]) : nullptr;
+      if (ownCode != nullptr) {
+        const std::int8_t *own = ownCode;
+        r = scanTrainingImage(walker, nscan, event_,
+                              [own](int tiNode) { return own[tiNode] != kMissingCode; });
+      } else if (targets_.size() == 1) {
         const double *own = ti.var + static_cast<long long>(targets_[0]) * ti.grid->nxyz;
         r = scanTrainingImage(walker, nscan, event_,
                               [own](int tiNode) { return !isMissing(own[tiNode]); });

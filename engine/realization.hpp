@@ -8,6 +8,7 @@
 // the path, so an entry's draws never depend on what happened before it.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <span>
 #include <vector>
@@ -30,9 +31,10 @@ struct PathSettings {
 // Everything a realization reads, prepared once per simulation.
 struct RealizationSetup {
   int nvar = 0;
-  bool vectorMode = false;                                    // SIM_VARIABLE_VECTOR
-  std::vector<const nuvo_image *> ti;                         // per training image
-  const nuvo_image *pdfTrainImage = nullptr;                  // with two or more training images
+  bool vectorMode = false;                    // SIM_VARIABLE_VECTOR
+  std::vector<const nuvo_image *> ti;         // per training image
+  std::vector<char> simGridAsTi;              // per training image: 1 for the simulation grid
+  const nuvo_image *pdfTrainImage = nullptr;  // with two or more training images
   std::vector<const nuvo_searchNeighborhood *> neighborhood;  // per variable
   std::vector<char> uniformWeights;                           // per variable
   std::vector<int> distanceType;                              // per variable
@@ -41,7 +43,34 @@ struct RealizationSetup {
   std::vector<double> power, invPower;                        // per variable (L-p distance)
   PathSettings initial, postProcessing;
   int npostProcessingPathMax = 0;
+
+  // Categorical variables compared on one-byte codes: categories[v] holds the
+  // sorted training values of a coded variable (empty for the others), and
+  // tiCode[t * nvar + v] the code of every node of training image t: the index of
+  // its value in categories[v], or kMissingCode. It is empty where the variable
+  // is not coded or the training image is the simulation grid, whose values
+  // change as it is simulated.
+  std::vector<std::vector<double>> categories;
+  std::vector<std::vector<std::int8_t>> tiCode;
+
+  // The codes of variable v in training image t, or null when it is not coded.
+  const std::int8_t *codes(int t, int v) const {
+    if (tiCode.empty()) return nullptr;
+    const std::vector<std::int8_t> &c = tiCode[static_cast<std::size_t>(t) * nvar + v];
+    return c.empty() ? nullptr : c.data();
+  }
 };
+
+inline constexpr std::int8_t kMissingCode = -1;
+inline constexpr std::int8_t kForeignCode = -2;  // a data value met in no training image
+
+// Codes the categorical variables with at most 127 categories (`categories` per
+// variable, empty for a variable not to code) and fills setup.categories and
+// setup.tiCode.
+void codeCategories(RealizationSetup &setup, std::vector<std::vector<double>> categories);
+
+// The code of `value` for coded variable v.
+std::int8_t categoryCode(const RealizationSetup &setup, int v, double value);
 
 // The additional maps of the realization (null when not asked for): one variable
 // per simulated variable in one-by-one mode, one in vector mode.

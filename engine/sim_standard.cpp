@@ -118,8 +118,10 @@ void StandardSimulation::prepareSetup() {
   const nuvo_simSearchNeighborhoods &nb = neighborhoods_.value;
   setup_.nvar = si_.nvar;
   setup_.vectorMode = si_.simAndPathParameters->simType == SIM_VARIABLE_VECTOR;
-  for (int t = 0; t < si_.ntrainImage; ++t)
+  for (int t = 0; t < si_.ntrainImage; ++t) {
     setup_.ti.push_back(si_.simGridAsTiFlag[t] ? &work_.image : &si_.trainImage[t]);
+    setup_.simGridAsTi.push_back(si_.simGridAsTiFlag[t]);
+  }
   setup_.pdfTrainImage = si_.ntrainImage > 1 ? si_.pdfTrainImage : nullptr;
   for (int v = 0; v < si_.nvar; ++v) {
     setup_.neighborhood.push_back(&nb.searchNeighborhood[nb.searchNeighborhoodIndex[v]]);
@@ -130,6 +132,10 @@ void StandardSimulation::prepareSetup() {
     setup_.power.push_back(si_.powerLpDistance[v]);
     setup_.invPower.push_back(si_.powerLpDistanceInv[v]);
   }
+  std::vector<std::vector<double>> categories(si_.nvar);
+  for (int v = 0; v < si_.nvar; ++v)
+    if (prepared_.variable[v].categorical) categories[v] = prepared_.variable[v].value;
+  codeCategories(setup_, std::move(categories));
   setup_.initial = pathSettings(si_.nneighboringNode, si_.neighboringNodeDensity,
                                 si_.distanceThreshold, si_.maxScanFraction, si_.tolerance);
   setup_.npostProcessingPathMax = si_.npostProcessingPathMax;
