@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -77,55 +78,78 @@ void advanceSecondary(nuvo_randContext *ctx) {
   } while (ctx->u == 0.0);
 }
 
-// Fenwick tree of the weights by list position, for the weighted shuffle. Placed
-// positions hold weight 0, so the prefix sum up to a position equals the
-// cumulative weight of the unplaced entries before it.
+// Sums of the weights by list position in a tree of fanout kFanout: level 0 holds
+// the weights themselves, each level above the sums of consecutive groups of
+// kFanout entries of the level below, up to a top level of at most kFanout sums.
+// Placed positions hold weight 0, so the weights before a position add up to the
+// cumulative weight of the unplaced entries before it. A search reads one group
+// per level, contiguous in memory: on long lists only the lowest levels leave the
+// cache, and a draw beyond all that remains is settled by the top level alone.
 class WeightTree {
-  static std::size_t lowBit(std::size_t i) { return i & (~i + 1); }
+  static constexpr std::size_t kFanout = 16;
 
  public:
-  explicit WeightTree(const std::vector<double> &weights) : tree_(weights.size() + 1, 0.0) {
-    const std::size_t n = weights.size();
-    for (std::size_t i = 1; i <= n; ++i) {
-      tree_[i] += weights[i - 1];
-      const std::size_t parent = i + lowBit(i);
-      if (parent <= n) tree_[parent] += tree_[i];
+  // Takes over `cumWeight` (n+1 values) as storage: its first n entries become the
+  // weights. The levels above are allocated before anything is changed.
+  WeightTree(std::size_t n, double *cumWeight) : weight_(cumWeight, n) {
+    for (std::size_t size = n; size > kFanout;) {
+      size = (size + kFanout - 1) / kFanout;
+      sums_.emplace_back(size);
     }
-    highBit_ = 1;
-    while (highBit_ * 2 <= n) highBit_ *= 2;
+    for (std::size_t i = 0; i < n; ++i) weight_[i] = cumWeight[i + 1] - cumWeight[i];
+    std::span<const double> lower(weight_);
+    for (std::vector<double> &level : sums_) {
+      for (std::size_t i = 0; i < lower.size(); ++i) level[i / kFanout] += lower[i];
+      lower = level;
+    }
   }
 
-  void add(std::size_t position, double delta) {
-    for (std::size_t i = position + 1; i < tree_.size(); i += lowBit(i)) tree_[i] += delta;
+  double weight(std::size_t position) const { return weight_[position]; }
+
+  void set(std::size_t position, double value) {
+    const double delta = value - weight_[position];
+    weight_[position] = value;
+    for (std::vector<double> &level : sums_) {
+      position /= kFanout;
+      level[position] += delta;
+    }
   }
 
   // The largest p in [0, n] whose prefix sum (weights of positions 0 ... p-1)
   // does not exceed x. A bisection over non-decreasing cumulative weights lands
   // on the same position, except that it never goes past n-1.
   std::size_t lastPrefixNotAbove(double x) const {
-    std::size_t p = 0;
     double prefix = 0.0;
-    for (std::size_t bit = highBit_; bit != 0; bit /= 2) {
-      const std::size_t next = p + bit;
-      if (next < tree_.size() && prefix + tree_[next] <= x) {
-        p = next;
-        prefix += tree_[next];
-      }
+    std::size_t first = 0;
+    for (std::size_t level = sums_.size();; --level) {
+      const std::span<const double> values = level == 0 ? weight_ : std::span(sums_[level - 1]);
+      const std::size_t end = std::min(first + kFanout, values.size());
+      std::size_t i = first;
+      while (i < end && prefix + values[i] <= x) prefix += values[i++];
+      // Everything in this group fits under x (only partly, through rounding,
+      // below the top): the answer is the end of the group's positions.
+      if (i == end) return std::min(end * positionsPerEntry(level), weight_.size());
+      if (level == 0) return i;
+      first = i * kFanout;
     }
-    return p;
   }
 
  private:
-  std::vector<double> tree_;
-  std::size_t highBit_;
+  // Number of positions one entry of `level` covers.
+  static std::size_t positionsPerEntry(std::size_t level) {
+    std::size_t s = 1;
+    for (; level > 0; --level) s *= kFanout;
+    return s;
+  }
+
+  std::span<double> weight_;
+  std::vector<std::vector<double>> sums_;
 };
 
 int weightedShuffle(int n, int *list, double *cumWeight, nuvo_randContext *ctx) {
   const std::size_t size = static_cast<std::size_t>(n);
-  std::vector<double> weight(size);
-  for (std::size_t i = 0; i < size; ++i) weight[i] = cumWeight[i + 1] - cumWeight[i];
-  WeightTree tree(weight);
   const double total = cumWeight[size];
+  WeightTree tree(size, cumWeight);
   for (std::size_t k = 0; k + 1 < size; ++k) {
     const double x = NUVODoubleRand(0, ctx) * total;
     // A draw beyond the remaining weight falls on the last position. The lower
@@ -133,14 +157,12 @@ int weightedShuffle(int n, int *list, double *cumWeight, nuvo_randContext *ctx) 
     const std::size_t j = std::clamp(tree.lastPrefixNotAbove(x), k, size - 1);
     std::swap(list[k], list[j]);
     // The entry that was at k moves to j; position k is placed and leaves the tree.
-    if (j != k) tree.add(j, weight[k] - weight[j]);
-    tree.add(k, -weight[k]);
-    weight[j] = weight[k];
-    weight[k] = 0.0;
+    if (j != k) tree.set(j, tree.weight(k));
+    tree.set(k, 0.0);
   }
   // The state the step-by-step update of the cumulative weights ends in.
+  cumWeight[size] = tree.weight(size - 1);
   std::fill(cumWeight, cumWeight + size, 0.0);
-  cumWeight[size] = weight[size - 1];
   return 0;
 }
 

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <numeric>
 #include <utility>
@@ -250,26 +252,55 @@ std::vector<double> randomWeights(int n, nuvo_randContext *ctx) {
   return weights;
 }
 
+// Shuffles `list` with `weights` both ways from the same seed and expects the same
+// permutation, final cumulative weights and generator state.
+void expectStepByStepResult(const std::vector<double> &weights, const std::vector<int> &list,
+                            int seed) {
+  const int n = static_cast<int>(list.size());
+  std::vector<int> expected = list;
+  std::vector<int> actual = list;
+  std::vector<double> expectedCum = cumulative(weights);
+  std::vector<double> actualCum = expectedCum;
+  nuvo_randContext literalCtx = seededContext(seed);
+  nuvo_randContext ctx = seededContext(seed);
+  literalWeightedShuffle(expected, expectedCum, &literalCtx);
+  ASSERT_EQ(NUVORandomizeWeightedListOfInt(n, actual.data(), actualCum.data(), &ctx), 0);
+  ASSERT_EQ(actual, expected) << "n " << n;
+  ASSERT_EQ(actualCum, expectedCum);
+  ASSERT_TRUE(sameState(ctx, literalCtx));
+}
+
 TEST(RandomizeWeightedListOfInt, AgreesWithTheStepByStepAlgorithm) {
   nuvo_randContext lists = seededContext(99);
   for (int trial = 0; trial < 400; ++trial) {
+    SCOPED_TRACE(trial);
     const int n = 2 + NUVOIntRand(0, 199, &lists);
     const std::vector<double> weights = randomWeights(n, &lists);
-    std::vector<int> expected(n);
-    for (int &v : expected) v = NUVOIntRand(0, 1000, &lists);
-    std::vector<int> actual = expected;
-    std::vector<double> expectedCum = cumulative(weights);
-    std::vector<double> actualCum = expectedCum;
-
-    const int seed = 1 + trial;
-    nuvo_randContext literalCtx = seededContext(seed);
-    nuvo_randContext ctx = seededContext(seed);
-    literalWeightedShuffle(expected, expectedCum, &literalCtx);
-    ASSERT_EQ(NUVORandomizeWeightedListOfInt(n, actual.data(), actualCum.data(), &ctx), 0);
-    ASSERT_EQ(actual, expected) << "trial " << trial << ", n " << n;
-    ASSERT_EQ(actualCum, expectedCum) << "trial " << trial;
-    ASSERT_TRUE(sameState(ctx, literalCtx));
+    std::vector<int> list(n);
+    for (int &v : list) v = NUVOIntRand(0, 1000, &lists);
+    expectStepByStepResult(weights, list, 1 + trial);
+    if (HasFatalFailure()) return;
   }
+}
+
+// A long list with integer weights 1 + 2^20 a^d, d the distance of an entry to the
+// nearest of a few sites, as the distance-guided path builds them: the searches
+// cross several levels of partial groups, most of the mass goes early and many
+// draws then fall beyond what remains.
+TEST(RandomizeWeightedListOfInt, AgreesWithTheStepByStepAlgorithmOnALongList) {
+  constexpr int kN = 20011;
+  nuvo_randContext sites = seededContext(7);
+  std::vector<int> site(12);
+  for (int &s : site) s = NUVOIntRand(0, kN, &sites);
+  std::vector<double> weights(kN);
+  for (int i = 0; i < kN; ++i) {
+    int d = kN;
+    for (int s : site) d = std::min(d, std::abs(i - s));
+    weights[i] = 1.0 + std::floor(0x1p20 * std::pow(0.9, d / 8.0));
+  }
+  std::vector<int> list(kN);
+  std::iota(list.begin(), list.end(), 0);
+  expectStepByStepResult(weights, list, 2027);
 }
 
 }  // namespace
