@@ -21,7 +21,6 @@ class ChannelRealization : public ::testing::Test {
     NUVOInitImage(&ti_);
     NUVOInitImage(&sim_);
     ASSERT_EQ(NUVOGenerateChannelImage(&ti_, 80, 80, 1, 0.3, 6.0, 21), 0);
-    ASSERT_EQ(NUVOCopyImage(&ti_, &sim_), 0);
     ASSERT_EQ(NUVOResizeImage(&ti_, &sim_, 0, 39, 0, 39, 0, 0, 0, 0), 0);
     for (int i = 0; i < sim_.nxyzv; ++i) sim_.var[i] = NUVO_MISSING_VALUE;
     for (int k : kData) sim_.var[k] = k % 2;
