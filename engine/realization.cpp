@@ -17,6 +17,8 @@ constexpr int kFlagged = 2;    // state of an entry waiting for post-processing
 constexpr int kSimulated = 1;  // state of an entry simulated by a path
 constexpr int kPostProcessingSeedStep = 472;
 constexpr int kMarginalDrawAttempts = 64;
+constexpr int kEmptyWindow = 38;  // warnings: a data event larger than the training image
+constexpr int kEmptyWindowPostProcessing = 39;
 
 bool isMissing(double v) {
   return v == NUVO_MISSING_VALUE;
@@ -59,11 +61,13 @@ class RealizationRun {
     targets_.reserve(setup.nvar);
   }
 
-  // Simulates `path` with `settings`; writes the maps when `writeMaps`. Entries
-  // whose error exceeds the settings' tolerance end in state kFlagged in `state`,
-  // the others in kSimulated.
-  int runPath(std::span<const int> path, const PathSettings &settings, int baseSeed, bool writeMaps,
-              std::vector<signed char> &state, nuvo_progressMonitor *pm,
+  // Simulates `path` with `settings`. The initial path writes the maps and
+  // reports progress; any path reports warning 38 (39 after the initial path)
+  // once when a data event did not fit in the training image. Entries whose
+  // error exceeds the settings' tolerance end in state kFlagged in `state`, the
+  // others in kSimulated.
+  int runPath(std::span<const int> path, const PathSettings &settings, int baseSeed,
+              bool initialPath, std::vector<signed char> &state, nuvo_progressMonitor *pm,
               nuvo_progressCallback callback);
 
   RealizationStats &stats() { return stats_; }
@@ -75,6 +79,7 @@ class RealizationRun {
     double error = 0.0;
     int iterations = 0;
     bool marginal = false;
+    bool emptyWindow = false;  // the data event was larger than the training image
   };
 
   void simulateEntry(int entry, const PathSettings &settings, nuvo_randContext *ctx,
@@ -294,6 +299,7 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
       if (r.tiNode >= 0) copy(ti, r.tiNode, node);
       return;
     }
+    o->emptyWindow = true;
   }
   // No informed neighbour, or a data event larger than the training image: a
   // node of the training image is taken at random.
@@ -305,13 +311,14 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
 }
 
 int RealizationRun::runPath(std::span<const int> path, const PathSettings &settings, int baseSeed,
-                            bool writeMapsFlag, std::vector<signed char> &state,
+                            bool initialPath, std::vector<signed char> &state,
                             nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
   nuvo_randContext ctx;
   NUVOInitRandContext(&ctx);
   stats_.reset();
   const int n = static_cast<int>(path.size());
   int lastPercent = -1;
+  bool emptyWindow = false;
   for (int k = 0; k < n; ++k) {
     const int entry = path[k];
     seedRandContext(entrySeed(baseSeed, k), &ctx);
@@ -319,13 +326,14 @@ int RealizationRun::runPath(std::span<const int> path, const PathSettings &setti
     simulateEntry(entry, settings, &ctx, &o);
     const bool above = !o.marginal && o.error > 0.0;
     stats_.record(o.ti, o.marginal, above, o.error, o.iterations);
-    if (writeMapsFlag) writeMaps(entry, setup_.vectorMode ? entry : entry % grid_.nxyz, k, o);
+    emptyWindow = emptyWindow || o.emptyWindow;
+    if (initialPath) writeMaps(entry, setup_.vectorMode ? entry : entry % grid_.nxyz, k, o);
     if (o.error > settings.tolerance || o.tiNode < 0) {
       state[entry] = kFlagged;
     } else {
       state[entry] = kSimulated;
     }
-    if (pm != nullptr) {
+    if (initialPath && pm != nullptr) {
       const int percent = static_cast<int>(100LL * (k + 1) / n);
       if (percent != lastPercent) {
         lastPercent = percent;
@@ -336,6 +344,8 @@ int RealizationRun::runPath(std::span<const int> path, const PathSettings &setti
       }
     }
   }
+  if (emptyWindow && pm != nullptr)
+    return reportWarning(pm, callback, initialPath ? kEmptyWindow : kEmptyWindowPostProcessing);
   return 0;
 }
 
@@ -397,7 +407,7 @@ int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
           if (target) valueAt(sim, v, node) = NUVO_MISSING_VALUE;
         }
       }
-      NUVO_TRY(run.runPath(again, setup.postProcessing, base, false, state, nullptr, nullptr));
+      NUVO_TRY(run.runPath(again, setup.postProcessing, base, false, state, pm, callback));
       ++done;
       again = flagged();
       if (report != nullptr) {

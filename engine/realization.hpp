@@ -6,6 +6,16 @@
 // simulateRealization for each realization with the realization's path. Every
 // path entry reseeds the random context with the base seed plus its position in
 // the path, so an entry's draws never depend on what happened before it.
+//
+// An entry whose data event is empty (no informed neighbour), or larger than the
+// training image it chose, takes its value from the marginal: a node of that
+// training image drawn uniformly among those where the values to simulate are
+// informed (up to 64 random draws, then the next usable node in node order).
+// It is counted among the nodes from the marginal in the report. An empty data
+// event is normal (the first nodes of an unconditional simulation have one), so
+// it raises no warning; a data event larger than the training image means the
+// neighbourhood is too large for it, and raises warning 38 once per realization
+// (39 in post-processing).
 #pragma once
 
 #include <cstdint>

@@ -146,4 +146,30 @@ TEST_F(ChannelRealization, ReportsStatisticsAndPostProcesses) {
   for (double v : a) ASSERT_TRUE(v == 0.0 || v == 1.0);
 }
 
+// Warnings seen by the progress callback.
+std::vector<int> seenWarnings;
+int recordWarning(nuvo_progressMonitor *pm) {
+  if (pm->warningNumber != 0) seenWarnings.push_back(pm->warningNumber);
+  return 0;
+}
+
+TEST_F(ChannelRealization, WarnsOnceWhenDataEventsOutgrowTheTrainingImage) {
+  nuvo_image small;
+  NUVOInitImage(&small);
+  ASSERT_EQ(NUVOGenerateChannelImage(&small, 6, 6, 1, 0.3, 2.0, 1), 0);
+  setup_.ti = {&small};
+  const double fraction[] = {0.5};
+  setup_.initial.maxScan = nuvo::maxScanTable(setup_, fraction);
+  nuvo_progressMonitor pm;
+  NUVOInitProgressMonitor(&pm);
+  seenWarnings.clear();
+  const std::vector<int> path = randomPath(4);
+  ASSERT_EQ(nuvo::simulateRealization(setup_, &sim_, toSimulate_, path, 4, {}, nullptr, &pm,
+                                      recordWarning),
+            0);
+  EXPECT_EQ(seenWarnings, std::vector<int>{38});
+  for (int i = 0; i < sim_.nxyzv; ++i) ASSERT_TRUE(sim_.var[i] == 0.0 || sim_.var[i] == 1.0);
+  NUVOFreeImage(&small);
+}
+
 }  // namespace

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "../input/siminput_builder.hpp"
+#include "nuvo_imagefile.h"
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
 
@@ -116,6 +117,22 @@ TEST_F(Simulation, ConsoleModeWritesFilesOnlyAndMapsFollowTheRequest) {
   EXPECT_TRUE(fs::exists(dir_ / "real_real00000.gslib"));
   EXPECT_TRUE(fs::exists(dir_ / "real_real00001.gslib"));
   EXPECT_TRUE(fs::exists(dir_ / "err_real00001.gslib"));
+}
+
+TEST_F(Simulation, WritesOneFilePerVariableWithEveryRealization) {
+  si_.consoleAppFlag = 1;
+  si_.outputSimJob = OUTPUT_SIM_ONE_FILE_PER_VARIABLE;
+  setName(si_.outputSimImageFileName[0], "facies.gslib");
+  ASSERT_EQ(simulate(), 0);
+  FILE *f = std::fopen((dir_ / "facies.gslib").c_str(), "r");
+  ASSERT_NE(f, nullptr);
+  nuvo_image back;
+  NUVOInitImage(&back);
+  EXPECT_EQ(NUVOReadImage(&back, 0, f), 0);
+  std::fclose(f);
+  EXPECT_EQ(back.nvar, 2);
+  EXPECT_STREQ(back.varName[1], "facies_real00001");
+  NUVOFreeImage(&back);
 }
 
 TEST_F(Simulation, KeepsAdditionalMapsInTheOutput) {
