@@ -110,7 +110,8 @@ void addRunCommand(CLI::App &app) {
       "folders of output files are created.\n"
       "On a terminal a progress bar is drawn on stderr; warnings are printed as they come.\n"
       "A failure prints the library's message (with the line where reading stopped for a\n"
-      "malformed file) and the output files written before it.");
+      "malformed file) and the output files written before it. Ctrl-C stops the simulation\n"
+      "the same way (a second Ctrl-C ends the program at once).");
   command->add_option("FILE", options->parameterFile, "Parameter file (.in)")->required();
   command->add_flag("-q,--quiet", options->quiet, "No progress bar and no warnings");
   setAction(command, [options] { return runRun(*options); });

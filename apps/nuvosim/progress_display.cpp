@@ -1,5 +1,6 @@
 #include "progress_display.hpp"
 
+#include <csignal>
 #include <cstdio>
 #include <string>
 
@@ -15,6 +16,14 @@ constexpr int kLineWidth = 79;
 constexpr int kStopped = -1000;
 
 thread_local ProgressDisplay *activeDisplay = nullptr;
+
+// Set by the first Ctrl-C while a display is active; a second one ends the program.
+volatile std::sig_atomic_t interrupted = 0;
+
+extern "C" void onInterrupt(int) {
+  interrupted = 1;
+  std::signal(SIGINT, SIG_DFL);
+}
 
 // "m:ss", or "h:mm:ss" from one hour on.
 std::string clockText(double seconds) {
@@ -34,14 +43,19 @@ ProgressDisplay::ProgressDisplay(bool showBar, bool showWarnings)
     : showBar_(showBar), showWarnings_(showWarnings), previous_(activeDisplay) {
   NUVOInitProgressMonitor(&monitor_);
   activeDisplay = this;
+  interrupted = 0;
+  previousHandler_ = std::signal(SIGINT, onInterrupt);
+  if (previousHandler_ == SIG_IGN) std::signal(SIGINT, SIG_IGN);  // a program run in the background
 }
 
 ProgressDisplay::~ProgressDisplay() {
+  std::signal(SIGINT, previousHandler_ == SIG_ERR ? SIG_DFL : previousHandler_);
   clearBar();
   activeDisplay = previous_;
 }
 
 int ProgressDisplay::callback(nuvo_progressMonitor *pm) {
+  if (interrupted) pm->stopFlag = 1;
   if (pm->stopFlag) return kStopped;
   return activeDisplay != nullptr ? activeDisplay->report(*pm) : 0;
 }

@@ -13,6 +13,9 @@ namespace nuvo::cli {
 // is found through a thread-local pointer: a ProgressDisplay makes itself the
 // active one from construction to destruction (the library calls the callback on
 // the thread that called it). One display is active at a time per thread.
+// While a display is active, a first Ctrl-C asks the library to stop (its
+// operation returns -1000) so that the command can say what it leaves behind; a
+// second one ends the program.
 class ProgressDisplay {
  public:
   ProgressDisplay(bool showBar, bool showWarnings);
@@ -43,6 +46,7 @@ class ProgressDisplay {
   Clock::time_point start_ = Clock::now();
   Clock::time_point lastDraw_{};
   ProgressDisplay *previous_;
+  void (*previousHandler_)(int);
 };
 
 }  // namespace nuvo::cli
