@@ -2,7 +2,7 @@
 JOBS ?= $(shell nproc)
 CMAKE_COMMON = -DNUVO_WERROR=ON
 
-.PHONY: all test sanitize bench fuzz fuzz-run format deps clean
+.PHONY: all test sanitize demo bench fuzz fuzz-run format deps clean
 
 all:
 	cmake -S . -B build/release -DCMAKE_BUILD_TYPE=Release $(CMAKE_COMMON)
@@ -18,6 +18,22 @@ sanitize:
 	cmake --build build/sanitize -j$(JOBS)
 	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
 	  ctest --test-dir build/sanitize --output-on-failure -j$(JOBS)
+
+# The examples' training images and conditioning points, then the 2D example run
+# and its realizations and training image drawn as PNG in examples/channels2d/output/.
+NUVOSIM = build/release/apps/nuvosim
+CHANNELS = examples/channels2d
+demo: all
+	$(NUVOSIM) generate channels $(CHANNELS)/ti.gslib --nx 250 --ny 250 --seed 1
+	$(NUVOSIM) generate channels $(CHANNELS)/reference.gslib --nx 200 --ny 200 --seed 7
+	$(NUVOSIM) sample $(CHANNELS)/reference.gslib 25 $(CHANNELS)/points.txt --seed 3
+	$(NUVOSIM) generate lenses examples/lenses3d/ti.gslib --nx 60 --ny 60 --nz 20 --seed 2
+	$(NUVOSIM) run $(CHANNELS)/channels2d.in
+	$(NUVOSIM) render $(CHANNELS)/ti.gslib $(CHANNELS)/output/ti.png
+	for r in 00000 00001 00002; do \
+	  $(NUVOSIM) render $(CHANNELS)/output/channels_real$$r.gslib \
+	    $(CHANNELS)/output/channels_real$$r.png || exit 1; \
+	done
 
 bench:
 	cmake -S . -B build/bench -DCMAKE_BUILD_TYPE=Release -DNUVO_ASSERTIONS=OFF \

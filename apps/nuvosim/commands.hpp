@@ -26,6 +26,8 @@ inline void setAction(CLI::App *command, std::function<int()> body) {
   });
 }
 
+void addRunCommand(CLI::App &app);
+void addCheckCommand(CLI::App &app);
 void addInfoCommand(CLI::App &app);
 void addConvertCommand(CLI::App &app);
 void addRenderCommand(CLI::App &app);

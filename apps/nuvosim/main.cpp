@@ -11,8 +11,11 @@ constexpr const char *kFooter =
     "Image files: the extension gives the format (.gslib .dat .txt GSLIB text, .vtk, .pgm,\n"
     ".ppm, .gslibbin .bin GSLIB binary); --from KEY / --to KEY name it otherwise.\n"
     "Exit status: 0 success, 1 usage error, 2 input or data error (the library's message\n"
-    "and the file name go to stderr), 3 output error. An output file is written under a\n"
-    "temporary name and renamed when complete: a failed command leaves no partial file.\n"
+    "and the file name go to stderr; for a parameter file also the line where reading\n"
+    "stopped), 3 output error. Images, point sets and pictures are written under a\n"
+    "temporary name and renamed when complete, so a failed command leaves no partial\n"
+    "file; 'run' lets the library write its outputs and lists those written before a\n"
+    "failure.\n"
     "Run 'nuvosim COMMAND --help' for the options of a command.";
 
 }  // namespace
@@ -29,6 +32,8 @@ int main(int argc, char **argv) {
       },
       "Print the library version and exit");
 
+  addRunCommand(app);
+  addCheckCommand(app);
   addInfoCommand(app);
   addConvertCommand(app);
   addRenderCommand(app);

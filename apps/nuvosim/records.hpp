@@ -4,6 +4,8 @@
 
 #include "nuvo_image.h"
 #include "nuvo_pointset.h"
+#include "nuvo_sim.h"
+#include "nuvo_siminput.h"
 
 namespace nuvo::cli {
 
@@ -26,5 +28,8 @@ class Owned {
 
 using Image = Owned<nuvo_image, NUVOInitImage, NUVOFreeImage>;
 using PointSet = Owned<nuvo_pointSet, NUVOInitPointSet, NUVOFreePointSet>;
+using SimInputASCII = Owned<nuvo_simInputASCII, NUVOInitSimInputASCII, NUVOFreeSimInputASCII>;
+using SimInput = Owned<nuvo_simInput, NUVOInitSimInput, NUVOFreeSimInput>;
+using SimOutput = Owned<nuvo_simOutput, NUVOInitSimOutput, NUVOFreeSimOutput>;
 
 }  // namespace nuvo::cli

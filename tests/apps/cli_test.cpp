@@ -102,8 +102,8 @@ TEST_F(Cli, UsageErrorsExitWithOneAndHelpWorksEverywhere) {
   r = run("--help");
   EXPECT_EQ(r.status, 0);
   EXPECT_NE(r.out.find("Exit status"), std::string::npos);
-  for (const char *command : {"info", "convert", "render", "generate", "generate channels",
-                              "generate lenses", "generate field", "sample"}) {
+  for (const char *command : {"run", "check", "info", "convert", "render", "generate",
+                              "generate channels", "generate lenses", "generate field", "sample"}) {
     r = run(std::string(command) + " --help");
     EXPECT_EQ(r.status, 0) << command;
     EXPECT_NE(r.out.find(std::string("Usage: nuvosim ") + command), std::string::npos) << r.out;
@@ -247,6 +247,115 @@ TEST_F(Cli, GenerateAndSampleWriteReadableFiles) {
     EXPECT_LT(points.x[k], 40.0);
   }
   NUVOFreePointSet(&points);
+}
+
+// A 30 x 30 channel simulation from a 40 x 40 training image, one realization in
+// one file; NEIGHBORS is replaced by the number of neighbors.
+constexpr const char *kTinyParameterFile = R"(/* tiny */
+30 30 1  1.0 1.0 1.0  0.0 0.0 0.0
+1 facies 1 %.0f
+OUTPUT_SIM_ALL_IN_ONE_FILE out/sim.gslib
+0 0 0 0
+0
+1 ti.gslib
+0
+0
+0 0 0
+0.0
+NORMALIZING_LINEAR
+SEARCHNEIGHBORHOOD_RADIUS_LARGE_DEFAULT SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_ONE
+SEARCHNEIGHBORHOOD_ROTATION_OFF 0.0
+NEIGHBORS   // maximal number of neighbors
+1.0
+RESCALING_NONE
+0
+0
+1.0
+SIM_VARIABLE_VECTOR PATH_RANDOM
+0.05
+0 0 0
+0.2
+0
+0.0
+0
+123 1
+1
+END
+)";
+
+// Runs and checks parameter files in case/, from the scratch folder above it.
+class CliRun : public Cli {
+ protected:
+  void SetUp() override {
+    Cli::SetUp();
+    fs::create_directories(path("case"));
+    ASSERT_EQ(run("generate channels case/ti.gslib --nx 40 --ny 40 --width 4 --seed 5").status, 0);
+  }
+
+  void writeParameterFile(const std::string &neighbors) const {
+    std::string text = kTinyParameterFile;
+    text.replace(text.find("NEIGHBORS"), 9, neighbors);
+    writeFile("case/tiny.in", text);
+  }
+};
+
+TEST_F(CliRun, RunTakesNamesFromTheParameterFilesFolderAndWritesTheRealization) {
+  writeParameterFile("12");
+  Outcome r = run("check case/tiny.in");
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_NE(r.out.find("case/tiny.in: valid"), std::string::npos) << r.out;
+  EXPECT_FALSE(fs::exists(path("case/out")));
+
+  r = run("run case/tiny.in --quiet");
+  ASSERT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.err, "");
+  EXPECT_NE(r.out.find("1 realization(s)"), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("case/out/sim.gslib"), std::string::npos) << r.out;
+  nuvo_image image;
+  NUVOInitImage(&image);
+  readImage("case/out/sim.gslib", NUVO_IMAGE_FORMAT_GSLIB, &image);
+  ASSERT_EQ(image.nxyzv, 30 * 30);
+  EXPECT_STREQ(image.varName[0], "facies_real00000");
+  int channel = 0;
+  for (int k = 0; k < image.nxyzv; ++k) {
+    ASSERT_TRUE(image.var[k] == 0.0 || image.var[k] == 1.0) << k;
+    channel += image.var[k] == 1.0;
+  }
+  EXPECT_GT(channel, 0);
+  EXPECT_LT(channel, image.nxyzv);
+  NUVOFreeImage(&image);
+}
+
+TEST_F(CliRun, BrokenParameterFileExitsWithTwoAndSaysWhereReadingStopped) {
+  writeParameterFile("twelve");
+  for (const char *command : {"run", "check"}) {
+    const Outcome r = run(std::string(command) + " case/tiny.in");
+    EXPECT_EQ(r.status, 2) << command;
+    EXPECT_NE(r.err.find("case/tiny.in: line 15, at \"twelve\": ERROR 00849: reading error, "
+                         "input ASCII (nneighboringNode)"),
+              std::string::npos)
+        << r.err;
+  }
+  EXPECT_FALSE(fs::exists(path("case/out")));
+}
+
+TEST_F(CliRun, MissingTrainingImageExitsWithTwoAndNamesIt) {
+  writeParameterFile("12");
+  fs::remove(path("case/ti.gslib"));
+  const Outcome r = run("run case/tiny.in");
+  EXPECT_EQ(r.status, 2);
+  EXPECT_NE(r.err.find("ERROR 00112: training image file can not be opened: ti.gslib"),
+            std::string::npos)
+      << r.err;
+  EXPECT_FALSE(fs::exists(path("case/out/sim.gslib")));
+}
+
+TEST_F(CliRun, UnwritableOutputExitsWithThree) {
+  writeParameterFile("12");
+  fs::create_directories(path("case/out/sim.gslib"));  // a folder where the file should go
+  const Outcome r = run("run case/tiny.in");
+  EXPECT_EQ(r.status, 3);
+  EXPECT_NE(r.err.find("ERROR 00110"), std::string::npos) << r.err;
 }
 
 }  // namespace
