@@ -245,6 +245,47 @@ int refuseUnavailableTransforms(const nuvo_simInput &si) {
   return 0;
 }
 
+// The local probabilities of the training images: one variable per training
+// image on the simulation grid, informed, non-negative, summing to 1 at every
+// node (within 1e-6).
+int checkTrainImagePdf(const nuvo_simInput &si) {
+  if (si.ntrainImage < 2) return 0;
+  const nuvo_image *pdf = si.pdfTrainImage;
+  NUVO_FAIL_IF(pdf == nullptr || pdf->grid == nullptr || pdf->var == nullptr, -1651);
+  NUVO_FAIL_IF(NUVOCmpGrid(pdf->grid, si.simImage->grid) != 0, -1652);
+  NUVO_FAIL_IF(pdf->nvar != si.ntrainImage, -1653);
+  const int nxyz = pdf->grid->nxyz;
+  for (int k = 0; k < nxyz; ++k) {
+    double sum = 0.0;
+    for (int t = 0; t < si.ntrainImage; ++t) {
+      const double p = pdf->var[static_cast<long long>(t) * nxyz + k];
+      NUVO_FAIL_IF(p == NUVO_MISSING_VALUE, -1654);
+      NUVO_FAIL_IF(p < 0.0, -1655);
+      sum += p;
+    }
+    NUVO_FAIL_IF(std::fabs(sum - 1.0) > 1e-6, -1656);
+  }
+  return 0;
+}
+
+// Constraints and pyramids are read, printed and validated, but the simulation
+// does not apply them yet: an input that uses them is refused rather than
+// simulated without them.
+int refuseUnavailableConstraints(const nuvo_simInput &si) {
+  for (int iv = 0; iv < si.nvar; ++iv) {
+    NUVO_FAIL_IF(
+        si.softProbability != nullptr && si.softProbability[iv].probabilityConstraintUsage != 0,
+        -1909);
+    NUVO_FAIL_IF(si.connectivity != nullptr && si.connectivity[iv].connectivityConstraintUsage != 0,
+                 -2095);
+    NUVO_FAIL_IF(si.blockData != nullptr && si.blockData[iv].blockDataUsage != 0, -2919);
+  }
+  NUVO_FAIL_IF(
+      si.pyramidGeneralParameters != nullptr && si.pyramidGeneralParameters->npyramidLevel != 0,
+      -3520);
+  return 0;
+}
+
 int validateSimInput(nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progressCallback callback,
                      int *error) {
   *error = 0;
@@ -266,7 +307,8 @@ int validateSimInput(nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progressC
   NUVO_TRY(checkPyramids(si, pm, callback, error));
   if (*error != 0 || failed(checkPostProcessing(si))) return 0;
   if (failed(si.nrealization > kMaxRealization ? -678 : 0)) return 0;
-  *error = refuseUnavailableTransforms(si);
+  if (failed(checkTrainImagePdf(si)) || failed(refuseUnavailableTransforms(si))) return 0;
+  *error = refuseUnavailableConstraints(si);
   return 0;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
@@ -86,6 +87,20 @@ inline void setTrainingImageCount(nuvo_simInput *si, int n) {
     si->postProcessingMaxScanFraction[t] = 0.2;
   }
   NUVOFreeImage(&first);
+  // With several training images, each is used with the same probability everywhere.
+  if (si->pdfTrainImage != nullptr) NUVOFreeImage(si->pdfTrainImage);
+  std::free(si->pdfTrainImage);
+  si->pdfTrainImage = nullptr;
+  if (n > 1) {
+    const nuvo_grid &g = *si->simImage->grid;
+    si->pdfTrainImage = initialisedRecords<nuvo_image>(1, NUVOInitImage);
+    NUVOMallocImage(si->pdfTrainImage, g.nxyz, n);
+    *si->pdfTrainImage->grid = g;
+    si->pdfTrainImage->nvar = n;
+    si->pdfTrainImage->nxyzv = g.nxyz * n;
+    for (int t = 0; t < n; ++t) std::snprintf(si->pdfTrainImage->varName[t], 128, "p%d", t);
+    std::fill_n(si->pdfTrainImage->var, g.nxyz * n, 1.0 / n);
+  }
 }
 
 // Fills an initialised record with a valid input: one categorical variable

@@ -254,6 +254,26 @@ const Case kCases[] = {
      0},
     {"1000000 realizations", [](nuvo_simInput &s) { s.nrealization = 1000000; }, 0},
     {"1000001 realizations", [](nuvo_simInput &s) { s.nrealization = 1000001; }, -678},
+    {"two TIs without their pdf",
+     [](nuvo_simInput &s) {
+       nuvo_test::setTrainingImageCount(&s, 2);
+       NUVOFreeImage(s.pdfTrainImage);
+       std::free(s.pdfTrainImage);
+       s.pdfTrainImage = nullptr;
+     },
+     -1651},
+    {"TI pdf not summing to 1",
+     [](nuvo_simInput &s) {
+       nuvo_test::setTrainingImageCount(&s, 2);
+       s.pdfTrainImage->var[7] = 0.6;
+     },
+     -1656},
+    {"TI pdf with a negative value",
+     [](nuvo_simInput &s) {
+       nuvo_test::setTrainingImageCount(&s, 2);
+       s.pdfTrainImage->var[3] = -0.5;
+     },
+     -1655},
     {"homothety", [](nuvo_simInput &s) { s.homothetyUsage = 1; }, -1708},
     {"homothety usage 3", [](nuvo_simInput &s) { s.homothetyUsage = 3; }, -1701},
     {"rotation", [](nuvo_simInput &s) { s.rotationUsage = 2; }, -1808},
