@@ -96,19 +96,23 @@ class TransformedSimulation : public ::testing::Test {
 
 TEST_F(TransformedSimulation, NormalizationsGiveBackTrainingAndConditioningValuesExactly) {
   const double inBetween = 0.5 * (training_[100] + training_[101]);
+  const double below = training_.front() - 0.01 * (training_.back() - training_.front());
+  si_.trainValueRangeExtensionMax = 0.1;
   for (int type : {NORMALIZING_UNIFORM, NORMALIZING_NORMAL}) {
     SCOPED_TRACE(type);
     si_.normalizingType = type;
     si_.simImage->var[10] = training_[700];
     si_.simImage->var[500] = inBetween;  // not a training value
+    si_.simImage->var[800] = below;      // beyond the training range
     const std::vector<double> untouched = training_;
     ASSERT_EQ(simulate(), 0);
     for (int r = 0; r < 2; ++r) {
       const std::vector<double> v = realization(r);
       EXPECT_EQ(v[10], training_[700]);
       EXPECT_EQ(v[500], inBetween);
+      EXPECT_EQ(v[800], below);
       for (int k = 0; k < static_cast<int>(v.size()); ++k) {
-        if (k == 500) continue;
+        if (k == 500 || k == 800) continue;
         ASSERT_TRUE(isTrainingValue(v[k])) << k;
       }
     }
