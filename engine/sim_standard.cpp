@@ -15,6 +15,7 @@
 #include "engine/realization.hpp"
 #include "engine/sim_files.hpp"
 #include "engine/sim_report.hpp"
+#include "engine/variable_transforms.hpp"
 #include "foundation/check.hpp"
 #include "nuvo_conditioning.h"
 #include "nuvo_path.h"
@@ -39,10 +40,24 @@ int maxEventNodes(int nneighboringNode, double density, int neighborhoodSize) {
   return std::min(nneighboringNode, byDensity);
 }
 
-// Distances of continuous variables compared in absolute terms are measured on
-// their range mapped onto [0, 1]: the threshold is scaled by the range instead.
+// Copies of the training images, transformed for the simulation.
+struct OwnedImages {
+  OwnedImages() = default;
+  ~OwnedImages() {
+    for (nuvo_image &image : value) NUVOFreeImage(&image);
+  }
+  OwnedImages(const OwnedImages &) = delete;
+  OwnedImages &operator=(const OwnedImages &) = delete;
+  std::vector<nuvo_image> value;
+};
+
+// Under NORMALIZING_LINEAR, distances of continuous variables compared in
+// absolute terms are measured on their range mapped onto [0, 1]: the threshold
+// is scaled by the range instead. Under NORMALIZING_UNIFORM the values already
+// lie in [0, 1], and under NORMALIZING_NORMAL the threshold is read in standard
+// normal units, so neither is scaled.
 double rangeScale(const nuvo_simInput &si, const VariableMeasure &m, int v) {
-  if (si.distanceType[v] == 0 || si.relativeDistanceFlag[v]) return 1.0;
+  if (si.distanceType[v] == 0 || si.relativeDistanceFlag[v] || isNormalized(si, v)) return 1.0;
   const double range = m.max - m.min;
   return range > 0.0 ? range : 1.0;
 }
@@ -60,6 +75,9 @@ class StandardSimulation {
   void prepareSetup();
   PathSettings pathSettings(const int *nneighbor, const double *density, const double *threshold,
                             const double *scanFraction, double tolerance) const;
+  int prepareTrainingImages();
+  int normalize();
+  void denormalize();
   int preparePathTemplate();
   int orderPath(std::vector<int> &path, nuvo_randContext *ctx) const;
   int simulate(int r, int seed, nuvo_randContext *ctx);
@@ -70,8 +88,12 @@ class StandardSimulation {
   nuvo_progressMonitor *pm_;
   nuvo_progressCallback callback_;
 
-  OwnedImage conditioned_;  // the simulation image with its conditioning data
-  OwnedImage work_;         // the realization being simulated
+  OwnedImage conditioned_;                  // the simulation image with its conditioning data
+  OwnedImage original_;                     // the same, before normalisation (when normalising)
+  OwnedImages trainCopy_;                   // transformed training images (when transforming)
+  const nuvo_image *trainImage_ = nullptr;  // the training images the realizations read
+  std::vector<std::vector<double>> normalized_;  // per variable: its normalisation table
+  OwnedImage work_;                              // the realization being simulated
   PreparedData prepared_;
   OwnedNeighborhoods neighborhoods_;
   RealizationSetup setup_;
@@ -85,9 +107,11 @@ int StandardSimulation::prepare() {
   int nIgnoredVar = 0, nConflict = 0;
   NUVO_TRY(NUVOSimIntegrateConditioningData(&si_, &conditioned_.image, &nIgnoredVar, &nConflict,
                                             pm_, callback_));
-  NUVO_TRY(simPrepareData(si_, std::span<const nuvo_image>(si_.trainImage, si_.ntrainImage),
+  NUVO_TRY(prepareTrainingImages());
+  NUVO_TRY(simPrepareData(si_, std::span<const nuvo_image>(trainImage_, si_.ntrainImage),
                           conditioned_.image, &prepared_, pm_, callback_));
   NUVO_TRY(checkStop(pm_));
+  NUVO_TRY(normalize());
   NUVO_TRY(NUVOCopyImage(&conditioned_.image, &work_.image));
 
   nuvo_randContext ctx;
@@ -99,6 +123,70 @@ int StandardSimulation::prepare() {
   if (report_ != nullptr)
     writeParameterDetails(report_, si_, neighborhoods_.value, prepared_, pathCounts_);
   return writer_.prepare(si_, out_);
+}
+
+// The realizations read the caller's training images unless some variable is
+// rescaled or normalised: they then read copies, rescaled here and normalised
+// once the training values are known.
+int StandardSimulation::prepareTrainingImages() {
+  trainImage_ = si_.trainImage;
+  bool transformed = false;
+  for (int v = 0; v < si_.nvar; ++v)
+    transformed = transformed || isNormalized(si_, v) || si_.rescalingMode[v] != RESCALING_NONE;
+  if (!transformed) return 0;
+  trainCopy_.value.resize(static_cast<std::size_t>(si_.ntrainImage));
+  for (nuvo_image &image : trainCopy_.value) NUVOInitImage(&image);
+  for (int t = 0; t < si_.ntrainImage; ++t)
+    if (!si_.simGridAsTiFlag[t]) NUVO_TRY(NUVOCopyImage(&si_.trainImage[t], &trainCopy_.value[t]));
+  trainImage_ = trainCopy_.value.data();
+  for (int v = 0; v < si_.nvar; ++v) {
+    if (si_.rescalingMode[v] == RESCALING_NONE) continue;
+    const LinearMap map = rescalingMap(si_, si_.trainImage, v);
+    for (int t = 0; t < si_.ntrainImage; ++t)
+      if (!si_.simGridAsTiFlag[t])
+        NUVO_TRY(NUVOTransformLinearImageVar(&trainCopy_.value[t], v, map.a, map.b));
+  }
+  return 0;
+}
+
+// Maps the normalised variables of the training-image copies and of the
+// conditioned simulation image through their tables, keeping the conditioned
+// image as it was to restore the conditioning data exactly after each realization.
+int StandardSimulation::normalize() {
+  normalized_.assign(static_cast<std::size_t>(si_.nvar), {});
+  bool any = false;
+  for (int v = 0; v < si_.nvar; ++v) {
+    if (!isNormalized(si_, v)) continue;
+    if (!any) NUVO_TRY(NUVOCopyImage(&conditioned_.image, &original_.image));
+    any = true;
+    const std::vector<double> &x = prepared_.variable[v].value;
+    normalized_[v] = normalizedValues(prepared_.variable[v], si_.normalizingType);
+    const int n = static_cast<int>(x.size());
+    for (int t = 0; t < si_.ntrainImage; ++t)
+      if (!si_.simGridAsTiFlag[t])
+        NUVO_TRY(NUVOTransformExplicitImageVar(&trainCopy_.value[t], v, n, x.data(),
+                                               normalized_[v].data()));
+    NUVO_TRY(
+        NUVOTransformExplicitImageVar(&conditioned_.image, v, n, x.data(), normalized_[v].data()));
+  }
+  return 0;
+}
+
+// Maps the realization back through the inverse tables, then puts back every
+// fixed entry (conditioning datum or masked node) from the saved image: a datum
+// that is not a training value was only approximated by the table.
+void StandardSimulation::denormalize() {
+  const std::size_t nxyz = static_cast<std::size_t>(work_.image.grid->nxyz);
+  for (int v = 0; v < si_.nvar; ++v) {
+    if (normalized_[v].empty()) continue;
+    const std::vector<double> &x = prepared_.variable[v].value;
+    NUVOTransformExplicitImageVar(&work_.image, v, static_cast<int>(x.size()),
+                                  normalized_[v].data(), x.data());
+    double *values = work_.image.var + static_cast<std::size_t>(v) * nxyz;
+    const double *saved = original_.image.var + static_cast<std::size_t>(v) * nxyz;
+    for (std::size_t k = 0; k < nxyz; ++k)
+      if (prepared_.flag(v, static_cast<int>(k)) == kEntryFixed) values[k] = saved[k];
+  }
 }
 
 PathSettings StandardSimulation::pathSettings(const int *nneighbor, const double *density,
@@ -119,7 +207,7 @@ void StandardSimulation::prepareSetup() {
   setup_.nvar = si_.nvar;
   setup_.vectorMode = si_.simAndPathParameters->simType == SIM_VARIABLE_VECTOR;
   for (int t = 0; t < si_.ntrainImage; ++t) {
-    setup_.ti.push_back(si_.simGridAsTiFlag[t] ? &work_.image : &si_.trainImage[t]);
+    setup_.ti.push_back(si_.simGridAsTiFlag[t] ? &work_.image : &trainImage_[t]);
     setup_.simGridAsTi.push_back(si_.simGridAsTiFlag[t]);
   }
   setup_.pdfTrainImage = si_.ntrainImage > 1 ? si_.pdfTrainImage : nullptr;
@@ -205,6 +293,7 @@ int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
   writer_.startRealization(r);
   NUVO_TRY(simulateRealization(setup_, &work_.image, prepared_.entryFlag, path, seed,
                                writer_.maps(), report_, pm_, callback_));
+  denormalize();
   if (report_ != nullptr) {
     const std::string stars(80, '*');
     std::fprintf(report_, "%s\nCPU time (sec) for realization %5d of %5d: %10.2f\n%s\n",

@@ -16,6 +16,21 @@
  * threshold by its training range, which compares exactly as normalised values
  * would while every simulated and conditioning value stays bit for bit what the
  * training images and the data hold.
+ *
+ * NORMALIZING_UNIFORM and NORMALIZING_NORMAL map each distinct training value of
+ * such a variable to its place in the training distribution (uniform scores in
+ * [0, 1], or standard normal scores) through an explicit table, applied before
+ * the realizations to copies of the training images and to the conditioned
+ * simulation image, and undone after each realization by the inverse table; the
+ * conditioning data are then put back as given. Simulated values are therefore
+ * exactly training values, and the threshold is compared with distances of the
+ * scores, unscaled.
+ *
+ * RESCALING_MIN_MAX and RESCALING_MEAN_LENGTH map copies of the training images
+ * linearly onto the variable's target interval before anything else: simulated
+ * values are training values carried onto that interval, and the conditioning
+ * data and classes of values are read in it. The caller's training images are
+ * never modified.
  */
 #ifndef NUVO_SIM_H
 #define NUVO_SIM_H

@@ -269,9 +269,7 @@ NUVO_API int NUVOPrintSimInput(const nuvo_simInput *si, const char *prefix, FILE
  *
  *  Transforms that simulation does not offer yet are refused last: -1701 / -1801
  *  homothetyUsage / rotationUsage outside 0..2, -1708 / -1808 homothety or
- *  rotation used at all; -1156 normalizingType NORMALIZING_UNIFORM or
- *  NORMALIZING_NORMAL while some variable is normalized (distance type not 0 and
- *  absolute distance); -2135 a rescalingMode other than RESCALING_NONE.
+ *  rotation used at all.
  *
  *  Search neighborhood of each variable, resolved once its parameters are valid.
  *  Let nx, ny, nz be the smallest extents along each axis over the training

@@ -227,21 +227,12 @@ int checkPostProcessing(const nuvo_simInput &si) {
   return checkScanFractions(si, si.postProcessingMaxScanFraction);
 }
 
-// Normalization concerns the variables compared by absolute differences.
-bool anyNormalizedVariable(const nuvo_simInput &si) {
-  for (int iv = 0; iv < si.nvar; ++iv)
-    if (si.distanceType[iv] != 0 && si.relativeDistanceFlag[iv] == 0) return true;
-  return false;
-}
-
 // Transforms that simulation does not offer yet are refused rather than ignored.
 int refuseUnavailableTransforms(const nuvo_simInput &si) {
   NUVO_FAIL_IF(static_cast<unsigned>(si.homothetyUsage) > 2u, -1701);
   NUVO_FAIL_IF(si.homothetyUsage != 0, -1708);
   NUVO_FAIL_IF(static_cast<unsigned>(si.rotationUsage) > 2u, -1801);
   NUVO_FAIL_IF(si.rotationUsage != 0, -1808);
-  NUVO_FAIL_IF(si.normalizingType != NORMALIZING_LINEAR && anyNormalizedVariable(si), -1156);
-  for (int iv = 0; iv < si.nvar; ++iv) NUVO_FAIL_IF(si.rescalingMode[iv] != RESCALING_NONE, -2135);
   return 0;
 }
 

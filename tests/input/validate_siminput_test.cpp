@@ -285,13 +285,15 @@ const Case kCases[] = {
        s.normalizingType = NORMALIZING_NORMAL;
        s.distanceType[0] = 1;
      },
-     -1156},
+     0},
     {"min-max rescaling",
      [](nuvo_simInput &s) {
        s.rescalingMode[0] = RESCALING_MIN_MAX;
        s.distanceType[0] = 2;
+       s.rescalingTargetMin[0] = 0.0;
+       s.rescalingTargetMax[0] = 10.0;
      },
-     -2135},
+     0},
 };
 
 TEST_F(ValidateSimInputTest, EachMistakeHasItsCode) {
