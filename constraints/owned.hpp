@@ -1,7 +1,7 @@
 // Helpers for the owned members of the constraint and pyramid records: arrays,
-// fixed-size name buffers and class-of-values records that a record allocates,
-// copies and releases. They use the C allocator because the records cross the C
-// interface and are released by their NUVOFree... functions.
+// text buffers, class-of-values records and images that a record allocates,
+// copies, loads and releases. They use the C allocator because the records cross
+// the C interface and are released by their NUVOFree... functions.
 #pragma once
 
 #include <cstdio>
