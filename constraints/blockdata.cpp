@@ -163,15 +163,14 @@ int NUVOPrintBlockDataASCII(const nuvo_blockDataASCII *bd, const char *prefix, F
   nuvo::FieldPrinter out(stream, prefix);
   out.field("blockDataUsage", "%d", bd->blockDataUsage);
   if (bd->blockDataUsage == NUVO_BLOCK_DATA_NONE) return 0;
-  const char *name = bd->blockDataFileName;
-  out.text("blockDataFileName", name != nullptr ? name : nuvo::kNotAllocated);
+  out.text("blockDataFileName", bd->blockDataFileName);
   return 0;
 }
 
 int NUVOReadBlockDataASCII(nuvo_blockDataASCII *bd, FILE *stream) {
   NUVO_TRY(nuvo::readInt(stream, &bd->blockDataUsage, -3001));
   if (bd->blockDataUsage != NUVO_BLOCK_DATA_MEAN) return 0;
-  NUVO_TRY(nuvo::allocateText(&bd->blockDataFileName, NUVO_FILE_NAME_MAX));
+  NUVO_TRY(nuvo::allocateOwnedText(&bd->blockDataFileName, NUVO_FILE_NAME_MAX + 1));
   return nuvo::readWord(stream, bd->blockDataFileName, NUVO_FILE_NAME_MAX, -3006, -3006);
 }
 

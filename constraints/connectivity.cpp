@@ -3,7 +3,6 @@
 // once over the record type.
 #include <cstdio>
 #include <cstring>
-#include <string>
 
 #include "constraints/coded_print.hpp"
 #include "constraints/keywords.hpp"
@@ -49,16 +48,15 @@ int printCommon(const Record *c, const char *prefix, FILE *stream,
   const int usage = c->connectivityConstraintUsage;
   printCoded(stream, prefix, "connectivityConstraintUsage", usage, kUsageText, "(unknown)\n");
   if (usage == NUVO_CONNECTIVITY_NONE || !isKnownUsage(usage)) return 0;
-  const std::string nested = nestedPrefix(prefix);
   FieldPrinter out(stream, prefix);
   std::fprintf(stream, "%sconnectivityType:", prefix);
   const int type = c->connectivityType;
   const bool knownType = type >= CONNECT_FACE && type <= CONNECT_FACE_EDGE_CORNER;
   std::fputs(keywordOf(kConnectivityTypeKeywords, type), stream);
   std::fputs(knownType ? kTypeText[type] : "\n", stream);
-  NUVO_TRY(printOwnedClasses(out, c->classOfValues));
-  out.text("varName", c->varName != nullptr ? c->varName : kNotAllocated);
-  NUVO_TRY(printReference(out, nested));
+  NUVO_TRY(printNested(out, "classOfValues", c->classOfValues, NUVOPrintClassOfValues));
+  out.text("varName", c->varName);
+  NUVO_TRY(printReference(out));
   out.field("deactivationDistance", "%.10g", c->deactivationDistance);
   out.field("threshold", "%.10g", c->threshold);
   return 0;
@@ -67,10 +65,10 @@ int printCommon(const Record *c, const char *prefix, FILE *stream,
 // ---- Reading the text form ----
 
 int readReference(nuvo_connectivityASCII *c, FILE *stream) {
-  NUVO_TRY(allocateText(&c->refConnectivityImageFileName, NUVO_FILE_NAME_MAX));
+  NUVO_TRY(allocateOwnedText(&c->refConnectivityImageFileName, NUVO_FILE_NAME_MAX + 1));
   NUVO_TRY(readWord(stream, c->refConnectivityImageFileName, NUVO_FILE_NAME_MAX, -2114, -2115));
   if (std::strcmp(c->refConnectivityImageFileName, NUVO_CONNECTIVITY_TI_AS_REF) == 0) return 0;
-  NUVO_TRY(allocateText(&c->refConnectivityVarName, NUVO_VAR_NAME_MAX));
+  NUVO_TRY(allocateOwnedText(&c->refConnectivityVarName, NUVO_VAR_NAME_MAX + 1));
   return readWord(stream, c->refConnectivityVarName, NUVO_VAR_NAME_MAX, -2116, -2117);
 }
 
@@ -80,7 +78,7 @@ int readConnectivity(nuvo_connectivityASCII *c, FILE *stream) {
   if (usage == NUVO_CONNECTIVITY_NONE) return 0;
   NUVO_TRY(readKeyword(stream, kConnectivityTypeKeywords, &c->connectivityType, -2111));
   NUVO_TRY(readOwnedClasses(&c->classOfValues, stream));
-  NUVO_TRY(allocateText(&c->varName, NUVO_VAR_NAME_MAX));
+  NUVO_TRY(allocateOwnedText(&c->varName, NUVO_VAR_NAME_MAX + 1));
   NUVO_TRY(readWord(stream, c->varName, NUVO_VAR_NAME_MAX, -2112, -2113));
   if (pastesPaths(usage)) return readReference(c, stream);
   if (usage == NUVO_CONNECTIVITY_PATTERN) {
@@ -133,7 +131,7 @@ int convert(const nuvo_connectivityASCII *in, nuvo_connectivity *out) {
   out->connectivityConstraintUsage = in->connectivityConstraintUsage;
   out->connectivityType = in->connectivityType;
   NUVO_TRY(copyOwnedClasses(in->classOfValues, &out->classOfValues));
-  NUVO_TRY(copyText(in->varName, NUVO_VAR_NAME_MAX, &out->varName));
+  NUVO_TRY(copyArray(in->varName, NUVO_VAR_NAME_MAX + 1, &out->varName));
   out->deactivationDistance = in->deactivationDistance;
   out->threshold = in->threshold;
   // The pattern of labels is always compared with the first training image.
@@ -189,16 +187,11 @@ void NUVOFreeConnectivity(nuvo_connectivity *c) {
 
 int NUVOPrintConnectivity(const nuvo_connectivity *c, const char *prefix, FILE *stream) {
   return nuvo::guardedCall([&] {
-    return nuvo::printCommon(
-        c, prefix, stream, [&](const nuvo::FieldPrinter &out, const std::string &nested) {
-          out.field("tiAsRefFlag", "%d", c->tiAsRefFlag);
-          if (c->refConnectivityImage == nullptr) {
-            out.notAllocated("refConnectivityImage");
-            return 0;
-          }
-          out.heading("refConnectivityImage");
-          return NUVOPrintImage(c->refConnectivityImage, nested.c_str(), stream);
-        });
+    return nuvo::printCommon(c, prefix, stream, [&](const nuvo::FieldPrinter &out) {
+      out.field("tiAsRefFlag", "%d", c->tiAsRefFlag);
+      return nuvo::printNested(out, "refConnectivityImage", c->refConnectivityImage,
+                               NUVOPrintImage);
+    });
   });
 }
 
@@ -220,14 +213,11 @@ void NUVOFreeConnectivityASCII(nuvo_connectivityASCII *c) {
 
 int NUVOPrintConnectivityASCII(const nuvo_connectivityASCII *c, const char *prefix, FILE *stream) {
   return nuvo::guardedCall([&] {
-    return nuvo::printCommon(
-        c, prefix, stream, [&](const nuvo::FieldPrinter &out, const std::string &) {
-          const char *file = c->refConnectivityImageFileName;
-          const char *var = c->refConnectivityVarName;
-          out.text("refConnectivityImageFileName", file != nullptr ? file : nuvo::kNotAllocated);
-          out.text("refConnectivityVarName", var != nullptr ? var : nuvo::kNotAllocated);
-          return 0;
-        });
+    return nuvo::printCommon(c, prefix, stream, [&](const nuvo::FieldPrinter &out) {
+      out.text("refConnectivityImageFileName", c->refConnectivityImageFileName);
+      out.text("refConnectivityVarName", c->refConnectivityVarName);
+      return 0;
+    });
   });
 }
 

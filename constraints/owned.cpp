@@ -7,14 +7,6 @@
 
 namespace nuvo {
 
-int allocateText(char **buffer, int maxLength) {
-  return allocateArray(buffer, maxLength + 1);
-}
-
-int copyText(const char *source, int maxLength, char **copy) {
-  return copyArray(source, maxLength + 1, copy);
-}
-
 int readOwnedClasses(nuvo_classOfValues **classes, FILE *stream) {
   if (int rc = allocateArray(classes, 1); rc != 0) return rc;
   NUVOInitClassOfValues(*classes);
@@ -31,15 +23,6 @@ int copyOwnedClasses(const nuvo_classOfValues *source, nuvo_classOfValues **copy
 void releaseOwnedClasses(nuvo_classOfValues **classes) {
   if (*classes != nullptr) NUVOFreeClassOfValues(*classes);
   releaseArray(classes);
-}
-
-int printOwnedClasses(const FieldPrinter &out, const nuvo_classOfValues *classes) {
-  if (classes == nullptr) {
-    out.notAllocated("classOfValues");
-    return 0;
-  }
-  out.heading("classOfValues");
-  return NUVOPrintClassOfValues(classes, nestedPrefix(out.prefix()).c_str(), out.stream());
 }
 
 int readOwnedImage(nuvo_image **image, const char *fileName, int cannotOpenCode) {

@@ -1,7 +1,7 @@
 // Helpers for the owned members of the constraint and pyramid records: arrays,
-// fixed-size name buffers and class-of-values records that a record allocates,
-// copies and releases. They use the C allocator because the records cross the C
-// interface and are released by their NUVOFree... functions.
+// text buffers, class-of-values records and images that a record allocates,
+// copies, loads and releases. They use the C allocator because the records cross
+// the C interface and are released by their NUVOFree... functions.
 #pragma once
 
 #include <cstdio>
@@ -40,10 +40,11 @@ void releaseArray(T **array) {
   *array = nullptr;
 }
 
-// A new empty text buffer of maxLength + 1 bytes in *buffer. Returns 0 or -1.
-int allocateText(char **buffer, int maxLength);
-// A copy of the buffer source of maxLength + 1 bytes, or null for null. Returns 0 or -1.
-int copyText(const char *source, int maxLength, char **copy);
+// A new empty owned text of slotSize bytes in *text. Returns 0 or -1.
+inline int allocateOwnedText(char **text, int slotSize) {
+  *text = allocateText(slotSize);
+  return *text == nullptr ? -1 : 0;
+}
 
 // A new initialised class of values in *classes, then filled by the class reader.
 // Returns 0, -1, or the reader's code.
@@ -52,9 +53,6 @@ int readOwnedClasses(nuvo_classOfValues **classes, FILE *stream);
 int copyOwnedClasses(const nuvo_classOfValues *source, nuvo_classOfValues **copy);
 // Frees, releases and nulls *classes.
 void releaseOwnedClasses(nuvo_classOfValues **classes);
-// "<prefix>classOfValues:" and the classes with the nested prefix, or the
-// "NOT ALLOCATED" line. Returns 0 (may throw bad_alloc).
-int printOwnedClasses(const FieldPrinter &out, const nuvo_classOfValues *classes);
 
 // A new initialised image in *image, then filled by NUVOReadImage from the GSLIB
 // text file fileName. Returns 0, cannotOpenCode, -1 or the reader's code.

@@ -4,7 +4,6 @@
 // written once over the record type.
 #include <cmath>
 #include <cstdio>
-#include <string>
 
 #include "constraints/coded_print.hpp"
 #include "constraints/owned.hpp"
@@ -56,9 +55,8 @@ int printCommon(const Record *sp, const char *prefix, FILE *stream, LocalPdfPrin
   printCoded(stream, prefix, "probabilityConstraintUsage", usage, kUsageText, "(unknown)\n");
   if (usage != NUVO_PROBABILITY_CONSTRAINT_GLOBAL && usage != NUVO_PROBABILITY_CONSTRAINT_LOCAL)
     return 0;
-  const std::string nested = nestedPrefix(prefix);
   FieldPrinter out(stream, prefix);
-  NUVO_TRY(printOwnedClasses(out, sp->classOfValues));
+  NUVO_TRY(printNested(out, "classOfValues", sp->classOfValues, NUVOPrintClassOfValues));
   if (usage == NUVO_PROBABILITY_CONSTRAINT_GLOBAL) {
     if (sp->globalPdf == nullptr) {
       out.notAllocated("globalPdf");
@@ -71,7 +69,7 @@ int printCommon(const Record *sp, const char *prefix, FILE *stream, LocalPdfPrin
       std::fputc('\n', stream);
     }
   } else {
-    NUVO_TRY(printLocalPdf(out, nested));
+    NUVO_TRY(printLocalPdf(out));
     if (sp->localPdfSupportRadius == nullptr)
       out.notAllocated("localPdfSupportRadius");
     else
@@ -102,7 +100,7 @@ int printCommon(const Record *sp, const char *prefix, FILE *stream, LocalPdfPrin
 // ---- Reading the text form ----
 
 int readLocalPdf(nuvo_softProbabilityASCII *sp, FILE *stream) {
-  NUVO_TRY(allocateText(&sp->localPdfImageFileName, NUVO_FILE_NAME_MAX));
+  NUVO_TRY(allocateOwnedText(&sp->localPdfImageFileName, NUVO_FILE_NAME_MAX + 1));
   NUVO_TRY(readWord(stream, sp->localPdfImageFileName, NUVO_FILE_NAME_MAX, -935, -936));
   NUVO_TRY(allocateArray(&sp->localPdfSupportRadius, 1));
   NUVO_TRY(readDouble(stream, sp->localPdfSupportRadius, -940));
@@ -269,15 +267,9 @@ void NUVOFreeSoftProbability(nuvo_softProbability *sp) {
 
 int NUVOPrintSoftProbability(const nuvo_softProbability *sp, const char *prefix, FILE *stream) {
   return nuvo::guardedCall([&] {
-    return nuvo::printCommon(sp, prefix, stream,
-                             [&](const nuvo::FieldPrinter &out, const std::string &nested) {
-                               if (sp->localPdfImage == nullptr) {
-                                 out.notAllocated("localPdfImage");
-                                 return 0;
-                               }
-                               out.heading("localPdfImage");
-                               return NUVOPrintImage(sp->localPdfImage, nested.c_str(), stream);
-                             });
+    return nuvo::printCommon(sp, prefix, stream, [&](const nuvo::FieldPrinter &out) {
+      return nuvo::printNested(out, "localPdfImage", sp->localPdfImage, NUVOPrintImage);
+    });
   });
 }
 
@@ -308,14 +300,10 @@ void NUVOFreeSoftProbabilityASCII(nuvo_softProbabilityASCII *sp) {
 int NUVOPrintSoftProbabilityASCII(const nuvo_softProbabilityASCII *sp, const char *prefix,
                                   FILE *stream) {
   return nuvo::guardedCall([&] {
-    return nuvo::printCommon(sp, prefix, stream,
-                             [&](const nuvo::FieldPrinter &out, const std::string &) {
-                               if (sp->localPdfImageFileName == nullptr)
-                                 out.notAllocated("localPdfImageFileName");
-                               else
-                                 out.text("localPdfImageFileName", sp->localPdfImageFileName);
-                               return 0;
-                             });
+    return nuvo::printCommon(sp, prefix, stream, [&](const nuvo::FieldPrinter &out) {
+      out.text("localPdfImageFileName", sp->localPdfImageFileName);
+      return 0;
+    });
   });
 }
 

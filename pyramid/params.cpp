@@ -1,6 +1,5 @@
 // Per-variable pyramid parameters: life cycle, text form, printing and validation.
 #include <cstdio>
-#include <string>
 
 #include "constraints/owned.hpp"
 #include "foundation/check.hpp"
@@ -78,7 +77,8 @@ int print(const nuvo_pyramidParameters *p, const char *prefix, FILE *stream) {
       p->pyramidType >= PYRAMID_NONE && p->pyramidType <= PYRAMID_CATEGORICAL_TO_CONTINUOUS;
   std::fprintf(stream, "%sPyramid type:%s\n", prefix, known ? keyword : "UNKNOWN");
   if (p->pyramidType != PYRAMID_CATEGORICAL_CUSTOM) return 0;
-  return printOwnedClasses(FieldPrinter(stream, prefix), p->classOfValues);
+  return printNested(FieldPrinter(stream, prefix), "classOfValues", p->classOfValues,
+                     NUVOPrintClassOfValues);
 }
 
 }  // namespace
