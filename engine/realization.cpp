@@ -86,6 +86,7 @@ class RealizationRun {
                      Outcome *outcome);
   void listTargets(int entry);
   bool gather(int node, const PathSettings &settings);
+  void deformOffsets(int node, nuvo_randContext *ctx);
   int chooseTrainingImage(int node, nuvo_randContext *ctx) const;
   bool usable(const nuvo_image &ti, int tiNode) const;
   int drawMarginalNode(const nuvo_image &ti, nuvo_randContext *ctx) const;
@@ -153,6 +154,30 @@ bool RealizationRun::gather(int node, const PathSettings &settings) {
     any = any || n > 0;
   }
   return any;
+}
+
+// Takes the gathered offsets into the training images' frame at `node`, keeping
+// the first neighbour of each training-image offset.
+void RealizationRun::deformOffsets(int node, nuvo_randContext *ctx) {
+  const OffsetMap map = setup_.transform->at(node, ctx);
+  for (GatheredVariable &g : gathered_) {
+    int kept = 0;
+    for (int i = 0; i < g.count; ++i) {
+      int dx = g.dx[i], dy = g.dy[i], dz = g.dz[i];
+      map.apply(&dx, &dy, &dz);
+      bool taken = false;
+      for (int j = 0; j < kept && !taken; ++j)
+        taken = g.dx[j] == dx && g.dy[j] == dy && g.dz[j] == dz;
+      if (taken) continue;
+      g.dx[kept] = dx;
+      g.dy[kept] = dy;
+      g.dz[kept] = dz;
+      g.value[kept] = g.value[i];
+      g.weight[kept] = g.weight[i];
+      ++kept;
+    }
+    g.count = kept;
+  }
 }
 
 // With several training images, the first whose running sum of the local
@@ -267,6 +292,7 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
   const int node = setup_.vectorMode ? entry : entry % grid_.nxyz;
   listTargets(entry);
   const bool informed = gather(node, settings);
+  if (informed && setup_.transform != nullptr) deformOffsets(node, ctx);
   o->ti = chooseTrainingImage(node, ctx);
   const nuvo_image &ti = *setup_.ti[o->ti];
   EventExtent extent;

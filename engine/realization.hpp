@@ -7,6 +7,11 @@
 // path entry reseeds the random context with the base seed plus its position in
 // the path, so an entry's draws never depend on what happened before it.
 //
+// With homothety or rotation (setup.transform set) the realization runs in its
+// variable-transform form: the offsets of the gathered neighbours are taken into
+// the training images' frame at each node (local_transform.hpp) before the scan,
+// which is otherwise the same.
+//
 // An entry whose data event is empty (no informed neighbour), or larger than the
 // training image it chose, takes its value from the marginal: a node of that
 // training image drawn uniformly among those where the values to simulate are
@@ -23,6 +28,7 @@
 #include <span>
 #include <vector>
 
+#include "engine/local_transform.hpp"
 #include "nuvo_image.h"
 #include "nuvo_progress.h"
 #include "nuvo_searchneighborhood.h"
@@ -53,6 +59,7 @@ struct RealizationSetup {
   std::vector<double> power, invPower;                        // per variable (L-p distance)
   PathSettings initial, postProcessing;
   int npostProcessingPathMax = 0;
+  const LocalTransform *transform = nullptr;  // homothety and rotation, when in use
 
   // Categorical variables compared on one-byte codes: categories[v] holds the
   // sorted training values of a coded variable (empty for the others), and

@@ -24,15 +24,20 @@ struct Rotation {
   }
 };
 
-// Angles in degrees: azimuth, dip, plunge.
-inline Rotation rotationOf(double azimuth, double dip, double plunge) {
-  constexpr double kDegree = 0.017453292519943295;
-  double c1 = std::cos(azimuth * kDegree), s1 = std::sin(azimuth * kDegree);
-  double c2 = std::cos(dip * kDegree), s2 = std::sin(dip * kDegree);
-  double c3 = std::cos(plunge * kDegree), s3 = std::sin(plunge * kDegree);
+// Angles in radians: azimuth, dip, plunge.
+inline Rotation rotationOfRadians(double azimuth, double dip, double plunge) {
+  double c1 = std::cos(azimuth), s1 = std::sin(azimuth);
+  double c2 = std::cos(dip), s2 = std::sin(dip);
+  double c3 = std::cos(plunge), s3 = std::sin(plunge);
   return Rotation{{c1 * c3 + s1 * s2 * s3, s1 * c2, s1 * s2 * c3 - c1 * s3},
                   {c1 * s2 * s3 - s1 * c3, c1 * c2, s1 * s3 + c1 * s2 * c3},
                   {c2 * s3, -s2, c2 * c3}};
+}
+
+// Angles in degrees.
+inline Rotation rotationOf(double azimuth, double dip, double plunge) {
+  constexpr double kDegree = 0.017453292519943295;
+  return rotationOfRadians(azimuth * kDegree, dip * kDegree, plunge * kDegree);
 }
 
 }  // namespace nuvo

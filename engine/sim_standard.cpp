@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/local_transform.hpp"
 #include "engine/owned.hpp"
 #include "engine/prepared_data.hpp"
 #include "engine/realization.hpp"
@@ -95,6 +96,7 @@ class StandardSimulation {
   std::vector<std::vector<double>> normalized_;  // per variable: its normalisation table
   OwnedImage work_;                              // the realization being simulated
   PreparedData prepared_;
+  LocalTransform transform_;
   OwnedNeighborhoods neighborhoods_;
   RealizationSetup setup_;
   std::vector<int> pathTemplate_;  // entries to simulate, in template order
@@ -113,6 +115,7 @@ int StandardSimulation::prepare() {
   NUVO_TRY(checkStop(pm_));
   NUVO_TRY(normalize());
   NUVO_TRY(NUVOCopyImage(&conditioned_.image, &work_.image));
+  NUVO_TRY(transform_.prepare(si_));
 
   nuvo_randContext ctx;
   NUVOInitRandContext(&ctx);
@@ -227,6 +230,7 @@ void StandardSimulation::prepareSetup() {
   setup_.initial = pathSettings(si_.nneighboringNode, si_.neighboringNodeDensity,
                                 si_.distanceThreshold, si_.maxScanFraction, si_.tolerance);
   setup_.npostProcessingPathMax = si_.npostProcessingPathMax;
+  setup_.transform = transform_.active() ? &transform_ : nullptr;
   if (si_.npostProcessingPathMax > 0)
     setup_.postProcessing =
         pathSettings(si_.postProcessingNneighboringNode, si_.postProcessingNeighboringNodeDensity,

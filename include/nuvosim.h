@@ -25,6 +25,7 @@
 #include "nuvo_simandpath.h"
 #include "nuvo_siminput.h"
 #include "nuvo_simneighborhoods.h"
+#include "nuvo_simtransform.h"
 #include "nuvo_softprobability.h"
 #include "nuvo_synthetic.h"
 #include "nuvo_text.h"

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "foundation/check.hpp"
+#include "input/transform_checks.hpp"
 #include "nuvo_memory.h"
 #include "nuvo_variogram.h"
 
@@ -84,8 +85,7 @@ int warnManyCategories(const nuvo_simInput &si, int iv, nuvo_progressMonitor *pm
 }
 
 // The largest approximate variogram range of variable iv over the training
-// images, along each axis. With homothety or rotation, TI_RANGE_DEFAULT would
-// scale and turn these ranges here; both are refused by validation for now.
+// images, along each axis.
 int rangeRadii(const nuvo_simInput &si, int iv, nuvo_progressMonitor *pm,
                nuvo_progressCallback callback, Radii &r, int *error) {
   const signed char categorical = si.distanceType[iv] == 0;
@@ -104,6 +104,52 @@ int rangeRadii(const nuvo_simInput &si, int iv, nuvo_progressMonitor *pm,
     for (int a = 0; a < 3; ++a) r[a] = std::max(r[a], range[a]);
   }
   return 0;
+}
+
+// The largest ratio of a homothety axis (its upper bound with tolerance) over
+// its values or the informed nodes of its image; 1 when it has none above 0
+// (the parameters are checked after the neighbourhoods).
+double largestRatio(const TransformParameters &h, int axis) {
+  const int last = h.usage - 1;
+  double largest = 0.0;
+  if (!h.imageFlag[axis]) {
+    if (h.value[axis] != nullptr) largest = h.value[axis][last];
+  } else if (const nuvo_image *im = h.image[axis];
+             im != nullptr && im->grid != nullptr && im->var != nullptr && im->nvar > last) {
+    const double *v = im->var + static_cast<long long>(last) * im->grid->nxyz;
+    for (int k = 0; k < im->grid->nxyz; ++k)
+      if (v[k] != NUVO_MISSING_VALUE) largest = std::max(largest, v[k]);
+  }
+  return largest > 0.0 ? largest : 1.0;
+}
+
+// Whether a rotation angle may differ from 0 somewhere.
+bool angleInUse(const TransformParameters &r, int angle) {
+  if (r.imageFlag[angle]) return true;
+  const double *v = r.value[angle];
+  return v != nullptr && std::any_of(v, v + r.usage, [](double a) { return a != 0.0; });
+}
+
+// TI_RANGE_DEFAULT turns the training images' ranges into ranges on the
+// simulation grid: each grows by the largest homothety ratio of its axis, and
+// the axes a rotation turns into each other (azimuth: x and y, dip: y and z,
+// plunge: x and z) take the larger range of the two, except along an axis the
+// simulation grid does not extend in.
+void accountForTransforms(const nuvo_simInput &si, Radii &r) {
+  const TransformParameters h = homothetyParameters(si);
+  if (h.usage == 1 || h.usage == 2)
+    for (int a = 0; a < 3; ++a) r[a] *= largestRatio(h, a);
+  const TransformParameters rot = rotationParameters(si);
+  if (rot.usage != 1 && rot.usage != 2) return;
+  const Extents simExtent = extentsOf(*si.simImage->grid);
+  constexpr std::array<std::array<int, 2>, 3> kTurnedAxes{{{0, 1}, {1, 2}, {0, 2}}};
+  for (int angle = 0; angle < 3; ++angle) {
+    if (!angleInUse(rot, angle)) continue;
+    const auto [a, b] = kTurnedAxes[angle];
+    const double larger = std::max(r[a], r[b]);
+    for (int axis : {a, b})
+      if (simExtent[axis] > 1) r[axis] = larger;
+  }
 }
 
 // Sets the radii named by a TI_RANGE_XY, _XZ, _YZ or _XYZ mode to the largest of them.
@@ -209,6 +255,7 @@ int resolveSearchNeighborhood(nuvo_simInput &si, int iv, nuvo_progressMonitor *p
       NUVO_TRY(rangeRadii(si, iv, pm, callback, r, error));
       if (*error != 0) return 0;
       tieRadii(p.radiusMode, r);
+      if (p.radiusMode == SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_DEFAULT) accountForTransforms(si, r);
       break;
   }
   p.rx = r[0];

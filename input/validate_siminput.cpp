@@ -8,6 +8,7 @@
 #include "foundation/check.hpp"
 #include "input/resolve_neighborhood.hpp"
 #include "input/siminput_common.hpp"
+#include "input/transform_checks.hpp"
 #include "nuvo_siminput.h"
 
 namespace nuvo {
@@ -227,13 +228,9 @@ int checkPostProcessing(const nuvo_simInput &si) {
   return checkScanFractions(si, si.postProcessingMaxScanFraction);
 }
 
-// Transforms that simulation does not offer yet are refused rather than ignored.
-int refuseUnavailableTransforms(const nuvo_simInput &si) {
-  NUVO_FAIL_IF(static_cast<unsigned>(si.homothetyUsage) > 2u, -1701);
-  NUVO_FAIL_IF(si.homothetyUsage != 0, -1708);
-  NUVO_FAIL_IF(static_cast<unsigned>(si.rotationUsage) > 2u, -1801);
-  NUVO_FAIL_IF(si.rotationUsage != 0, -1808);
-  return 0;
+int checkTransforms(const nuvo_simInput &si) {
+  NUVO_TRY(checkTransform(homothetyParameters(si), si));
+  return checkTransform(rotationParameters(si), si);
 }
 
 // The local probabilities of the training images: one variable per training
@@ -298,7 +295,7 @@ int validateSimInput(nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progressC
   NUVO_TRY(checkPyramids(si, pm, callback, error));
   if (*error != 0 || failed(checkPostProcessing(si))) return 0;
   if (failed(si.nrealization > kMaxRealization ? -678 : 0)) return 0;
-  if (failed(checkTrainImagePdf(si)) || failed(refuseUnavailableTransforms(si))) return 0;
+  if (failed(checkTrainImagePdf(si)) || failed(checkTransforms(si))) return 0;
   *error = refuseUnavailableConstraints(si);
   return 0;
 }

@@ -13,9 +13,11 @@
 namespace {
 
 using nuvo_test::buildValidSimInput;
+using nuvo_test::initialisedRecords;
 using nuvo_test::makeImage;
 using nuvo_test::makeStripeImage;
 using nuvo_test::setTrainingImageCount;
+using nuvo_test::valuesOf;
 
 // A progress monitor that keeps the warnings it is called with; the callback finds
 // the recorder through the monitor, its first member.
@@ -87,6 +89,32 @@ TEST_F(ValidateSimInputTest, TheBuiltInputValidatesWithoutWarning) {
   EXPECT_TRUE(warnings().empty());
   EXPECT_EQ(neighborhood().rx, 3.0);
   EXPECT_EQ(neighborhood().az, 1.0);
+}
+
+// Constant homothety ratios (or rotation angles): `usage` values per axis.
+void constantHomothety(nuvo_simInput &s, int usage, std::initializer_list<double> x,
+                       std::initializer_list<double> y, std::initializer_list<double> z) {
+  s.homothetyUsage = usage;
+  s.homothetyXRatioValue = valuesOf<double>(x);
+  s.homothetyYRatioValue = valuesOf<double>(y);
+  s.homothetyZRatioValue = valuesOf<double>(z);
+}
+void constantRotation(nuvo_simInput &s, int usage, std::initializer_list<double> azimuth,
+                      std::initializer_list<double> dip, std::initializer_list<double> plunge) {
+  s.rotationUsage = usage;
+  s.rotationAzimuthValue = valuesOf<double>(azimuth);
+  s.rotationDipValue = valuesOf<double>(dip);
+  s.rotationPlungeValue = valuesOf<double>(plunge);
+}
+// An owned nx x ny image of nvar variables, every value `value`.
+nuvo_image *transformImage(int nx, int ny, int nvar, double value) {
+  nuvo_image *image = initialisedRecords<nuvo_image>(1, NUVOInitImage);
+  const auto fill = [value](int, int, int, int) { return value; };
+  if (nvar == 1)
+    makeImage(image, nx, ny, 1, {"lower"}, fill);
+  else
+    makeImage(image, nx, ny, 1, {"lower", "upper"}, fill);
+  return image;
 }
 
 struct Case {
@@ -274,10 +302,67 @@ const Case kCases[] = {
        s.pdfTrainImage->var[3] = -0.5;
      },
      -1655},
-    {"homothety", [](nuvo_simInput &s) { s.homothetyUsage = 1; }, -1708},
     {"homothety usage 3", [](nuvo_simInput &s) { s.homothetyUsage = 3; }, -1701},
-    {"rotation", [](nuvo_simInput &s) { s.rotationUsage = 2; }, -1808},
+    {"homothety without values", [](nuvo_simInput &s) { s.homothetyUsage = 1; }, -1705},
+    {"homothety y ratio 0", [](nuvo_simInput &s) { constantHomothety(s, 1, {2}, {0}, {1}); },
+     -1716},
+    {"homothety z bounds reversed",
+     [](nuvo_simInput &s) {
+       constantHomothety(s, 2, {1, 2}, {1, 1}, {3, 2});
+     },
+     -1727},
+    {"homothety with equal bounds",
+     [](nuvo_simInput &s) {
+       constantHomothety(s, 2, {1, 1}, {0.5, 2}, {1, 1});
+     },
+     0},
+    {"homothety x flagged without image",
+     [](nuvo_simInput &s) {
+       constantHomothety(s, 1, {1}, {1}, {1});
+       s.homothetyXRatioImageFlag = 1;
+     },
+     -1702},
+    {"homothety z image on another grid",
+     [](nuvo_simInput &s) {
+       constantHomothety(s, 1, {1}, {1}, {1});
+       s.homothetyZRatioImageFlag = 1;
+       s.homothetyZRatioImage = transformImage(30, 20, 1, 2.0);
+     },
+     -1723},
+    {"homothety x image with a ratio 0",
+     [](nuvo_simInput &s) {
+       constantHomothety(s, 1, {1}, {1}, {1});
+       s.homothetyXRatioImageFlag = 1;
+       s.homothetyXRatioImage = transformImage(30, 30, 1, 2.0);
+       s.homothetyXRatioImage->var[17] = 0.0;
+     },
+     -1706},
+    {"homothety x image with a ratio 0 masked out",
+     [](nuvo_simInput &s) {
+       constantHomothety(s, 1, {1}, {1}, {1});
+       s.homothetyXRatioImageFlag = 1;
+       s.homothetyXRatioImage = transformImage(30, 30, 1, 2.0);
+       s.homothetyXRatioImage->var[17] = 0.0;
+       s.maskImageFlag = 1;
+       s.maskImage = transformImage(30, 30, 1, 1.0);
+       s.maskImage->var[17] = 0.0;
+     },
+     0},
     {"rotation usage -1", [](nuvo_simInput &s) { s.rotationUsage = -1; }, -1801},
+    {"rotation dip bounds reversed",
+     [](nuvo_simInput &s) {
+       constantRotation(s, 2, {0, 90}, {10, 5}, {0, 0});
+     },
+     -1817},
+    {"rotation of 180 degrees", [](nuvo_simInput &s) { constantRotation(s, 1, {180}, {0}, {0}); },
+     0},
+    {"rotation azimuth image without its upper bound",
+     [](nuvo_simInput &s) {
+       constantRotation(s, 2, {0, 0}, {0, 0}, {0, 0});
+       s.rotationAzimuthImageFlag = 1;
+       s.rotationAzimuthImage = transformImage(30, 30, 1, 45.0);
+     },
+     -1804},
     {"uniform normalization of a categorical variable",
      [](nuvo_simInput &s) { s.normalizingType = NORMALIZING_UNIFORM; }, 0},
     {"normal normalization of a continuous variable",
@@ -312,7 +397,7 @@ TEST_F(ValidateSimInputTest, VariableCountsMustAgree) {
   si_.nvar = 1;
 }
 
-TEST_F(ValidateSimInputTest, TheFirstFailureWinsAndRefusalsComeLast) {
+TEST_F(ValidateSimInputTest, TheFirstFailureWinsAndTransformsComeLast) {
   si_.distanceThreshold[0] = 2.0;
   si_.nrealization = 1000001;
   si_.homothetyUsage = 1;
@@ -320,7 +405,7 @@ TEST_F(ValidateSimInputTest, TheFirstFailureWinsAndRefusalsComeLast) {
   si_.distanceThreshold[0] = 0.05;
   EXPECT_EQ(verdict(), -678);
   si_.nrealization = 1;
-  EXPECT_EQ(verdict(), -1708);
+  EXPECT_EQ(verdict(), -1705);
 }
 
 TEST_F(ValidateSimInputTest, ManualRadiiAreReducedToFitTheSmallestTi) {
@@ -429,6 +514,33 @@ TEST_F(ValidateSimInputTest, TiRangeRadiiAreLongerAlongChannels) {
   EXPECT_EQ(neighborhood().rx, rx);
   EXPECT_EQ(neighborhood().ry, ry);
   EXPECT_EQ(neighborhood().rz, ry);
+}
+
+// TI_RANGE_DEFAULT measures on the simulation grid: ranges grow with the
+// homothety ratios, and the axes turned by a rotation share the larger range.
+TEST_F(ValidateSimInputTest, DefaultTiRangesFollowHomothetyAndRotation) {
+  nuvo_image ti;
+  NUVOInitImage(&ti);
+  ASSERT_EQ(NUVOGenerateChannelImage(&ti, 80, 80, 1, 0.3, 6.0, 5), 0);
+  useTi(ti);
+  NUVOFreeImage(&ti);
+  const auto radii = [this] {
+    neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_DEFAULT;
+    EXPECT_EQ(verdict(), 0);
+    return std::vector<double>{neighborhood().rx, neighborhood().ry, neighborhood().rz};
+  };
+  const std::vector<double> plain = radii();
+  ASSERT_GT(plain[0], plain[1]);
+
+  constantHomothety(si_, 2, {1.0, 1.0}, {1.0, 3.0}, {1.0, 1.0});
+  EXPECT_EQ(radii(), (std::vector<double>{plain[0], 3.0 * plain[1], plain[2]}));
+
+  si_.homothetyUsage = 0;
+  constantRotation(si_, 1, {30.0}, {0.0}, {0.0});  // the azimuth turns x and y
+  EXPECT_EQ(radii(), (std::vector<double>{plain[0], plain[0], plain[2]}));
+  si_.rotationAzimuthValue[0] = 0.0;
+  si_.rotationPlungeValue[0] = 30.0;  // x and z, but the grid is flat
+  EXPECT_EQ(radii(), plain);
 }
 
 TEST_F(ValidateSimInputTest, TiRangesTakeTheLargestOverTheTis) {

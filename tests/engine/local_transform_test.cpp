@@ -1,0 +1,201 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+#include "../input/siminput_builder.hpp"
+#include "engine/local_transform.hpp"
+#include "nuvo_sim.h"
+#include "nuvo_simtransform.h"
+#include "nuvo_synthetic.h"
+
+namespace {
+
+using nuvo_test::makeImage;
+using nuvo_test::valuesOf;
+
+TEST(SimTransformValue, StoresInverseRatiosAndRadians) {
+  double x[] = {4.0}, z[] = {0.5};
+  ASSERT_EQ(NUVOSimTransformHomothetyValue(1, x, nullptr, z), 0);
+  EXPECT_EQ(x[0], 0.25);
+  EXPECT_EQ(z[0], 2.0);
+
+  double lowerUpper[] = {2.0, 4.0}, fixed[] = {2.0, 2.0};
+  ASSERT_EQ(NUVOSimTransformHomothetyValue(2, lowerUpper, fixed, nullptr), 0);
+  EXPECT_EQ(lowerUpper[0], 0.25);  // 1/4, then the width 1/2 - 1/4
+  EXPECT_EQ(lowerUpper[1], 0.25);
+  EXPECT_EQ(fixed[0], 0.5);
+  EXPECT_EQ(fixed[1], 0.0);
+
+  double half[] = {180.0}, range[] = {-30.0, 60.0};
+  ASSERT_EQ(NUVOSimTransformRotationValue(1, half, nullptr, nullptr), 0);
+  EXPECT_EQ(half[0], M_PI);
+  ASSERT_EQ(NUVOSimTransformRotationValue(2, nullptr, range, nullptr), 0);
+  EXPECT_DOUBLE_EQ(range[0], -M_PI / 6);
+  EXPECT_DOUBLE_EQ(range[1], M_PI / 2);
+
+  double untouched[] = {3.0};
+  EXPECT_EQ(NUVOSimTransformHomothetyValue(0, untouched, untouched, untouched), 0);
+  EXPECT_EQ(untouched[0], 3.0);
+}
+
+TEST(SimTransformValue, RefusesWhatWouldNotInvertAndChangesNothing) {
+  double ok[] = {2.0}, zero[] = {0.0};
+  EXPECT_EQ(NUVOSimTransformHomothetyValue(1, ok, zero, nullptr), -1716);
+  EXPECT_EQ(ok[0], 2.0);
+  double reversed[] = {3.0, 1.0};
+  EXPECT_EQ(NUVOSimTransformHomothetyValue(2, nullptr, nullptr, reversed), -1727);
+  EXPECT_EQ(NUVOSimTransformRotationValue(2, reversed, nullptr, nullptr), -1807);
+  EXPECT_EQ(NUVOSimTransformRotationValue(3, nullptr, nullptr, nullptr), -1801);
+  EXPECT_EQ(NUVOSimTransformHomothetyValue(-1, nullptr, nullptr, nullptr), -1701);
+}
+
+TEST(SimTransformImage, ConvertsOnlyTheNodesInUse) {
+  nuvo_image ratio, mask, wrong;
+  for (nuvo_image *im : {&ratio, &mask, &wrong}) NUVOInitImage(im);
+  makeImage(&ratio, 3, 1, 1, {"lower", "upper"},
+            [](int ix, int, int, int iv) { return iv == 0 ? 1.0 + ix : 4.0; });
+  ratio.var[2] = NUVO_MISSING_VALUE;  // node 2 has no lower bound
+  makeImage(&mask, 3, 1, 1, {"mask"}, [](int ix, int, int, int) { return ix == 1 ? 0.0 : 1.0; });
+  makeImage(&wrong, 3, 1, 1, {"ratio"}, [](int, int, int, int) { return 2.0; });
+
+  EXPECT_EQ(NUVOSimTransformHomothetyImage(2, &mask, nullptr, &ratio, &wrong), -1724);
+  EXPECT_EQ(ratio.var[0], 1.0);  // checked before anything is converted
+  ASSERT_EQ(NUVOSimTransformHomothetyImage(2, &mask, nullptr, &ratio, nullptr), 0);
+  EXPECT_EQ(ratio.var[0], 0.25);  // (1, 4): lower 1/4, width 1 - 1/4
+  EXPECT_EQ(ratio.var[3], 0.75);
+  EXPECT_EQ(ratio.var[1], 2.0);  // masked out
+  EXPECT_EQ(ratio.var[4], 4.0);
+  EXPECT_EQ(ratio.var[2], NUVO_MISSING_VALUE);
+  EXPECT_EQ(ratio.var[5], 4.0);
+
+  EXPECT_EQ(NUVOSimTransformRotationImage(1, nullptr, &wrong, nullptr, nullptr), 0);
+  EXPECT_EQ(wrong.var[0], 2.0 * 0.017453292519943295);
+  for (nuvo_image *im : {&ratio, &mask, &wrong}) NUVOFreeImage(im);
+}
+
+// The offsets a transform with constant parameters gives at any node.
+std::vector<int> mapped(int homothetyUsage, std::initializer_list<double> ratio, int rotationUsage,
+                        std::initializer_list<double> azimuth, int dx, int dy, int dz) {
+  nuvo_simInput si;
+  NUVOInitSimInput(&si);
+  si.homothetyUsage = homothetyUsage;
+  if (homothetyUsage != 0) {
+    si.homothetyXRatioValue = valuesOf<double>(ratio);
+    si.homothetyYRatioValue = valuesOf<double>(ratio);
+    si.homothetyZRatioValue = valuesOf<double>(ratio);
+  }
+  si.rotationUsage = rotationUsage;
+  if (rotationUsage != 0) {
+    si.rotationAzimuthValue = valuesOf<double>(azimuth);
+    si.rotationDipValue = valuesOf<double>({0.0, 0.0});
+    si.rotationPlungeValue = valuesOf<double>({0.0, 0.0});
+  }
+  nuvo::LocalTransform transform;
+  EXPECT_EQ(transform.prepare(si), 0);
+  nuvo_randContext ctx;
+  NUVOInitRandContext(&ctx);
+  NUVODoubleRand(5, &ctx);
+  transform.at(0, &ctx).apply(&dx, &dy, &dz);
+  NUVOFreeSimInput(&si);
+  return {dx, dy, dz};
+}
+
+TEST(LocalTransform, ScalesTurnsAndRoundsOffsets) {
+  using V = std::vector<int>;
+  // Ratio 2: offsets halved, halves rounded upwards.
+  EXPECT_EQ(mapped(1, {2.0}, 0, {}, 3, -3, 4), (V{2, -1, 2}));
+  // Azimuth 90 degrees: an east step of the simulation is a north step of the
+  // training image, a north step a west one.
+  EXPECT_EQ(mapped(0, {}, 1, {90.0}, 1, 0, 0), (V{0, 1, 0}));
+  EXPECT_EQ(mapped(0, {}, 1, {90.0}, 0, 5, 0), (V{-5, 0, 0}));
+  // Both: turned, then scaled in the turned frame.
+  EXPECT_EQ(mapped(1, {0.5}, 1, {90.0}, 0, 3, 1), (V{-6, 0, 2}));
+  // With tolerance the ratio lies between its bounds: 1/4 to 1/2 of 8.
+  const V tolerant = mapped(2, {2.0, 4.0}, 0, {}, 8, 0, 0);
+  EXPECT_GE(tolerant[0], 2);
+  EXPECT_LE(tolerant[0], 4);
+}
+
+// A training image of channels along x, and simulations of it with homothety
+// or rotation, compared by simple statistics of the channel facies.
+class TransformedChannels : public ::testing::Test {
+ protected:
+  static constexpr int kSim = 64;
+  void SetUp() override {
+    nuvo_image ti;
+    NUVOInitImage(&ti);
+    ASSERT_EQ(NUVOGenerateChannelImage(&ti, 120, 120, 1, 0.3, 4.0, 5), 0);
+    tiFacies_.assign(ti.var, ti.var + ti.nxyzv);
+    NUVOInitSimInput(&si_);
+    nuvo_test::buildValidSimInput(&si_, ti);
+    NUVOFreeImage(&ti);
+    NUVOFreeImage(si_.simImage);
+    makeImage(si_.simImage, kSim, kSim, 1, {"facies"},
+              [](int, int, int, int) { return NUVO_MISSING_VALUE; });
+    si_.outputSimJob = OUTPUT_SIM_NO_FILE;
+    si_.outputReportFlag = 0;
+    si_.npostProcessingPathMax = 0;
+    nuvo_searchNeighborhoodParameters &p = si_.searchNeighborhoodParameters[0];
+    p.rx = p.ry = p.ax = p.ay = 10.0;
+    si_.nneighboringNode[0] = 30;
+    si_.maxScanFraction[0] = 0.3;
+    NUVOInitSimOutput(&out_);
+  }
+  void TearDown() override {
+    NUVOFreeSimOutput(&out_);
+    NUVOFreeSimInput(&si_);
+  }
+
+  std::vector<double> simulate() {
+    EXPECT_EQ(NUVOSim(&si_, &out_, nullptr, nullptr), 0);
+    const nuvo_image &out = *out_.outputSimImage;
+    return {out.var, out.var + out.grid->nxyz};
+  }
+
+  // The share of pairs of nodes `lag` apart along x (or y) whose facies differ.
+  static double changeRate(const std::vector<double> &f, int n, int lag, bool alongX) {
+    int pairs = 0, changes = 0;
+    for (int y = 0; y < n - (alongX ? 0 : lag); ++y)
+      for (int x = 0; x < n - (alongX ? lag : 0); ++x) {
+        const int k = x + n * y, other = alongX ? k + lag : k + n * lag;
+        ++pairs;
+        changes += f[k] != f[other];
+      }
+    return static_cast<double>(changes) / pairs;
+  }
+
+  std::vector<double> tiFacies_;
+  nuvo_simInput si_;
+  nuvo_simOutput out_;
+};
+
+TEST_F(TransformedChannels, RotationOf90DegreesTurnsChannelsUpright) {
+  const std::vector<double> plain = simulate();
+  EXPECT_GT(changeRate(plain, kSim, 6, false), 1.5 * changeRate(plain, kSim, 6, true));
+
+  si_.rotationUsage = 1;
+  si_.rotationAzimuthValue = valuesOf<double>({90.0});
+  si_.rotationDipValue = valuesOf<double>({0.0});
+  si_.rotationPlungeValue = valuesOf<double>({0.0});
+  NUVOFreeSimOutput(&out_);
+  const std::vector<double> turned = simulate();
+  EXPECT_GT(changeRate(turned, kSim, 6, true), 1.5 * changeRate(turned, kSim, 6, false));
+}
+
+// Structures twice as large: the change rate across the channels (along y) at
+// lag 2h matches the training image's at lag h.
+TEST_F(TransformedChannels, HomothetyOf2DoublesTheChannelWidth) {
+  si_.homothetyUsage = 1;
+  si_.homothetyXRatioValue = valuesOf<double>({2.0});
+  si_.homothetyYRatioValue = valuesOf<double>({2.0});
+  si_.homothetyZRatioValue = valuesOf<double>({1.0});
+  const std::vector<double> wide = simulate();
+  for (int lag = 1; lag <= 4; ++lag) {
+    const double ti = changeRate(tiFacies_, 120, lag, false);
+    EXPECT_NEAR(changeRate(wide, kSim, 2 * lag, false), ti, 0.2 * ti) << "lag " << lag;
+  }
+}
+
+}  // namespace
