@@ -123,6 +123,34 @@ void BM_Channels2D(benchmark::State &state) {
 }
 BENCHMARK(BM_Channels2D)->Arg(0)->Arg(150)->Unit(benchmark::kSecond)->Iterations(3);
 
+// The same unconditional case in the variable-transform form: channels turned by
+// 30 degrees and widened by a ratio drawn per node between 1 and 1.5.
+void BM_Channels2DTransformed(benchmark::State &state) {
+  nuvo_image ti;
+  NUVOInitImage(&ti);
+  loadChannelImage(&ti);
+  Case c;
+  configure(&c, ti, 200, 200, 1, 20.0, 20.0, 0.0, 0.5);
+  NUVOFreeImage(&ti);
+  nuvo_simInput &si = c.si;
+  const auto values = [](double a, double b) {
+    auto *v = static_cast<double *>(std::malloc(2 * sizeof(double)));
+    v[0] = a;
+    v[1] = b;
+    return v;
+  };
+  si.rotationUsage = 2;
+  si.rotationAzimuthValue = values(30.0, 30.0);
+  si.rotationDipValue = values(0.0, 0.0);
+  si.rotationPlungeValue = values(0.0, 0.0);
+  si.homothetyUsage = 2;
+  si.homothetyXRatioValue = values(1.0, 1.5);
+  si.homothetyYRatioValue = values(1.0, 1.5);
+  si.homothetyZRatioValue = values(1.0, 1.0);
+  runCase(state, &c);
+}
+BENCHMARK(BM_Channels2DTransformed)->Unit(benchmark::kSecond)->Iterations(3);
+
 void BM_Lenses3D(benchmark::State &state) {
   nuvo_image ti;
   NUVOInitImage(&ti);
