@@ -149,6 +149,7 @@ class TransformedChannels : public ::testing::Test {
   }
 
   std::vector<double> simulate() {
+    NUVOFreeSimOutput(&out_);
     EXPECT_EQ(NUVOSim(&si_, &out_, nullptr, nullptr), 0);
     const nuvo_image &out = *out_.outputSimImage;
     return {out.var, out.var + out.grid->nxyz};
@@ -179,7 +180,6 @@ TEST_F(TransformedChannels, RotationOf90DegreesTurnsChannelsUpright) {
   si_.rotationAzimuthValue = valuesOf<double>({90.0});
   si_.rotationDipValue = valuesOf<double>({0.0});
   si_.rotationPlungeValue = valuesOf<double>({0.0});
-  NUVOFreeSimOutput(&out_);
   const std::vector<double> turned = simulate();
   EXPECT_GT(changeRate(turned, kSim, 6, true), 1.5 * changeRate(turned, kSim, 6, false));
 }
@@ -196,6 +196,40 @@ TEST_F(TransformedChannels, HomothetyOf2DoublesTheChannelWidth) {
     const double ti = changeRate(tiFacies_, 120, lag, false);
     EXPECT_NEAR(changeRate(wide, kSim, 2 * lag, false), ti, 0.2 * ti) << "lag " << lag;
   }
+}
+
+// A map on the simulation grid of a lower and an upper bound.
+nuvo_image *boundsMap(int n, double lower, double upper) {
+  nuvo_image *map = nuvo_test::initialisedRecords<nuvo_image>(1, NUVOInitImage);
+  makeImage(map, n, n, 1, {"lower", "upper"},
+            [=](int, int, int, int iv) { return iv == 0 ? lower : upper; });
+  return map;
+}
+
+// Maps holding one value everywhere act as that constant, tolerance draws
+// included, and a map without values leaves its axis as it is.
+TEST_F(TransformedChannels, MapsActLikeTheirConstants) {
+  si_.homothetyUsage = 2;
+  si_.homothetyXRatioValue = valuesOf<double>({1.0, 1.5});
+  si_.homothetyYRatioValue = valuesOf<double>({1.0, 1.0});
+  si_.homothetyZRatioValue = valuesOf<double>({1.0, 1.0});
+  si_.rotationUsage = 2;
+  si_.rotationAzimuthValue = valuesOf<double>({20.0, 40.0});
+  si_.rotationDipValue = valuesOf<double>({0.0, 0.0});
+  si_.rotationPlungeValue = valuesOf<double>({0.0, 0.0});
+  const std::vector<double> constants = simulate();
+
+  si_.homothetyXRatioImageFlag = 1;
+  si_.homothetyXRatioImage = boundsMap(kSim, 1.0, 1.5);
+  si_.rotationAzimuthImageFlag = 1;
+  si_.rotationAzimuthImage = boundsMap(kSim, 20.0, 40.0);
+  si_.homothetyYRatioImageFlag = 1;
+  si_.homothetyYRatioImage = boundsMap(kSim, NUVO_MISSING_VALUE, NUVO_MISSING_VALUE);
+  EXPECT_EQ(simulate(), constants);
+
+  for (int k = 0; k < kSim * kSim; k += 2)  // every other node may turn further
+    si_.rotationAzimuthImage->var[kSim * kSim + k] = 80.0;
+  EXPECT_NE(simulate(), constants);
 }
 
 }  // namespace
