@@ -176,22 +176,10 @@ TEST_F(Cli, RenderDrawsPanelsSideBySideWithYUpAndMissingInGrey) {
 
   // Cells of 240 pixels make the 2-row grid 480 pixels high; two panels of three
   // cells with an 8-pixel gap make 1448 pixels across.
-  const std::string bytes = readText(path("a.png"));
-  ASSERT_GE(bytes.size(), 24u);
-  EXPECT_EQ(bytes.substr(0, 8), "\x89PNG\r\n\x1a\n");
-  EXPECT_EQ(bytes.substr(12, 4), "IHDR");
-  const auto be32 = [&](std::size_t at) {
-    return (static_cast<unsigned char>(bytes[at]) << 24) |
-           (static_cast<unsigned char>(bytes[at + 1]) << 16) |
-           (static_cast<unsigned char>(bytes[at + 2]) << 8) |
-           static_cast<unsigned char>(bytes[at + 3]);
-  };
-  EXPECT_EQ(be32(16), 1448u);
-  EXPECT_EQ(be32(20), 480u);
-
   png_uint_32 width = 0, height = 0;
   const std::vector<png_byte> rgb = decodePng(path("a.png"), width, height);
-  ASSERT_EQ(rgb.size(), std::size_t{3} * 1448 * 480);
+  ASSERT_EQ(width, 1448u);
+  ASSERT_EQ(height, 480u);
   const auto pixel = [&](int x, int y) {
     const std::size_t at = 3 * (std::size_t{1} * y * width + x);
     return std::array<int, 3>{rgb[at], rgb[at + 1], rgb[at + 2]};

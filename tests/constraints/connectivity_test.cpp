@@ -8,12 +8,12 @@
 
 namespace {
 
+using nuvo::test::printed;
+using nuvo::test::TempStream;
 using nuvo_test::NamedFile;
 using nuvo_test::newClasses;
 using nuvo_test::newImage;
 using nuvo_test::newText;
-using nuvo_test::printed;
-using nuvo_test::TextStream;
 
 // A reference image of three nodes and two variables, "facies" and "poro".
 constexpr char kReferenceImage[] = "3 1 1\n2\nfacies\nporo\n1 0.1\n0 0.2\n1 0.3\n";
@@ -31,7 +31,7 @@ class ConnectivityTest : public ::testing::Test {
 
   int read(const std::string &text) {
     NUVOFreeConnectivityASCII(&ascii_);
-    return NUVOReadConnectivityASCII(&ascii_, TextStream(text).file);
+    return NUVOReadConnectivityASCII(&ascii_, TempStream(text).get());
   }
   int convert() {
     NUVOFreeConnectivity(&c_);
@@ -60,20 +60,12 @@ TEST_F(ConnectivityTest, PathsFromAReferenceFileKeepTheNamedVariable) {
             0);
   EXPECT_EQ(ascii_.connectivityType, CONNECT_FACE_EDGE);
   EXPECT_STREQ(ascii_.refConnectivityVarName, "poro");
-  EXPECT_EQ(printed([&](FILE *f) { NUVOPrintConnectivityASCII(&ascii_, "", f); }),
-            "connectivityConstraintUsage: 2(set connecting path before simulation by "
-            "successively binding the nodes to be connected in an order according to distance)\n"
-            "connectivityType:CONNECT_FACE_EDGE (18-neighbors connected by face or edge)\n"
-            "classOfValues:\n"
-            "   nclass:   1\n"
-            "   class   0: ninterval =   1, class = [  0.500000,   1.500000[\n"
-            "varName: label\n"
-            "refConnectivityImageFileName: " +
-                reference.path() +
-                "\n"
-                "refConnectivityVarName: poro\n"
-                "deactivationDistance: 0\n"
-                "threshold: 0\n");
+  const std::string ascii = printed([&](FILE *f) { NUVOPrintConnectivityASCII(&ascii_, "", f); });
+  EXPECT_NE(ascii.find("connectivityType:CONNECT_FACE_EDGE (18-neighbors connected by face or "
+                       "edge)\nclassOfValues:\n"),
+            std::string::npos)
+      << ascii;
+  EXPECT_NE(ascii.find("\nrefConnectivityVarName: poro\n"), std::string::npos) << ascii;
 
   ASSERT_EQ(convert(), 0);
   EXPECT_EQ(c_.tiAsRefFlag, 0);
@@ -92,25 +84,19 @@ TEST_F(ConnectivityTest, PathsFromAReferenceFileKeepTheNamedVariable) {
 }
 
 TEST_F(ConnectivityTest, FirstTrainingImageNeedsNoVariableName) {
-  TextStream text("1 CONNECT_FACE 1 1 0 1 label _TI_ 7");
-  ASSERT_EQ(NUVOReadConnectivityASCII(&ascii_, text.file), 0);
+  TempStream text("1 CONNECT_FACE 1 1 0 1 label _TI_ 7");
+  ASSERT_EQ(NUVOReadConnectivityASCII(&ascii_, text.get()), 0);
   EXPECT_EQ(ascii_.refConnectivityVarName, nullptr);
   ASSERT_EQ(convert(), 0);
   EXPECT_EQ(c_.tiAsRefFlag, 1);
   EXPECT_EQ(c_.refConnectivityImage, nullptr);
   EXPECT_EQ(validate(), 0);
-  EXPECT_EQ(printed([&](FILE *f) { NUVOPrintConnectivity(&c_, "", f); }),
+  const std::string out = printed([&](FILE *f) { NUVOPrintConnectivity(&c_, "", f); });
+  EXPECT_EQ(out.substr(0, out.find('\n')),
             "connectivityConstraintUsage: 1(set connecting path before simulation by "
-            "successively binding the nodes to be connected in a random order)\n"
-            "connectivityType:CONNECT_FACE (6-neighbors connected by face)\n"
-            "classOfValues:\n"
-            "   nclass:   1\n"
-            "   class   0: ninterval =   1, class = [  0.000000,   1.000000[\n"
-            "varName: label\n"
-            "tiAsRefFlag: 1\n"
-            "refConnectivityImage: NOT ALLOCATED\n"
-            "deactivationDistance: 0\n"
-            "threshold: 0\n");
+            "successively binding the nodes to be connected in a random order)");
+  EXPECT_NE(out.find("\ntiAsRefFlag: 1\nrefConnectivityImage: NOT ALLOCATED\n"), std::string::npos)
+      << out;
 }
 
 TEST_F(ConnectivityTest, PatternOfLabelsUsesTheTrainingImage) {

@@ -13,7 +13,7 @@
 
 #include "nuvo_classofvalues.h"
 #include "nuvo_image.h"
-#include "tests/input/test_streams.hpp"
+#include "tests/support/temp_stream.hpp"
 
 namespace nuvo_test {
 
@@ -44,7 +44,7 @@ class NamedFile {
 inline nuvo_classOfValues *newClasses(const std::string &text) {
   auto *c = static_cast<nuvo_classOfValues *>(std::calloc(1, sizeof(nuvo_classOfValues)));
   NUVOInitClassOfValues(c);
-  EXPECT_EQ(NUVOReadClassOfValues(c, TextStream(text).file), 0);
+  EXPECT_EQ(NUVOReadClassOfValues(c, nuvo::test::TempStream(text).get()), 0);
   return c;
 }
 

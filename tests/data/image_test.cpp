@@ -75,8 +75,8 @@ TEST(ImageValidate, TheFirstNanOrInfiniteValueDecides) {
 TEST(ImagePrint, WritesGridSizesAndNamesUnderThePrefix) {
   TestImage t(2, 1, 1, {"facies", "poro"}, {0, 1, 2, 3});
   TempStream out;
-  ASSERT_EQ(NUVOPrintImage(&t.image, "> ", out.file), 0);
-  EXPECT_EQ(out.text(),
+  ASSERT_EQ(NUVOPrintImage(&t.image, "> ", out.get()), 0);
+  EXPECT_EQ(out.contents(),
             "> grid:\n"
             ">    Size   :       2              1              1\n"
             ">    Spacing:       1.000000       1.000000       1.000000\n"
@@ -92,11 +92,7 @@ TEST(ImagePrint, WritesGridSizesAndNamesUnderThePrefix) {
 
 // Resize --------------------------------------------------------------------
 
-struct Resized {
-  Resized() { NUVOInitImage(&image); }
-  ~Resized() { NUVOFreeImage(&image); }
-  nuvo_image image;
-};
+using Resized = nuvo::test::EmptyImage;
 
 TEST(ImageResize, PadsOnTheLowSideAndShiftsTheOrigin) {
   TestImage t(2, 2, 1, {"a"}, {1, 2, 3, 4});

@@ -6,19 +6,14 @@
 #include <string>
 
 #include "nuvo_imagefile.h"
-#include "tests/support/temp_stream.hpp"
+#include "tests/data/data_builders.hpp"
 
 namespace {
 
 using nuvo::test::FullStream;
 using nuvo::test::TempStream;
 
-struct PointSet {
-  PointSet() { NUVOInitPointSet(&ps); }
-  ~PointSet() { NUVOFreePointSet(&ps); }
-  nuvo_pointSet *operator->() { return &ps; }
-  nuvo_pointSet ps;
-};
+using PointSet = nuvo::test::EmptyPointSet;
 
 int readPoints(PointSet &ps, const std::string &content) {
   TempStream file(content);

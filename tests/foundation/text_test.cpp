@@ -8,38 +8,31 @@
 
 #include "nuvo_compare.h"
 #include "nuvo_text.h"
+#include "tests/support/temp_stream.hpp"
 
 namespace {
 
-// A temporary stream holding `content`, positioned at its start.
-struct TextStream {
-  explicit TextStream(const std::string &content) : file(std::tmpfile()) {
-    std::fputs(content.c_str(), file);
-    std::rewind(file);
-  }
-  ~TextStream() { std::fclose(file); }
-  FILE *file;
-};
+using nuvo::test::TempStream;
 
 TEST(SkipComments, StopsBeforeTheFirstSignificantCharacter) {
-  TextStream s("  // note\n/* block\n spread */\t\r\n42 rest");
-  ASSERT_EQ(NUVOSkipComments(s.file), 0);
+  TempStream s("  // note\n/* block\n spread */\t\r\n42 rest");
+  ASSERT_EQ(NUVOSkipComments(s.get()), 0);
   int value = 0;
-  ASSERT_EQ(std::fscanf(s.file, "%d", &value), 1);
+  ASSERT_EQ(std::fscanf(s.get(), "%d", &value), 1);
   EXPECT_EQ(value, 42);
 }
 
 TEST(SkipComments, KeepsALoneSlashAndHandlesStarsInsideBlocks) {
-  TextStream s("/** x **/ /5");
-  ASSERT_EQ(NUVOSkipComments(s.file), 0);
-  EXPECT_EQ(std::fgetc(s.file), '/');
-  EXPECT_EQ(std::fgetc(s.file), '5');
+  TempStream s("/** x **/ /5");
+  ASSERT_EQ(NUVOSkipComments(s.get()), 0);
+  EXPECT_EQ(std::fgetc(s.get()), '/');
+  EXPECT_EQ(std::fgetc(s.get()), '5');
 }
 
 TEST(SkipComments, ReportsTheEndOfTheStream) {
-  EXPECT_EQ(NUVOSkipComments(TextStream("/* never closed").file), -999);
-  EXPECT_EQ(NUVOSkipComments(TextStream("  \n// last line").file), -999);
-  EXPECT_EQ(NUVOSkipComments(TextStream("").file), -999);
+  EXPECT_EQ(NUVOSkipComments(TempStream("/* never closed").get()), -999);
+  EXPECT_EQ(NUVOSkipComments(TempStream("  \n// last line").get()), -999);
+  EXPECT_EQ(NUVOSkipComments(TempStream("").get()), -999);
 }
 
 TEST(IntToString, WritesTheLastDigitsZeroPadded) {

@@ -3,12 +3,12 @@
 #include <string>
 
 #include "nuvo_simandpath.h"
-#include "test_streams.hpp"
+#include "tests/support/temp_stream.hpp"
 
 namespace {
 
-using nuvo_test::printed;
-using nuvo_test::TextStream;
+using nuvo::test::printed;
+using nuvo::test::TempStream;
 
 class SimAndPathTest : public ::testing::Test {
  protected:
@@ -22,7 +22,7 @@ class SimAndPathTest : public ::testing::Test {
   }
   int read(const std::string &text) {
     NUVOFreeSimAndPathParameters(&p_);
-    return NUVOReadSimAndPathParameters(&p_, TextStream(text).file);
+    return NUVOReadSimAndPathParameters(&p_, TempStream(text).get());
   }
   int error() {
     int e = 1;
