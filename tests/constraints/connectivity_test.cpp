@@ -112,33 +112,15 @@ TEST_F(ConnectivityTest, PatternOfLabelsUsesTheTrainingImage) {
             "connectivityConstraintUsage: 0\n");
 }
 
-TEST_F(ConnectivityTest, ReadingErrorsNameTheField) {
+// A missing or malformed value of each field gives that field's code; the
+// parameter-file tests check this for every token of a file holding every
+// section. Here: the longest names accepted, 127 and 255 characters.
+TEST_F(ConnectivityTest, ReadingAcceptsTheLongestNames) {
   const std::string head = "1 CONNECT_FACE 1 1 0 1 ";
-  const std::string pattern = "3 CONNECT_FACE 1 1 0 1 label ";
-  struct Case {
-    std::string text;
-    int code;
-  };
-  const std::vector<Case> cases = {
-      {"", -2110},
-      {"u", -2110},
-      {"1 CONNECT_CORNER", -2111},
-      {"1 connect_face", -2111},
-      {"1 CONNECT_FACE x", -4035},
-      {head, -2112},
-      {head + std::string(128, 'v'), -2113},
-      {head + "label", -2114},
-      {head + "label " + std::string(256, 'f'), -2115},
-      {head + "label ref.gslib", -2116},
-      {head + "label ref.gslib " + std::string(128, 'v'), -2117},
-      {pattern + "d", -2118},
-      {pattern + "1.0 t", -2119},
-  };
-  for (const Case &k : cases) EXPECT_EQ(read(k.text), k.code) << k.text;
-  // The longest names accepted: 127 and 255 characters.
   EXPECT_EQ(read(head + std::string(127, 'v') + " " + std::string(255, 'f') + " " +
                  std::string(127, 'r')),
             0);
+  EXPECT_EQ(read(head + std::string(128, 'v')), -2113);
 }
 
 TEST_F(ConnectivityTest, ConversionErrors) {

@@ -161,36 +161,18 @@ TEST_F(SoftProbabilityTest, UsageZeroEndsTheSection) {
   EXPECT_EQ(validate(), 0);
 }
 
-TEST_F(SoftProbabilityTest, ReadingErrorsNameTheField) {
-  const std::string global = "1 2 1 0 1 1 1 2 ";
+// A missing or malformed value of each field gives that field's code; the
+// parameter-file tests check this for every token of a file holding every
+// section. Here: the values out of range and the length limits.
+TEST_F(SoftProbabilityTest, ReadingRefusesUnknownSelectionsAndLongNames) {
   const std::string local = "2 1 1 0 1 ";
-  struct Case {
-    std::string text;
-    int code;
-  };
-  const std::vector<Case> cases = {
-      {"", -920},
-      {"x", -920},
-      {"3", -950},
-      {"-1", -950},
-      {"1 y", -4035},  // the class reader's code passes through
-      {"1 0", -4041},
-      {global + "0.5 p", -930},
-      {local, -935},
-      {local + std::string(256, 'f'), -936},
-      {local + "pdf.gslib r", -940},
-      {local + "pdf.gslib 3 c", -945},
-      {global + "0.5 0.5 m", -955},
-      {global + "0.5 0.5 0 d", -960},
-      {global + "0.5 0.5 0 0 t", -965},
-      {global + "0.5 0.5 0 0 2", -970},
-      {global + "0.5 0.5 0 0 0 c", -966},
-      {global + "0.5 0.5 0 0 1 1 2 3 0.3 0.2 0.1", -967},
-  };
-  for (const Case &k : cases) EXPECT_EQ(read(k.text), k.code) << k.text;
-
-  // A file name of 255 characters is the longest accepted.
-  EXPECT_EQ(read(local + std::string(255, 'f') + " 3 0 0 0 0 0.1"), 0);
+  for (auto [text, code] : {std::pair<std::string, int>{"3", -950},
+                            {"-1", -950},
+                            {"1 0", -4041},
+                            {"1 2 1 0 1 1 1 2 0.5 0.5 0 0 2", -970},
+                            {local + std::string(256, 'f'), -936},
+                            {local + std::string(255, 'f') + " 3 0 0 0 0 0.1", 0}})
+    EXPECT_EQ(read(text), code) << text;
 }
 
 TEST_F(SoftProbabilityTest, GlobalPdfNearlySummingToOneIsRescaled) {
