@@ -10,7 +10,7 @@ namespace {
 
 using nuvo::test::printed;
 using nuvo::test::TempStream;
-using nuvo_test::NamedFile;
+using nuvo_test::TempFolder;
 
 // Two blocks: three nodes with target 0.5, one node with target 2.25.
 constexpr char kTwoBlocks[] =
@@ -84,10 +84,11 @@ TEST_F(BlockDataTest, FileErrors) {
 }
 
 TEST_F(BlockDataTest, TextFormAndConversion) {
-  NamedFile blocks("blocks.dat", kTwoBlocks);
-  ASSERT_EQ(NUVOReadBlockDataASCII(&ascii_, TempStream("1 " + blocks.path()).get()), 0);
+  TempFolder folder;
+  const std::string blocks = folder.write("blocks.dat", kTwoBlocks);
+  ASSERT_EQ(NUVOReadBlockDataASCII(&ascii_, TempStream("1 " + blocks).get()), 0);
   EXPECT_EQ(printed([&](FILE *f) { NUVOPrintBlockDataASCII(&ascii_, "  ", f); }),
-            "  blockDataUsage: 1\n  blockDataFileName: " + blocks.path() + "\n");
+            "  blockDataUsage: 1\n  blockDataFileName: " + blocks + "\n");
   ASSERT_EQ(NUVOBlockDataASCIIToBlockData(&ascii_, &bd_), 0);
   EXPECT_EQ(bd_.blockDataUsage, 1);
   EXPECT_EQ(bd_.nblock, 2);

@@ -10,10 +10,10 @@ namespace {
 
 using nuvo::test::printed;
 using nuvo::test::TempStream;
-using nuvo_test::NamedFile;
 using nuvo_test::newClasses;
 using nuvo_test::newImage;
 using nuvo_test::newText;
+using nuvo_test::TempFolder;
 
 // A reference image of three nodes and two variables, "facies" and "poro".
 constexpr char kReferenceImage[] = "3 1 1\n2\nfacies\nporo\n1 0.1\n0 0.2\n1 0.3\n";
@@ -54,9 +54,9 @@ class ConnectivityTest : public ::testing::Test {
 };
 
 TEST_F(ConnectivityTest, PathsFromAReferenceFileKeepTheNamedVariable) {
-  NamedFile reference("ref.gslib", kReferenceImage);
-  ASSERT_EQ(read("2 // by distance\nCONNECT_FACE_EDGE\n1 1 0.5 1.5\nlabel\n" + reference.path() +
-                 " poro"),
+  TempFolder folder;
+  const std::string reference = folder.write("ref.gslib", kReferenceImage);
+  ASSERT_EQ(read("2 // by distance\nCONNECT_FACE_EDGE\n1 1 0.5 1.5\nlabel\n" + reference + " poro"),
             0);
   EXPECT_EQ(ascii_.connectivityType, CONNECT_FACE_EDGE);
   EXPECT_STREQ(ascii_.refConnectivityVarName, "poro");
@@ -127,10 +127,11 @@ TEST_F(ConnectivityTest, ConversionErrors) {
   ASSERT_EQ(read("1 CONNECT_FACE 1 1 0 1 label /nonexistent/ref.gslib v"), 0);
   EXPECT_EQ(convert(), -121);
 
-  NamedFile reference("ref.gslib", kReferenceImage);
-  NamedFile twice("twice.gslib", "1 1 1\n2\nv\nv\n1 2\n");
+  TempFolder folder;
+  const std::string reference = folder.write("ref.gslib", kReferenceImage);
+  const std::string twice = folder.write("twice.gslib", "1 1 1\n2\nv\nv\n1 2\n");
   struct Case {
-    const NamedFile &file;
+    std::string file;
     const char *varName;
     int code;
   };
@@ -138,7 +139,7 @@ TEST_F(ConnectivityTest, ConversionErrors) {
                         Case{twice, "v", -136}, Case{reference, "perm", -137}}) {
     NUVOFreeConnectivityASCII(&ascii_);
     ascii_.connectivityConstraintUsage = NUVO_CONNECTIVITY_PATHS_RANDOM_ORDER;
-    ascii_.refConnectivityImageFileName = newText(k.file.path(), 256);
+    ascii_.refConnectivityImageFileName = newText(k.file, 256);
     if (k.varName != nullptr) ascii_.refConnectivityVarName = newText(k.varName, 128);
     EXPECT_EQ(convert(), k.code) << (k.varName != nullptr ? k.varName : "(null)");
   }

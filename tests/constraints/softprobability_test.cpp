@@ -10,10 +10,9 @@ namespace {
 
 using nuvo::test::printed;
 using nuvo::test::TempStream;
-using nuvo_test::NamedFile;
 using nuvo_test::newClasses;
 using nuvo_test::newImage;
-using nuvo_test::newValues;
+using nuvo_test::TempFolder;
 
 // Two classes [0, 1[ and [1, 2[, a global pdf, MAE with a constant threshold.
 constexpr char kGlobalText[] =
@@ -70,7 +69,7 @@ class SoftProbabilityTest : public ::testing::Test {
     sp_.probabilityConstraintUsage = NUVO_PROBABILITY_CONSTRAINT_LOCAL;
     sp_.classOfValues = newClasses("2 1 0 1 1 1 2");
     sp_.localPdfImage = newImage(2, {"p0", "p1"}, {0.2, 0.5, 0.8, 0.5});
-    sp_.localPdfSupportRadius = newValues({3.0});
+    sp_.localPdfSupportRadius = nuvo_test::valuesOf<double>({3.0});
     sp_.localCurrentPdfComputation = NUVO_LOCAL_CURRENT_PDF_COMPLETE;
     sp_.comparingPdfMethod = NUVO_COMPARING_PDF_RMSE;
     sp_.deactivationDistance = 1.0;
@@ -106,9 +105,9 @@ TEST_F(SoftProbabilityTest, GlobalConstraintReadsConvertsValidatesAndPrints) {
 }
 
 TEST_F(SoftProbabilityTest, LocalConstraintLoadsItsImage) {
-  NamedFile pdf("pdf.gslib", "2 1 1\n2\np0\np1\n0.25 0.75\n1 0\n");
-  ASSERT_EQ(read("2  2 1 0 1 1 1 2  " + pdf.path() + " 3.0 1  4  0.5  1  1 2 3  0.3 0.2 0.1  2"),
-            0);
+  TempFolder folder;
+  const std::string pdf = folder.write("pdf.gslib", "2 1 1\n2\np0\np1\n0.25 0.75\n1 0\n");
+  ASSERT_EQ(read("2  2 1 0 1 1 1 2  " + pdf + " 3.0 1  4  0.5  1  1 2 3  0.3 0.2 0.1  2"), 0);
   EXPECT_EQ(ascii_.dynamicThresholdParameters[6], 2.0);
   // The name of method 4 has always been printed without its opening parenthesis.
   const std::string ascii =
@@ -138,7 +137,7 @@ TEST_F(SoftProbabilityTest, ConversionRefusesAnUnopenableImageOrAPdfWithoutClass
   NUVOFreeSoftProbabilityASCII(&ascii_);
   NUVOFreeSoftProbability(&sp_);
   ascii_.probabilityConstraintUsage = NUVO_PROBABILITY_CONSTRAINT_GLOBAL;
-  ascii_.globalPdf = newValues({1.0});
+  ascii_.globalPdf = nuvo_test::valuesOf<double>({1.0});
   EXPECT_EQ(NUVOSoftProbabilityASCIIToSoftProbability(&ascii_, &sp_), -4041);
 }
 
@@ -217,7 +216,7 @@ TEST_F(SoftProbabilityTest, DynamicThresholdParameters) {
   makeGlobal();
   sp_.probabilityConstraintThresholdType = NUVO_PROBABILITY_THRESHOLD_DYNAMIC;
   // T1 < T2 < T3 is accepted: the order of the thresholds is not checked.
-  sp_.dynamicThresholdParameters = newValues({0, 10, 20, 0.1, 0.2, 0.3, 1});
+  sp_.dynamicThresholdParameters = nuvo_test::valuesOf<double>({0, 10, 20, 0.1, 0.2, 0.3, 1});
   EXPECT_EQ(validate(), 0);
   double *p = sp_.dynamicThresholdParameters;
   for (auto [index, value] : {std::pair{0, -1.0}, {0, 11.0}, {1, 20.0}, {6, 1e-11}}) {

@@ -20,12 +20,9 @@ int verdictOf(const nuvo_image &image, int nameSuffixLength = 0) {
   return verdict;
 }
 
-TEST(ImageValidate, AcceptsAWellFormedImage) {
-  TestImage t(2, 2, 1, {"a", "b"}, {1, 2, 3, 4, 5, 6, 7, kMissing});
-  EXPECT_EQ(verdictOf(t.image), 0);
-}
-
 TEST(ImageValidate, ReportsGridFailuresBeforeVariables) {
+  TestImage good(2, 2, 1, {"a", "b"}, {1, 2, 3, 4, 5, 6, 7, kMissing});
+  EXPECT_EQ(verdictOf(good.image), 0);
   TestImage t(2, 2, 1, {"a", "a"});
   t.image.grid->ny = 0;
   EXPECT_EQ(verdictOf(t.image), -612);
