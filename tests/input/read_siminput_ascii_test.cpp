@@ -156,11 +156,6 @@ TEST_F(ReadSimInputTest, NamesHoldUpTo127CharactersAndFileNamesUpTo255) {
   EXPECT_EQ(read(with(data, std::string(256, 'f'))), -796);
 }
 
-TEST_F(ReadSimInputTest, ASlashNotStartingACommentStartsAToken) {
-  ASSERT_EQ(read(with(indexOf("facies"), "/x//note")), 0);
-  EXPECT_STREQ(si_.simVarName[0], "/x//note");
-}
-
 TEST_F(ReadSimInputTest, PyramidVariableSectionsAndPostProcessingListsAreOptional) {
   // No pyramid levels: the steps, the mode, the factors and the variable
   // sections are gone; post-processing as the main settings: no lists.
