@@ -6,106 +6,31 @@
 
 #include "input/text_io.hpp"
 #include "nuvo_siminput.h"
+#include "param_file.hpp"
 #include "siminput_builder.hpp"
-#include "test_files.hpp"
 #include "tests/support/temp_stream.hpp"
 
 namespace {
 
 using nuvo::test::printed;
-using nuvo_test::gslibImage;
-using nuvo_test::initialisedRecords;
-using nuvo_test::kPointSet;
+using nuvo::test::TempStream;
 using nuvo_test::ownedText;
-using nuvo_test::ownedTexts;
 using nuvo_test::TempFolder;
-using nuvo_test::valuesOf;
 
+// The complete parameter file of the reader tests, read into ascii_: two
+// variables on a 4 x 3 x 1 grid, the simulation grid and an image as training
+// images, every kind of data file, manual post-processing.
 class SimInputTest : public ::testing::Test {
  protected:
   void SetUp() override {
     NUVOInitSimInputASCII(&ascii_);
     NUVOInitSimInput(&input_);
-    tiFile_ = folder_.write("ti.gslib", gslibImage(2));
-    pdfFile_ = folder_.write("pdf.gslib", gslibImage(2));
-    oneVarFile_ = folder_.write("one.gslib", gslibImage(1));
-    pointSetFile_ = folder_.write("ps.txt", kPointSet);
-    fillAscii();
+    TempStream file(nuvo_test::parameterFileText(nuvo_test::parameterFileTokens(folder_)));
+    ASSERT_EQ(NUVOReadSimInputASCII(&ascii_, file.get()), 0);
   }
   void TearDown() override {
     NUVOFreeSimInputASCII(&ascii_);
     NUVOFreeSimInput(&input_);
-  }
-
-  // Two variables on a 4 x 3 x 2 grid, the simulation grid and one file as
-  // training images, every kind of file, default post-processing.
-  void fillAscii() {
-    nuvo_simInputASCII &a = ascii_;
-    a.simGridNx = 4;
-    a.simGridNy = 3;
-    a.simGridNz = 2;
-    a.simGridSx = a.simGridSy = a.simGridSz = 1.0;
-    a.simGridOx = 10.0;
-    a.nsimVar = 2;
-    a.simVarName = ownedTexts({"v0", "v1"}, NUVO_VAR_NAME_MAX + 1);
-    a.outputVarFlag = valuesOf<signed char>({1, 1});
-    a.formatStringVar = ownedTexts({"%.3f", NUVO_DEFAULT_FORMAT_NAME}, NUVO_VAR_NAME_MAX + 1);
-    a.outputSimJob = OUTPUT_SIM_ONE_FILE_PER_VARIABLE;
-    a.outputSimImageFileName = ownedTexts({"first.gslib", "second.gslib"}, NUVO_FILE_NAME_MAX + 1);
-    a.outputReportFlag = 1;
-    a.outputReportFileName = ownedText("report.txt");
-    a.ntrainImage = 2;
-    a.trainImageFileName =
-        ownedTexts({NUVO_SIM_GRID_AS_TI_NAME, tiFile_.c_str()}, NUVO_FILE_NAME_MAX + 1);
-    a.pdfTrainImageFileName = ownedText(pdfFile_.c_str());
-    a.ndataImageFile = 1;
-    a.dataImageFileName = ownedTexts({tiFile_.c_str()}, NUVO_FILE_NAME_MAX + 1);
-    a.ndataPointSetFile = 1;
-    a.dataPointSetFileName = ownedTexts({pointSetFile_.c_str()}, NUVO_FILE_NAME_MAX + 1);
-    a.maskImageFlag = 1;
-    a.maskImageFileName = ownedText(oneVarFile_.c_str());
-    a.homothetyUsage = 2;
-    a.homothetyXRatioImageFlag = 1;
-    a.homothetyXRatioImageFileName = ownedText(tiFile_.c_str());
-    a.homothetyYRatioValue = valuesOf<double>({0.5, 2.0});
-    a.homothetyZRatioValue = valuesOf<double>({1.0, 1.0});
-    a.rotationUsage = 1;
-    a.rotationAzimuthValue = valuesOf<double>({30.0});
-    a.rotationDipImageFlag = 1;
-    a.rotationDipImageFileName = ownedText(oneVarFile_.c_str());
-    a.rotationPlungeValue = valuesOf<double>({0.0});
-    a.normalizingType = NORMALIZING_UNIFORM;
-    a.searchNeighborhoodParameters = initialisedRecords<nuvo_searchNeighborhoodParameters>(
-        2, NUVOInitSearchNeighborhoodParameters);
-    a.searchNeighborhoodParameters[1].rx = 7.0;
-    a.nneighboringNode = valuesOf<int>({24, 12});
-    a.neighboringNodeDensity = valuesOf<double>({1.0, 0.5});
-    a.rescalingMode = valuesOf<int>({RESCALING_NONE, RESCALING_MIN_MAX});
-    a.rescalingTargetMax = valuesOf<double>({0.0, 4.0});
-    a.relativeDistanceFlag = valuesOf<signed char>({0, 1});
-    a.distanceType = valuesOf<int>({0, 3});
-    a.powerLpDistance = valuesOf<double>({1.0, 0.5});
-    a.powerLpDistanceInv = valuesOf<double>({1.0, 2.0});
-    a.conditioningWeightFactor = valuesOf<double>({1.0, 2.0});
-    a.simAndPathParameters =
-        initialisedRecords<nuvo_simAndPathParameters>(1, NUVOInitSimAndPathParameters);
-    a.simAndPathParameters->pathType = PATH_UNILATERAL;
-    a.simAndPathParameters->nunilateralOrder = 4;
-    a.simAndPathParameters->unilateralOrder = valuesOf<int>({1, 2, 0, 0});
-    a.distanceThreshold = valuesOf<double>({0.05, 0.1});
-    a.softProbabilityASCII =
-        initialisedRecords<nuvo_softProbabilityASCII>(2, NUVOInitSoftProbabilityASCII);
-    a.connectivityASCII = initialisedRecords<nuvo_connectivityASCII>(2, NUVOInitConnectivityASCII);
-    a.blockDataASCII = initialisedRecords<nuvo_blockDataASCII>(2, NUVOInitBlockDataASCII);
-    a.maxScanFraction = valuesOf<double>({0.5, 0.1});
-    a.pyramidGeneralParametersASCII = initialisedRecords<nuvo_pyramidGeneralParametersASCII>(
-        1, NUVOInitPyramidGeneralParametersASCII);
-    a.tolerance = 0.25;
-    a.npostProcessingPathMax = 2;
-    a.postProcessingParametersJob = POST_PROCESSING_PARAMETERS_DEFAULT;
-    a.seed = 444;
-    a.seedIncrement = 1;
-    a.nrealization = 3;
   }
 
   int convert() {
@@ -114,7 +39,6 @@ class SimInputTest : public ::testing::Test {
   }
 
   TempFolder folder_;
-  std::string tiFile_, pdfFile_, oneVarFile_, pointSetFile_;
   nuvo_simInputASCII ascii_;
   nuvo_simInput input_;
 };
@@ -126,10 +50,10 @@ TEST_F(SimInputTest, ConversionBuildsTheGridAndLoadsEveryFile) {
   ASSERT_EQ(convert(), 0);
   const nuvo_simInput &in = input_;
   ASSERT_NE(in.simImage, nullptr);
-  EXPECT_EQ(in.simImage->grid->nxyz, 24);
+  EXPECT_EQ(in.simImage->grid->nxyz, 12);
   EXPECT_EQ(in.simImage->grid->ox, 10.0);
-  EXPECT_STREQ(in.simImage->varName[1], "v1");
-  EXPECT_EQ(in.simImage->var[47], NUVO_MISSING_VALUE);
+  EXPECT_STREQ(in.simImage->varName[1], "poro");
+  EXPECT_EQ(in.simImage->var[23], NUVO_MISSING_VALUE);
   EXPECT_STREQ(in.formatStringVar[1], "%.10g");
 
   EXPECT_EQ(in.simGridAsTiFlag[0], 1);
@@ -147,10 +71,13 @@ TEST_F(SimInputTest, ConversionBuildsTheGridAndLoadsEveryFile) {
 
   EXPECT_NE(in.simAndPathParameters->unilateralOrder, ascii_.simAndPathParameters->unilateralOrder);
   ASSERT_NE(in.pyramidParameters, nullptr);
-  EXPECT_EQ(in.pyramidParameters[1].nlevel, 0);
+  EXPECT_EQ(in.pyramidParameters[1].pyramidType, PYRAMID_CONTINUOUS);
 }
 
 TEST_F(SimInputTest, DefaultPostProcessingDependsOnGridDimensionsAndDistanceType) {
+  ascii_.postProcessingParametersJob = POST_PROCESSING_PARAMETERS_DEFAULT;
+  ascii_.simGridNz = 2;
+  ascii_.maxScanFraction[1] = 0.1;
   ASSERT_EQ(convert(), 0);
   EXPECT_EQ(input_.postProcessingNneighboringNode[0], 8);  // 4 x 3 x 2: three dimensions
   EXPECT_EQ(input_.postProcessingNneighboringNode[1], 8);
@@ -181,15 +108,11 @@ TEST_F(SimInputTest, PostProcessingTakesTheMainSettingsOrTheManualOnes) {
   EXPECT_EQ(input_.postProcessingMaxScanFraction[0], 0.5);
   EXPECT_EQ(input_.postProcessingTolerance, 0.25);
 
-  ascii_.postProcessingParametersJob = POST_PROCESSING_PARAMETERS_MANUAL;
-  ascii_.postProcessingNneighboringNode = valuesOf<int>({3, 5});
-  ascii_.postProcessingNeighboringNodeDensity = valuesOf<double>({0.1, 0.2});
-  ascii_.postProcessingDistanceThreshold = valuesOf<double>({0.3, 0.4});
-  ascii_.postProcessingMaxScanFraction = valuesOf<double>({0.6, 0.7});
-  ascii_.postProcessingTolerance = 0.8;
+  ascii_.postProcessingParametersJob = POST_PROCESSING_PARAMETERS_MANUAL;  // 8 6 ... 0.2 0.1
   ASSERT_EQ(convert(), 0);
-  EXPECT_EQ(input_.postProcessingMaxScanFraction[1], 0.7);
-  EXPECT_EQ(input_.postProcessingTolerance, 0.8);
+  EXPECT_EQ(input_.postProcessingNneighboringNode[1], 6);
+  EXPECT_EQ(input_.postProcessingMaxScanFraction[1], 0.1);
+  EXPECT_EQ(input_.postProcessingTolerance, 0.0);
 
   ascii_.npostProcessingPathMax = 0;
   ASSERT_EQ(convert(), 0);
@@ -236,7 +159,7 @@ TEST_F(SimInputTest, EachUnopenableFileHasItsCode) {
     *k.flag = 0;
   }
   // A file that opens but does not hold an image gives the reader's code.
-  std::strcpy(ascii_.trainImageFileName[1], pointSetFile_.c_str());
+  std::strcpy(ascii_.trainImageFileName[1], folder_.file("ps.txt").c_str());
   int rc = convert();
   EXPECT_LT(rc, 0);
   EXPECT_NE(rc, -112);
@@ -281,10 +204,9 @@ TEST_F(SimInputTest, PrintShowsFieldsInTheirForms) {
            "#    simulation grid is set as training image",
            "# homothetyYRatioValue:       0.500000       2.000000",
            "# normalizingType: NORMALIZING_UNIFORM",
-           "# rescalingMode for variable   1: RESCALING_MIN_MAX",
-           "# rescalingTargetMin: NOT ALLOCATED",
+           "# rescalingMode for variable   1: RESCALING_MEAN_LENGTH",
            "#    pathType: PATH_UNILATERAL",
-           "# maxScanFraction for training image   1:       0.100000",
+           "# maxScanFraction for training image   1:       0.250000",
            "# pyramidParameters for variable   0",
        })
     EXPECT_TRUE(hasLine(dump, line)) << line;
@@ -295,6 +217,7 @@ TEST_F(SimInputTest, PrintShowsFieldsInTheirForms) {
 
 TEST_F(SimInputTest, PrintMarksMissingArraysAndUsesOutputVariables) {
   ascii_.outputVarFlag[0] = 0;
+  ascii_.outputVarFlag[1] = 1;
   ascii_.pyramidGeneralParametersASCII->npyramidLevel = 0;
   ASSERT_EQ(convert(), 0);
   NUVOFreeSimAndPathParameters(input_.simAndPathParameters);
@@ -309,17 +232,18 @@ TEST_F(SimInputTest, PrintMarksMissingArraysAndUsesOutputVariables) {
   EXPECT_TRUE(hasLine(dump, "simAndPathParameters: NOT ALLOCATED"));
   EXPECT_TRUE(hasLine(dump, "distanceThreshold: NOT ALLOCATED"));
   // One output variable left: the first name belongs to variable 1.
-  EXPECT_TRUE(hasLine(dump, "outputSimImageFileName for variable   1: first.gslib"));
+  EXPECT_TRUE(hasLine(
+      dump, "outputSimImageFileName for variable   1: " + folder_.file("out_facies.gslib")));
 }
 
 TEST_F(SimInputTest, AsciiPrintShowsFileNames) {
   std::string dump =
       printed([&](FILE *f) { EXPECT_EQ(NUVOPrintSimInputASCII(&ascii_, "", f), 0); });
-  for (std::string line : {
+  for (const std::string &line : {
            std::string("formatStringVar for variable   1: DEFAULT_FORMAT"),
            std::string("trainImageFileName for training image   0: _DATA_"),
-           "homothetyXRatioImageFileName: " + tiFile_,
-           std::string("postProcessingNneighboringNode: NOT ALLOCATED"),
+           "homothetyXRatioImageFileName: " + folder_.file("ti.gslib"),
+           std::string("postProcessingParametersJob: POST_PROCESSING_PARAMETERS_MANUAL"),
        })
     EXPECT_TRUE(hasLine(dump, line)) << line;
 }
