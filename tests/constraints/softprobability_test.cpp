@@ -5,6 +5,7 @@
 
 #include "nuvo_softprobability.h"
 #include "tests/constraints/test_files.hpp"
+#include "tests/support/warning_recorder.hpp"
 
 namespace {
 
@@ -23,23 +24,11 @@ constexpr char kGlobalText[] =
     "0.5  // deactivation distance\n"
     "0 0.05\n";
 
-// Counts its calls in `progress` and keeps the last warning in `progressTotal`.
-int countWarning(nuvo_progressMonitor *pm) {
-  pm->progress += 1;
-  pm->progressTotal = pm->warningNumber;
-  return 0;
-}
-
-int refuseWarning(nuvo_progressMonitor *) {
-  return -77;
-}
-
 class SoftProbabilityTest : public ::testing::Test {
  protected:
   void SetUp() override {
     NUVOInitSoftProbabilityASCII(&ascii_);
     NUVOInitSoftProbability(&sp_);
-    NUVOInitProgressMonitor(&pm_);
   }
   void TearDown() override {
     NUVOFreeSoftProbabilityASCII(&ascii_);
@@ -51,9 +40,10 @@ class SoftProbabilityTest : public ::testing::Test {
     return NUVOReadSoftProbabilityASCII(&ascii_, TempStream(text).get());
   }
 
-  int validate(nuvo_progressCallback callback = nullptr) {
+  // Validates sp_, the warnings going to rec_.
+  int validate() {
     int error = 1;
-    EXPECT_EQ(NUVOValidateSoftProbability(&sp_, &pm_, callback, &error), 0);
+    EXPECT_EQ(NUVOValidateSoftProbability(&sp_, &rec_.pm, rec_.callback, &error), 0);
     return error;
   }
 
@@ -78,7 +68,7 @@ class SoftProbabilityTest : public ::testing::Test {
 
   nuvo_softProbabilityASCII ascii_;
   nuvo_softProbability sp_;
-  nuvo_progressMonitor pm_;
+  nuvo::test::WarningRecorder rec_;
 };
 
 TEST_F(SoftProbabilityTest, GlobalConstraintReadsConvertsValidatesAndPrints) {
@@ -268,30 +258,26 @@ TEST_F(SoftProbabilityTest, LocalRulesInOrder) {
 
 TEST_F(SoftProbabilityTest, DeactivationReachingTheRadiusWarns) {
   makeLocal();
-  sp_.deactivationDistance = 3.0;  // equal to the support radius
-  EXPECT_EQ(validate(countWarning), 0);
-  EXPECT_EQ(pm_.progress, 1);         // one call
-  EXPECT_EQ(pm_.progressTotal, 120);  // carrying warning 120
-  EXPECT_EQ(pm_.warningNumber, 0);    // cleared again
-
+  sp_.deactivationDistance = 2.9;  // below the support radius: no warning
+  EXPECT_EQ(validate(), 0);
+  EXPECT_TRUE(rec_.warnings().empty());
+  sp_.deactivationDistance = 3.0;  // equal to it
+  EXPECT_EQ(validate(), 0);
+  EXPECT_EQ(rec_.warnings(), std::vector<int>{120});
+  EXPECT_EQ(rec_.pm.warningNumber, 0);
   // The warning does not stop the checks that follow it.
   sp_.constantThreshold = 2.0;
-  EXPECT_EQ(validate(countWarning), -1982);
-
-  // Below the radius: no warning.
-  sp_.constantThreshold = 0.1;
-  sp_.deactivationDistance = 2.9;
-  EXPECT_EQ(validate(countWarning), 0);
-  EXPECT_EQ(pm_.progress, 2);
+  EXPECT_EQ(validate(), -1982);
 }
 
 TEST_F(SoftProbabilityTest, CallbackResultIsPassedOn) {
   makeLocal();
   sp_.deactivationDistance = 4.0;
+  rec_.answer = -77;
   int error = 1;
-  EXPECT_EQ(NUVOValidateSoftProbability(&sp_, &pm_, refuseWarning, &error), -77);
-  pm_.stopFlag = 1;
-  EXPECT_EQ(NUVOValidateSoftProbability(&sp_, &pm_, nullptr, &error), -1000);
+  EXPECT_EQ(NUVOValidateSoftProbability(&sp_, &rec_.pm, rec_.callback, &error), -77);
+  rec_.pm.stopFlag = 1;
+  EXPECT_EQ(NUVOValidateSoftProbability(&sp_, &rec_.pm, nullptr, &error), -1000);
 }
 
 }  // namespace

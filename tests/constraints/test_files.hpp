@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -32,7 +31,7 @@ inline char *newText(const std::string &text, std::size_t size) {
 
 // An image on an nx x 1 x 1 grid of unit cells with the given variable names and
 // values (variable after variable).
-inline nuvo_image *newImage(int nx, std::initializer_list<const char *> names,
+inline nuvo_image *newImage(int nx, const std::vector<std::string> &names,
                             const std::vector<double> &values) {
   nuvo_image *image = initialisedRecords<nuvo_image>(1, NUVOInitImage);
   makeImage(image, nx, 1, 1, names,

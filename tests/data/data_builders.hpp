@@ -12,6 +12,7 @@
 
 #include "nuvo_image.h"
 #include "nuvo_pointset.h"
+#include "tests/support/make_image.hpp"
 #include "tests/support/temp_stream.hpp"
 
 namespace nuvo::test {
@@ -37,14 +38,13 @@ struct TestImage {
   TestImage(int nx, int ny, int nz, const std::vector<std::string> &names,
             const std::vector<double> &values = {}) {
     NUVOInitImage(&image);
-    const int nvar = static_cast<int>(names.size());
-    const nuvo_grid g = makeGrid(nx, ny, nz);
-    EXPECT_EQ(NUVOMallocImage(&image, g.nxyz, nvar), 0);
-    *image.grid = g;
-    image.nvar = nvar;
-    image.nxyzv = g.nxyz * nvar;
-    for (int iv = 0; iv < nvar; ++iv) std::strcpy(image.varName[iv], names[iv].c_str());
-    for (int i = 0; i < image.nxyzv; ++i) image.var[i] = values.empty() ? kMissing : values.at(i);
+    const int nxyz = nx * ny * nz;
+    EXPECT_EQ(nuvo_test::makeImage(&image, nx, ny, nz, names,
+                                   [&](int ix, int iy, int iz, int iv) {
+                                     const int i = iv * nxyz + (iz * ny + iy) * nx + ix;
+                                     return values.empty() ? kMissing : values.at(i);
+                                   }),
+              0);
   }
   ~TestImage() { NUVOFreeImage(&image); }
   TestImage(const TestImage &) = delete;

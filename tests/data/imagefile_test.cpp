@@ -18,14 +18,12 @@ using nuvo::test::kMissing;
 using nuvo::test::TempStream;
 using Image = nuvo::test::EmptyImage;
 
-// Builds an image with the given geometry and names; values are set by the caller.
-void makeImage(nuvo_image &image, int nx, int ny, int nz, std::vector<std::string> names) {
-  const int nvar = static_cast<int>(names.size());
-  ASSERT_EQ(NUVOMallocImage(&image, nx * ny * nz, nvar), 0);
+// An image of spacing (0.5, 2, 1) and origin (-100.25, 3, 0.125) with the given
+// names; values are set by the caller.
+void makeImage(nuvo_image &image, int nx, int ny, int nz, const std::vector<std::string> &names) {
+  ASSERT_EQ(nuvo_test::makeImage(&image, nx, ny, nz, names, [](int, int, int, int) { return 0.0; }),
+            0);
   *image.grid = nuvo_grid{nx, ny, nz, 0.5, 2.0, 1.0, -100.25, 3.0, 0.125, nx * ny, nx * ny * nz};
-  image.nvar = nvar;
-  image.nxyzv = nx * ny * nz * nvar;
-  for (int iv = 0; iv < nvar; ++iv) std::strcpy(image.varName[iv], names[iv].c_str());
 }
 
 // Values that a lossless format must keep bit for bit, missing values included.

@@ -1,45 +1,27 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "engine/prepared_data.hpp"
 #include "nuvo_conditioning.h"
 #include "tests/data/data_builders.hpp"
 #include "tests/input/siminput_builder.hpp"
+#include "tests/support/warning_recorder.hpp"
 
 namespace {
 
 using nuvo::test::kMissing;
 using nuvo::test::TestImage;
 using nuvo::test::TestPointSet;
+using Recorder = nuvo::test::WarningRecorder;
 using nuvo_test::addDataImage;
 using nuvo_test::addDataPointSet;
 using nuvo_test::addTrainImage;
 using nuvo_test::OwnedSimInput;
 using nuvo_test::setMask;
-
-// A monitor whose callback writes down every warning it is called with and
-// answers with `answer`; the monitor is the first member, so the callback finds
-// the recorder from the pointer it is given.
-struct Recorder {
-  nuvo_progressMonitor pm{};
-  std::array<int, 16> seen{};
-  int nseen = 0;
-  int answer = 0;
-
-  static int callback(nuvo_progressMonitor *pm) {
-    auto *self = reinterpret_cast<Recorder *>(pm);
-    self->seen.at(self->nseen++) = pm->warningNumber;
-    return self->answer;
-  }
-  std::vector<int> warnings() const { return {seen.begin(), seen.begin() + nseen}; }
-};
-static_assert(std::is_standard_layout_v<Recorder>);
 
 // The working image of a simulation: a copy of the input's simulation image.
 struct WorkingImage : TestImage {

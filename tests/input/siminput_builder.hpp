@@ -12,34 +12,9 @@
 
 #include "input/text_io.hpp"
 #include "nuvo_siminput.h"
+#include "tests/support/make_image.hpp"
 
 namespace nuvo_test {
-
-// Fills an initialised image with an nx x ny x nz grid of unit cells and one
-// variable per name, the value of variable iv at node (ix, iy, iz) being
-// value(ix, iy, iz, iv).
-template <typename Value>
-void makeImage(nuvo_image *image, int nx, int ny, int nz, std::initializer_list<const char *> names,
-               Value value) {
-  const int nvar = static_cast<int>(names.size());
-  NUVOMallocImage(image, nx * ny * nz, nvar);
-  nuvo_grid &g = *image->grid;
-  g.nx = nx;
-  g.ny = ny;
-  g.nz = nz;
-  g.sx = g.sy = g.sz = 1.0;
-  g.nxy = nx * ny;
-  g.nxyz = nx * ny * nz;
-  image->nvar = nvar;
-  image->nxyzv = g.nxyz * nvar;
-  int iv = 0;
-  for (const char *name : names) std::strcpy(image->varName[iv++], name);
-  for (iv = 0; iv < nvar; ++iv)
-    for (int iz = 0; iz < nz; ++iz)
-      for (int iy = 0; iy < ny; ++iy)
-        for (int ix = 0; ix < nx; ++ix)
-          image->var[iv * g.nxyz + iz * g.nxy + iy * nx + ix] = value(ix, iy, iz, iv);
-}
 
 // Binary facies in stripes three nodes wide across x.
 inline void makeStripeImage(nuvo_image *image, int nx, int ny, int nz) {
