@@ -90,15 +90,15 @@ TEST_F(Cli, FailuresExitWithTheirStatusAndMessageAndWriteNothing) {
     const char *message;
   };
   const Case cases[] = {
-      {"", 1, ""},
-      {"convert only-one-file.gslib", 1, ""},
-      {"info x.gslib --no-such-option", 1, ""},
+      {"", 1, "A subcommand is required"},
+      {"convert only-one-file.gslib", 1, "OUT is required"},
+      {"info x.gslib --no-such-option", 1, "--no-such-option"},
       {"convert a.gslib b.gslib --to jpeg", 1, "unknown format jpeg"},
-      {"convert a.gslib b.gslib --format %s", 1, ""},
+      {"convert a.gslib b.gslib --format %s", 1, "not a number conversion: %s"},
       {"info a.xyz", 1, "a.xyz"},
-      {"render a.gslib b.png --var nope", 1, ""},
-      {"render a.gslib b.png --slice 1", 1, ""},
-      {"generate channels b.gslib --proportion 1.5", 1, ""},
+      {"render a.gslib b.png --var nope", 1, "no variable named nope"},
+      {"render a.gslib b.png --slice 1", 1, "no slice 1"},
+      {"generate channels b.gslib --proportion 1.5", 1, "--proportion"},
       {"info short.gslib", 2, "short.gslib: ERROR 00730"},
       {"convert missing.vtk b.gslib", 2, "missing.vtk: ERROR 00109"},
       {"convert a.gslib b.pgm", 3, "b.pgm: ERROR 01016"},  // two variables in a grey map
