@@ -23,18 +23,16 @@ using nuvo_test::addTrainImage;
 using nuvo_test::OwnedSimInput;
 using nuvo_test::setMask;
 
+std::vector<double> valuesOf(const nuvo_image &image) {
+  return {image.var, image.var + image.nxyzv};
+}
+
 // The working image of a simulation: a copy of the input's simulation image.
-struct WorkingImage : TestImage {
-  explicit WorkingImage(const nuvo_simInput &si)
-      : TestImage(si.simImage->grid->nx, si.simImage->grid->ny, si.simImage->grid->nz,
-                  names(*si.simImage), values(*si.simImage)) {}
-  static std::vector<std::string> names(const nuvo_image &image) {
-    return {image.varName, image.varName + image.nvar};
+struct WorkingImage : nuvo::test::EmptyImage {
+  explicit WorkingImage(const nuvo_simInput &si) {
+    EXPECT_EQ(NUVOCopyImage(si.simImage, &image), 0);
   }
-  static std::vector<double> values(const nuvo_image &image) {
-    return {image.var, image.var + image.nxyzv};
-  }
-  std::vector<double> all() const { return values(image); }
+  std::vector<double> all() const { return valuesOf(image); }
 };
 
 struct Integration {
@@ -86,7 +84,7 @@ TEST(IntegrateConditioningData, DataImageWithoutNamesakeChangesNothing) {
 
   const Integration r = integrate(in.si, &work, &rec);
   ASSERT_EQ(r.rc, 0);
-  EXPECT_EQ(work.all(), WorkingImage::values(sim.image));
+  EXPECT_EQ(work.all(), valuesOf(sim.image));
   EXPECT_EQ(r.nIgnoredVar, 2);
   // One warning for the image, however many variables it ignores.
   EXPECT_EQ(rec.warnings(), std::vector<int>{44});
@@ -134,7 +132,7 @@ TEST(IntegrateConditioningData, MaskRemovesEveryVariableOfItsNodesOnce) {
   WorkingImage quietWork(quietIn.si);
   Recorder quiet;
   ASSERT_EQ(integrate(quietIn.si, &quietWork, &quiet).rc, 0);
-  EXPECT_EQ(quietWork.all(), WorkingImage::values(dataAtKeptNode.image));
+  EXPECT_EQ(quietWork.all(), valuesOf(dataAtKeptNode.image));
   EXPECT_TRUE(quiet.warnings().empty());
 }
 
