@@ -87,22 +87,14 @@ TEST(GslibText, ThreeSixOrNineItemsSetSizeThenSpacingThenOrigin) {
   }
 }
 
-TEST(GslibText, OtherItemCountsAndBadNodeCountsGive723) {
-  for (const char *line : {"10 10 1 1 1 1 0\n", "10 10\n", "10 10 1 1\n", "10 10 1 1 1 1 0 0\n",
-                           "10 10 1.5\n", "x 10 1\n", "\n", "0 10 1\n", "10 -1 1\n",
-                           "99999999999 1 1\n", "2000 2000 1000\n", "65536 65536 1\n"}) {
-    Image image;
-    EXPECT_EQ(readText(image, std::string(line) + "1\nv\n1\n", 0), -723) << line;
-    EXPECT_EQ(image->var, nullptr);
-  }
-}
-
-TEST(GslibText, HeaderFailuresHaveTheirOwnCodes) {
+// Each failure has its code; sizes are refused before anything is allocated.
+TEST(GslibText, EachReadingFailureHasItsCode) {
   struct Case {
     std::string content;
     int code;
+    bool beforeAllocating = false;
   };
-  const Case cases[] = {
+  std::vector<Case> cases = {
       {"", -721},
       {std::string(300, '1') + "\n1\nv\n1\n", -722},
       {"1 1 1", -722},
@@ -113,10 +105,23 @@ TEST(GslibText, HeaderFailuresHaveTheirOwnCodes) {
       {"1000 1000 1000\n3\na b c\n", -724},
       {"2 1 1\n2\nonly\n", -725},
       {"1 1 1\n1\n" + std::string(128, 'n') + "\n1\n", -726},
+      {"1000 1000 1000\n1\nv\n1 2 3\n", -730, true},  // too short for its values
   };
+  // Item counts other than 3, 6 or 9, and node counts that are not positive or
+  // do not fit an int.
+  for (const char *line : {"10 10 1 1 1 1 0\n", "10 10\n", "10 10 1 1\n", "10 10 1 1 1 1 0 0\n",
+                           "10 10 1.5\n", "x 10 1\n", "\n", "0 10 1\n", "10 -1 1\n",
+                           "99999999999 1 1\n", "2000 2000 1000\n", "65536 65536 1\n"})
+    cases.push_back({std::string(line) + "1\nv\n1\n", -723, true});
+  // Values missing or unreadable.
+  for (const char *values : {"1 2 3", "1 2 3 x", "1 2 1.5abc 4", "1 2 , 4", "1 2 3 -"})
+    cases.push_back({std::string("4 1 1\n1\nv\n") + values, -730});
   for (const Case &c : cases) {
     Image image;
     EXPECT_EQ(readText(image, c.content, 0), c.code) << c.content.substr(0, 40);
+    if (c.beforeAllocating) {
+      EXPECT_EQ(image->var, nullptr) << c.content.substr(0, 40);
+    }
   }
 }
 
@@ -127,20 +132,6 @@ TEST(GslibText, NamesAreWordsAndValuesAreNodeMajorWhateverTheLineBreaks) {
   EXPECT_STREQ(image->varName[1], "poro");
   const double expected[] = {1, 2, 3, 10, 20, kMissing};
   for (int i = 0; i < 6; ++i) EXPECT_EQ(image->var[i], expected[i]);
-}
-
-TEST(GslibText, MissingOrUnreadableValuesGive730) {
-  for (const char *values : {"1 2 3", "1 2 3 x", "1 2 1.5abc 4", "1 2 , 4", "1 2 3 -"}) {
-    Image image;
-    EXPECT_EQ(readText(image, std::string("4 1 1\n1\nv\n") + values, 0), -730) << values;
-  }
-}
-
-TEST(GslibText, AStreamTooShortForTheValuesIsRefusedBeforeAllocating) {
-  Image image;
-  EXPECT_EQ(readText(image, "1000 1000 1000\n1\nv\n1 2 3\n", 0), -730);
-  EXPECT_EQ(image->grid, nullptr);
-  EXPECT_EQ(image->var, nullptr);
 }
 
 TEST(GslibText, WritesTheHeaderNamesAndOneLinePerNode) {
