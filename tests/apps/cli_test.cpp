@@ -105,9 +105,10 @@ TEST_F(Cli, FailuresExitWithTheirStatusAndMessageAndWriteNothing) {
       {"convert a.gslib no-such-folder/b.vtk", 3, "ERROR 00110"},
   };
   for (const Case &c : cases) {
+    SCOPED_TRACE(c.arguments);
     const Outcome r = run(c.arguments);
-    EXPECT_EQ(r.status, c.status) << c.arguments;
-    EXPECT_NE(r.err.find(c.message), std::string::npos) << c.arguments << ": " << r.err;
+    EXPECT_EQ(r.status, c.status);
+    EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
   }
   for (const char *name : {"b.gslib", "b.png", "b.pgm", "b.pgm.tmp"})
     EXPECT_FALSE(fs::exists(path(name))) << name;

@@ -117,10 +117,11 @@ TEST(GslibText, EachReadingFailureHasItsCode) {
   for (const char *values : {"1 2 3", "1 2 3 x", "1 2 1.5abc 4", "1 2 , 4", "1 2 3 -"})
     cases.push_back({std::string("4 1 1\n1\nv\n") + values, -730});
   for (const Case &c : cases) {
+    SCOPED_TRACE(c.content.substr(0, 40));
     Image image;
-    EXPECT_EQ(readText(image, c.content, 0), c.code) << c.content.substr(0, 40);
+    EXPECT_EQ(readText(image, c.content, 0), c.code);
     if (c.beforeAllocating) {
-      EXPECT_EQ(image->var, nullptr) << c.content.substr(0, 40);
+      EXPECT_EQ(image->var, nullptr);
     }
   }
 }
@@ -171,10 +172,11 @@ TEST(FormatString, PiecesApplyToTheVariablesInTurn) {
     const int nxyz = static_cast<int>(c.values.size() / c.names.size());
     makeImage(image.image, nxyz, 1, 1, c.names);
     std::copy(c.values.begin(), c.values.end(), image->var);
+    SCOPED_TRACE(c.format);
     int rc = 0;
     const std::string text = writeText(image.image, c.format.c_str(), 0, &rc);
-    EXPECT_EQ(rc, 0) << c.format;
-    EXPECT_EQ(text.substr(text.size() - c.rows.size()), c.rows) << c.format;
+    EXPECT_EQ(rc, 0);
+    EXPECT_EQ(text.substr(text.size() - c.rows.size()), c.rows);
   }
 }
 

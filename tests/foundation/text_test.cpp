@@ -25,11 +25,12 @@ TEST(SkipComments, StopsBeforeTheFirstSignificantCharacter) {
   for (const Case &c : {Case{"  // note\n/* block\n spread */\t\r\n42 rest", 0, "42 rest"},
                         Case{"/** x **/ /5", 0, "/5"}, Case{"/* never closed", -999, ""},
                         Case{"  \n// last line", -999, ""}, Case{"", -999, ""}}) {
+    SCOPED_TRACE(c.text);
     TempStream s(c.text);
-    EXPECT_EQ(NUVOSkipComments(s.get()), c.code) << c.text;
+    EXPECT_EQ(NUVOSkipComments(s.get()), c.code);
     std::string rest;
     for (int ch = std::fgetc(s.get()); ch != EOF; ch = std::fgetc(s.get())) rest += char(ch);
-    EXPECT_EQ(rest, c.rest) << c.text;
+    EXPECT_EQ(rest, c.rest);
   }
 }
 
