@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "nuvo_error.h"
 
@@ -92,6 +93,29 @@ TEST(ErrorMessages, TableHasItsSizeShapeAndTexts) {
   EXPECT_EQ(checkTableShape(NUVOGetErrorMessage, "ERROR ", [](int code) { return code; }),
             kErrorCount);
   for (const Row &row : kErrorSamples) EXPECT_STREQ(NUVOGetErrorMessage(row.code), row.text);
+}
+
+// The codes the constraint and pyramid records return, each with its own message.
+TEST(ErrorMessages, EveryCodeOfTheConstraintAndPyramidRecordsHasAMessage) {
+  std::vector<int> codes = {// probability constraints: reading, conversion, validation
+                            920, 930, 935, 936, 940, 945, 950, 955, 960, 965, 966, 967, 970, 120,
+                            1920, 1921, 1922, 1931, 1932, 1933, 1941, 1951, 1961, 1971, 1975, 1977,
+                            1980, 1981, 1982, 1985, 1991, 1995, 1996, 1997, 1999,
+                            // connectivity constraints
+                            2110, 2111, 2112, 2113, 2114, 2115, 2116, 2117, 2118, 2119, 121, 135,
+                            136, 137, 2091, 2092, 2093, 2094, 2096, 2097, 2098, 2099, 2100, 2101,
+                            2102,
+                            // block data
+                            3001, 3006, 2980, 2960, 2920, 2941, 2942, 2951, 2952, 2953, 2954};
+  // pyramid parameters
+  for (const auto &[first, last] : {std::pair{3590, 3592},
+                                    {3595, 3597},
+                                    {3600, 3604},
+                                    {3610, 3633},
+                                    {3635, 3635},
+                                    {3640, 3652}})
+    for (int code = first; code <= last; ++code) codes.push_back(code);
+  for (int code : codes) EXPECT_STRNE(NUVOGetErrorMessage(code), "ERROR: unknown\n") << code;
 }
 
 TEST(WarningMessages, TableHasItsSizeShapeAndTexts) {
