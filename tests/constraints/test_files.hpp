@@ -34,8 +34,8 @@ inline char *newText(const std::string &text, std::size_t size) {
 inline nuvo_image *newImage(int nx, const std::vector<std::string> &names,
                             const std::vector<double> &values) {
   nuvo_image *image = initialisedRecords<nuvo_image>(1, NUVOInitImage);
-  makeImage(image, nx, 1, 1, names,
-            [&](int ix, int, int, int iv) { return values.at(iv * nx + ix); });
+  require(makeImage(image, nx, 1, 1, names,
+                    [&](int ix, int, int, int iv) { return values.at(iv * nx + ix); }));
   return image;
 }
 

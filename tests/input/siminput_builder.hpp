@@ -16,12 +16,6 @@
 
 namespace nuvo_test {
 
-// Binary facies in stripes three nodes wide across x.
-inline void makeStripeImage(nuvo_image *image, int nx, int ny, int nz) {
-  makeImage(image, nx, ny, nz, {"facies"},
-            [](int ix, int, int, int) { return static_cast<double>(ix / 3 % 2); });
-}
-
 template <typename T>
 T *valuesOf(std::initializer_list<T> values) {
   T *a = static_cast<T *>(std::calloc(values.size(), sizeof(T)));
@@ -54,6 +48,12 @@ inline char **ownedTexts(std::initializer_list<const char *> values, int slotSiz
 // only make the test fail later for a reason far from its cause.
 inline void require(int rc) {
   if (rc != 0) std::abort();
+}
+
+// Binary facies in stripes three nodes wide across x.
+inline void makeStripeImage(nuvo_image *image, int nx, int ny, int nz) {
+  require(makeImage(image, nx, ny, nz, {"facies"},
+                    [](int ix, int, int, int) { return static_cast<double>(ix / 3 % 2); }));
 }
 
 inline nuvo_image *copyOf(const nuvo_image &image) {
@@ -156,8 +156,8 @@ inline void setTrainingImageCount(nuvo_simInput *si, int n) {
 // post-processing path and one realization.
 inline void buildValidSimInput(nuvo_simInput *si, const nuvo_image &ti) {
   si->simImage = initialisedRecords<nuvo_image>(1, NUVOInitImage);
-  makeImage(si->simImage, 30, 30, 1, {"facies"},
-            [](int, int, int, int) { return NUVO_MISSING_VALUE; });
+  require(makeImage(si->simImage, 30, 30, 1, {"facies"},
+                    [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
   si->nvar = 1;
   si->outputVarFlag = valuesOf<signed char>({1});
   si->formatStringVar = ownedTexts({"%.10g"}, NUVO_VAR_NAME_MAX + 1);
