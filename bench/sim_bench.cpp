@@ -52,11 +52,8 @@ double scansPerNode(const fs::path &report) {
   return 0.0;
 }
 
-struct Case {
-  nuvo_simInput si;
+struct Case : nuvo_test::OwnedSimInput {
   fs::path report;
-  Case() { NUVOInitSimInput(&si); }
-  ~Case() { NUVOFreeSimInput(&si); }
 };
 
 // Turns the test input (30 x 30 x 1, one categorical variable) into a case on an
@@ -119,9 +116,8 @@ void BM_Channels2D(benchmark::State &state) {
       ps.x[k] *= 0.8;
       ps.y[k] *= 0.8;
     }
-    c.si.ndataPointSet = 1;
-    c.si.dataPointSet = static_cast<nuvo_pointSet *>(std::calloc(1, sizeof(nuvo_pointSet)));
-    c.si.dataPointSet[0] = ps;
+    nuvo_test::addDataPointSet(&c.si, ps);
+    NUVOFreePointSet(&ps);
   }
   NUVOFreeImage(&ti);
   runCase(state, &c);

@@ -78,25 +78,44 @@ constexpr const char *kSmallImage =
     "0 5\n1 5\n2 5\n"
     "3 5\n4 5\n5 -9999999\n";
 
-TEST_F(Cli, UsageErrorsExitWithOneAndHelpWorksEverywhere) {
-  EXPECT_EQ(run("").status, 1);
-  EXPECT_EQ(run("convert only-one-file.gslib").status, 1);
-  EXPECT_EQ(run("info x.gslib --no-such-option").status, 1);
+// Exit status 1 for a wrong command line, 2 for an input that cannot be read, 3
+// for an output that cannot be written; the message names the file, and nothing
+// is left behind.
+TEST_F(Cli, FailuresExitWithTheirStatusAndMessageAndWriteNothing) {
   writeFile("a.gslib", kSmallImage);
-  Outcome r = run("convert a.gslib b.gslib --to jpeg");
-  EXPECT_EQ(r.status, 1);
-  EXPECT_NE(r.err.find("unknown format jpeg"), std::string::npos) << r.err;
-  r = run("convert a.gslib b.gslib --format %s");
-  EXPECT_EQ(r.status, 1);
-  r = run("info a.xyz");
-  EXPECT_EQ(r.status, 1);
-  EXPECT_NE(r.err.find("a.xyz"), std::string::npos) << r.err;
-  EXPECT_EQ(run("render a.gslib a.png --var nope").status, 1);
-  EXPECT_EQ(run("render a.gslib a.png --slice 1").status, 1);
-  EXPECT_EQ(run("generate channels c.gslib --proportion 1.5").status, 1);
-  EXPECT_FALSE(fs::exists(path("b.gslib")) || fs::exists(path("a.png")));
+  writeFile("short.gslib", "2 2 1\n1\nfacies\n0 1 1\n");
+  struct Case {
+    const char *arguments;
+    int status;
+    const char *message;
+  };
+  const Case cases[] = {
+      {"", 1, "A subcommand is required"},
+      {"convert only-one-file.gslib", 1, "OUT is required"},
+      {"info x.gslib --no-such-option", 1, "--no-such-option"},
+      {"convert a.gslib b.gslib --to jpeg", 1, "unknown format jpeg"},
+      {"convert a.gslib b.gslib --format %s", 1, "not a number conversion: %s"},
+      {"info a.xyz", 1, "a.xyz"},
+      {"render a.gslib b.png --var nope", 1, "no variable named nope"},
+      {"render a.gslib b.png --slice 1", 1, "no slice 1"},
+      {"generate channels b.gslib --proportion 1.5", 1, "--proportion"},
+      {"info short.gslib", 2, "short.gslib: ERROR 00730"},
+      {"convert missing.vtk b.gslib", 2, "missing.vtk: ERROR 00109"},
+      {"convert a.gslib b.pgm", 3, "b.pgm: ERROR 01016"},  // two variables in a grey map
+      {"convert a.gslib no-such-folder/b.vtk", 3, "ERROR 00110"},
+  };
+  for (const Case &c : cases) {
+    SCOPED_TRACE(c.arguments);
+    const Outcome r = run(c.arguments);
+    EXPECT_EQ(r.status, c.status);
+    EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
+  }
+  for (const char *name : {"b.gslib", "b.png", "b.pgm", "b.pgm.tmp"})
+    EXPECT_FALSE(fs::exists(path(name))) << name;
+}
 
-  r = run("--version");
+TEST_F(Cli, VersionAndHelpWorkEverywhere) {
+  Outcome r = run("--version");
   EXPECT_EQ(r.status, 0);
   EXPECT_EQ(r.out.rfind("NUVO ", 0), 0u) << r.out;
   r = run("--help");
@@ -108,29 +127,6 @@ TEST_F(Cli, UsageErrorsExitWithOneAndHelpWorksEverywhere) {
     EXPECT_EQ(r.status, 0) << command;
     EXPECT_NE(r.out.find(std::string("Usage: nuvosim ") + command), std::string::npos) << r.out;
   }
-}
-
-TEST_F(Cli, BrokenOrMissingInputExitsWithTwoAndTheLibrarysMessage) {
-  writeFile("short.gslib", "2 2 1\n1\nfacies\n0 1 1\n");
-  Outcome r = run("info short.gslib");
-  EXPECT_EQ(r.status, 2);
-  EXPECT_NE(r.err.find("short.gslib: ERROR 00730"), std::string::npos) << r.err;
-  r = run("convert missing.vtk out.gslib");
-  EXPECT_EQ(r.status, 2);
-  EXPECT_NE(r.err.find("missing.vtk: ERROR 00109"), std::string::npos) << r.err;
-  EXPECT_FALSE(fs::exists(path("out.gslib")));
-}
-
-TEST_F(Cli, RefusedOutputExitsWithThreeAndLeavesNoFileBehind) {
-  writeFile("a.gslib", kSmallImage);
-  Outcome r = run("convert a.gslib a.pgm");  // two variables cannot be a grey map
-  EXPECT_EQ(r.status, 3);
-  EXPECT_NE(r.err.find("a.pgm: ERROR 01016"), std::string::npos) << r.err;
-  EXPECT_FALSE(fs::exists(path("a.pgm")));
-  EXPECT_FALSE(fs::exists(path("a.pgm.tmp")));
-  r = run("convert a.gslib no-such-folder/a.vtk");
-  EXPECT_EQ(r.status, 3);
-  EXPECT_NE(r.err.find("ERROR 00110"), std::string::npos) << r.err;
 }
 
 TEST_F(Cli, ConvertRoundTripsThroughEveryImageFormat) {
@@ -176,22 +172,10 @@ TEST_F(Cli, RenderDrawsPanelsSideBySideWithYUpAndMissingInGrey) {
 
   // Cells of 240 pixels make the 2-row grid 480 pixels high; two panels of three
   // cells with an 8-pixel gap make 1448 pixels across.
-  const std::string bytes = readText(path("a.png"));
-  ASSERT_GE(bytes.size(), 24u);
-  EXPECT_EQ(bytes.substr(0, 8), "\x89PNG\r\n\x1a\n");
-  EXPECT_EQ(bytes.substr(12, 4), "IHDR");
-  const auto be32 = [&](std::size_t at) {
-    return (static_cast<unsigned char>(bytes[at]) << 24) |
-           (static_cast<unsigned char>(bytes[at + 1]) << 16) |
-           (static_cast<unsigned char>(bytes[at + 2]) << 8) |
-           static_cast<unsigned char>(bytes[at + 3]);
-  };
-  EXPECT_EQ(be32(16), 1448u);
-  EXPECT_EQ(be32(20), 480u);
-
   png_uint_32 width = 0, height = 0;
   const std::vector<png_byte> rgb = decodePng(path("a.png"), width, height);
-  ASSERT_EQ(rgb.size(), std::size_t{3} * 1448 * 480);
+  ASSERT_EQ(width, 1448u);
+  ASSERT_EQ(height, 480u);
   const auto pixel = [&](int x, int y) {
     const std::size_t at = 3 * (std::size_t{1} * y * width + x);
     return std::array<int, 3>{rgb[at], rgb[at + 1], rgb[at + 2]};

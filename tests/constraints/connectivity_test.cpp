@@ -8,12 +8,12 @@
 
 namespace {
 
-using nuvo_test::NamedFile;
+using nuvo::test::printed;
+using nuvo::test::TempStream;
 using nuvo_test::newClasses;
 using nuvo_test::newImage;
 using nuvo_test::newText;
-using nuvo_test::printed;
-using nuvo_test::TextStream;
+using nuvo_test::TempFolder;
 
 // A reference image of three nodes and two variables, "facies" and "poro".
 constexpr char kReferenceImage[] = "3 1 1\n2\nfacies\nporo\n1 0.1\n0 0.2\n1 0.3\n";
@@ -31,7 +31,7 @@ class ConnectivityTest : public ::testing::Test {
 
   int read(const std::string &text) {
     NUVOFreeConnectivityASCII(&ascii_);
-    return NUVOReadConnectivityASCII(&ascii_, TextStream(text).file);
+    return NUVOReadConnectivityASCII(&ascii_, TempStream(text).get());
   }
   int convert() {
     NUVOFreeConnectivity(&c_);
@@ -54,26 +54,18 @@ class ConnectivityTest : public ::testing::Test {
 };
 
 TEST_F(ConnectivityTest, PathsFromAReferenceFileKeepTheNamedVariable) {
-  NamedFile reference("ref.gslib", kReferenceImage);
-  ASSERT_EQ(read("2 // by distance\nCONNECT_FACE_EDGE\n1 1 0.5 1.5\nlabel\n" + reference.path() +
-                 " poro"),
+  TempFolder folder;
+  const std::string reference = folder.write("ref.gslib", kReferenceImage);
+  ASSERT_EQ(read("2 // by distance\nCONNECT_FACE_EDGE\n1 1 0.5 1.5\nlabel\n" + reference + " poro"),
             0);
   EXPECT_EQ(ascii_.connectivityType, CONNECT_FACE_EDGE);
   EXPECT_STREQ(ascii_.refConnectivityVarName, "poro");
-  EXPECT_EQ(printed([&](FILE *f) { NUVOPrintConnectivityASCII(&ascii_, "", f); }),
-            "connectivityConstraintUsage: 2(set connecting path before simulation by "
-            "successively binding the nodes to be connected in an order according to distance)\n"
-            "connectivityType:CONNECT_FACE_EDGE (18-neighbors connected by face or edge)\n"
-            "classOfValues:\n"
-            "   nclass:   1\n"
-            "   class   0: ninterval =   1, class = [  0.500000,   1.500000[\n"
-            "varName: label\n"
-            "refConnectivityImageFileName: " +
-                reference.path() +
-                "\n"
-                "refConnectivityVarName: poro\n"
-                "deactivationDistance: 0\n"
-                "threshold: 0\n");
+  const std::string ascii = printed([&](FILE *f) { NUVOPrintConnectivityASCII(&ascii_, "", f); });
+  EXPECT_NE(ascii.find("connectivityType:CONNECT_FACE_EDGE (18-neighbors connected by face or "
+                       "edge)\nclassOfValues:\n"),
+            std::string::npos)
+      << ascii;
+  EXPECT_NE(ascii.find("\nrefConnectivityVarName: poro\n"), std::string::npos) << ascii;
 
   ASSERT_EQ(convert(), 0);
   EXPECT_EQ(c_.tiAsRefFlag, 0);
@@ -92,25 +84,19 @@ TEST_F(ConnectivityTest, PathsFromAReferenceFileKeepTheNamedVariable) {
 }
 
 TEST_F(ConnectivityTest, FirstTrainingImageNeedsNoVariableName) {
-  TextStream text("1 CONNECT_FACE 1 1 0 1 label _TI_ 7");
-  ASSERT_EQ(NUVOReadConnectivityASCII(&ascii_, text.file), 0);
+  TempStream text("1 CONNECT_FACE 1 1 0 1 label _TI_ 7");
+  ASSERT_EQ(NUVOReadConnectivityASCII(&ascii_, text.get()), 0);
   EXPECT_EQ(ascii_.refConnectivityVarName, nullptr);
   ASSERT_EQ(convert(), 0);
   EXPECT_EQ(c_.tiAsRefFlag, 1);
   EXPECT_EQ(c_.refConnectivityImage, nullptr);
   EXPECT_EQ(validate(), 0);
-  EXPECT_EQ(printed([&](FILE *f) { NUVOPrintConnectivity(&c_, "", f); }),
+  const std::string out = printed([&](FILE *f) { NUVOPrintConnectivity(&c_, "", f); });
+  EXPECT_EQ(out.substr(0, out.find('\n')),
             "connectivityConstraintUsage: 1(set connecting path before simulation by "
-            "successively binding the nodes to be connected in a random order)\n"
-            "connectivityType:CONNECT_FACE (6-neighbors connected by face)\n"
-            "classOfValues:\n"
-            "   nclass:   1\n"
-            "   class   0: ninterval =   1, class = [  0.000000,   1.000000[\n"
-            "varName: label\n"
-            "tiAsRefFlag: 1\n"
-            "refConnectivityImage: NOT ALLOCATED\n"
-            "deactivationDistance: 0\n"
-            "threshold: 0\n");
+            "successively binding the nodes to be connected in a random order)");
+  EXPECT_NE(out.find("\ntiAsRefFlag: 1\nrefConnectivityImage: NOT ALLOCATED\n"), std::string::npos)
+      << out;
 }
 
 TEST_F(ConnectivityTest, PatternOfLabelsUsesTheTrainingImage) {
@@ -126,43 +112,26 @@ TEST_F(ConnectivityTest, PatternOfLabelsUsesTheTrainingImage) {
             "connectivityConstraintUsage: 0\n");
 }
 
-TEST_F(ConnectivityTest, ReadingErrorsNameTheField) {
+// A missing or malformed value of each field gives that field's code; the
+// parameter-file tests check this for every token of a file holding every
+// section. Here: the longest names accepted, 127 and 255 characters.
+TEST_F(ConnectivityTest, ReadingAcceptsTheLongestNames) {
   const std::string head = "1 CONNECT_FACE 1 1 0 1 ";
-  const std::string pattern = "3 CONNECT_FACE 1 1 0 1 label ";
-  struct Case {
-    std::string text;
-    int code;
-  };
-  const std::vector<Case> cases = {
-      {"", -2110},
-      {"u", -2110},
-      {"1 CONNECT_CORNER", -2111},
-      {"1 connect_face", -2111},
-      {"1 CONNECT_FACE x", -4035},
-      {head, -2112},
-      {head + std::string(128, 'v'), -2113},
-      {head + "label", -2114},
-      {head + "label " + std::string(256, 'f'), -2115},
-      {head + "label ref.gslib", -2116},
-      {head + "label ref.gslib " + std::string(128, 'v'), -2117},
-      {pattern + "d", -2118},
-      {pattern + "1.0 t", -2119},
-  };
-  for (const Case &k : cases) EXPECT_EQ(read(k.text), k.code) << k.text;
-  // The longest names accepted: 127 and 255 characters.
   EXPECT_EQ(read(head + std::string(127, 'v') + " " + std::string(255, 'f') + " " +
                  std::string(127, 'r')),
             0);
+  EXPECT_EQ(read(head + std::string(128, 'v')), -2113);
 }
 
 TEST_F(ConnectivityTest, ConversionErrors) {
   ASSERT_EQ(read("1 CONNECT_FACE 1 1 0 1 label /nonexistent/ref.gslib v"), 0);
   EXPECT_EQ(convert(), -121);
 
-  NamedFile reference("ref.gslib", kReferenceImage);
-  NamedFile twice("twice.gslib", "1 1 1\n2\nv\nv\n1 2\n");
+  TempFolder folder;
+  const std::string reference = folder.write("ref.gslib", kReferenceImage);
+  const std::string twice = folder.write("twice.gslib", "1 1 1\n2\nv\nv\n1 2\n");
   struct Case {
-    const NamedFile &file;
+    std::string file;
     const char *varName;
     int code;
   };
@@ -170,7 +139,7 @@ TEST_F(ConnectivityTest, ConversionErrors) {
                         Case{twice, "v", -136}, Case{reference, "perm", -137}}) {
     NUVOFreeConnectivityASCII(&ascii_);
     ascii_.connectivityConstraintUsage = NUVO_CONNECTIVITY_PATHS_RANDOM_ORDER;
-    ascii_.refConnectivityImageFileName = newText(k.file.path(), 256);
+    ascii_.refConnectivityImageFileName = newText(k.file, 256);
     if (k.varName != nullptr) ascii_.refConnectivityVarName = newText(k.varName, 128);
     EXPECT_EQ(convert(), k.code) << (k.varName != nullptr ? k.varName : "(null)");
   }

@@ -1,5 +1,5 @@
 // Builders for the data-model tests: images and point sets from literal values,
-// freed when they go out of scope, and a temporary stream whose text can be read.
+// freed when they go out of scope, and empty records to be filled.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,6 +12,8 @@
 
 #include "nuvo_image.h"
 #include "nuvo_pointset.h"
+#include "tests/support/make_image.hpp"
+#include "tests/support/temp_stream.hpp"
 
 namespace nuvo::test {
 
@@ -36,14 +38,13 @@ struct TestImage {
   TestImage(int nx, int ny, int nz, const std::vector<std::string> &names,
             const std::vector<double> &values = {}) {
     NUVOInitImage(&image);
-    const int nvar = static_cast<int>(names.size());
-    const nuvo_grid g = makeGrid(nx, ny, nz);
-    EXPECT_EQ(NUVOMallocImage(&image, g.nxyz, nvar), 0);
-    *image.grid = g;
-    image.nvar = nvar;
-    image.nxyzv = g.nxyz * nvar;
-    for (int iv = 0; iv < nvar; ++iv) std::strcpy(image.varName[iv], names[iv].c_str());
-    for (int i = 0; i < image.nxyzv; ++i) image.var[i] = values.empty() ? kMissing : values.at(i);
+    const int nxyz = nx * ny * nz;
+    EXPECT_EQ(nuvo_test::makeImage(&image, nx, ny, nz, names,
+                                   [&](int ix, int iy, int iz, int iv) {
+                                     const int i = iv * nxyz + (iz * ny + iy) * nx + ix;
+                                     return values.empty() ? kMissing : values.at(i);
+                                   }),
+              0);
   }
   ~TestImage() { NUVOFreeImage(&image); }
   TestImage(const TestImage &) = delete;
@@ -78,34 +79,23 @@ struct TestPointSet {
   nuvo_pointSet ps;
 };
 
-// A temporary file for printouts and readers.
-struct TempStream {
-  TempStream() : file(std::tmpfile()) {}
-  explicit TempStream(const std::string &content) : file(std::tmpfile()) {
-    std::fputs(content.c_str(), file);
-    std::rewind(file);
-  }
-  ~TempStream() { std::fclose(file); }
-  TempStream(const TempStream &) = delete;
-  TempStream &operator=(const TempStream &) = delete;
+// Empty records for a function to fill, freed at the end of the scope.
+struct EmptyImage {
+  EmptyImage() { NUVOInitImage(&image); }
+  ~EmptyImage() { NUVOFreeImage(&image); }
+  EmptyImage(const EmptyImage &) = delete;
+  EmptyImage &operator=(const EmptyImage &) = delete;
+  nuvo_image *operator->() { return &image; }
+  nuvo_image image;
+};
 
-  // Everything written so far.
-  std::string text() const {
-    std::fflush(file);
-    std::rewind(file);
-    std::string out;
-    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) out.push_back(char(c));
-    return out;
-  }
-  // The text split into lines (without their line feeds).
-  std::vector<std::string> lines() const {
-    std::vector<std::string> out;
-    std::istringstream in(text());
-    for (std::string line; std::getline(in, line);) out.push_back(line);
-    return out;
-  }
-
-  FILE *file;
+struct EmptyPointSet {
+  EmptyPointSet() { NUVOInitPointSet(&ps); }
+  ~EmptyPointSet() { NUVOFreePointSet(&ps); }
+  EmptyPointSet(const EmptyPointSet &) = delete;
+  EmptyPointSet &operator=(const EmptyPointSet &) = delete;
+  nuvo_pointSet *operator->() { return &ps; }
+  nuvo_pointSet ps;
 };
 
 }  // namespace nuvo::test

@@ -19,6 +19,9 @@ struct Pdf {
     NUVOFree(value);
     NUVOFree(proportion);
   }
+  int of(const nuvo_image &image, int iv) {
+    return NUVOGetImageOneVarValuePdf(&image, iv, &nvalue, &value, &proportion, &nmissing);
+  }
   std::vector<double> values() const { return {value, value + nvalue}; }
   std::vector<double> proportions() const { return {proportion, proportion + nvalue}; }
   int nvalue = -1;
@@ -40,18 +43,14 @@ TEST(ImageStats, MeanSdAndRangeOfInformedValues) {
   EXPECT_EQ(min, 2.0);
   EXPECT_EQ(max, 6.0);
   EXPECT_EQ(range, 4.0);
-}
 
-TEST(ImageStats, RangeHandlesValuesOfAnyMagnitude) {
-  TestImage t(2, 1, 1, {"a"}, {3e30, 2e30});
-  double min = 0, max = 0, range = 0;
-  int n = 0;
-  ASSERT_EQ(NUVOGetImageOneVarValueRange(&t.image, 0, &n, &min, &max, &range), 0);
+  TestImage huge(2, 1, 1, {"a"}, {3e30, 2e30});  // values of any magnitude
+  ASSERT_EQ(NUVOGetImageOneVarValueRange(&huge.image, 0, &n, &min, &max, &range), 0);
   EXPECT_EQ(min, 2e30);
   EXPECT_EQ(max, 3e30);
 }
 
-TEST(ImageStats, AllMissingGivesMissingEverywhere) {
+TEST(ImageStats, NoValueGivesMissingEverywhere) {
   TestImage t(3, 1, 1, {"a"});
   double mean = 0, sd = 0, min = 0, max = 0, range = 0;
   int n = -1;
@@ -61,23 +60,19 @@ TEST(ImageStats, AllMissingGivesMissingEverywhere) {
   EXPECT_EQ(n, 0);
   for (double v : {mean, sd, min, max, range}) EXPECT_EQ(v, kMissing);
   Pdf pdf;
-  ASSERT_EQ(NUVOGetImageOneVarValuePdf(&t.image, 0, &pdf.nvalue, &pdf.value, &pdf.proportion,
-                                       &pdf.nmissing),
-            0);
+  ASSERT_EQ(pdf.of(t.image, 0), 0);
   EXPECT_EQ(pdf.nvalue, 0);
   EXPECT_EQ(pdf.nmissing, 3);
   EXPECT_EQ(pdf.value, nullptr);
   EXPECT_EQ(pdf.proportion, nullptr);
-}
 
-TEST(ImageStats, SingleValueHasZeroSdAndAMissingMeanGivesMissingSd) {
-  TestImage t(3, 1, 1, {"a"}, {kMissing, 7.5, kMissing});
-  double mean = 0, sd = -1;
-  NUVOGetImageOneVarValueMean(&t.image, 0, &mean);
-  NUVOGetImageOneVarValueSD(&t.image, 0, &mean, &sd);
+  // A single value has a zero deviation; a missing mean gives a missing one.
+  TestImage single(3, 1, 1, {"a"}, {kMissing, 7.5, kMissing});
+  NUVOGetImageOneVarValueMean(&single.image, 0, &mean);
+  NUVOGetImageOneVarValueSD(&single.image, 0, &mean, &sd);
   EXPECT_EQ(sd, 0.0);
   const double missingMean = kMissing;
-  NUVOGetImageOneVarValueSD(&t.image, 0, &missingMean, &sd);
+  NUVOGetImageOneVarValueSD(&single.image, 0, &missingMean, &sd);
   EXPECT_EQ(sd, kMissing);
 }
 
@@ -90,9 +85,7 @@ TEST(ImageStats, RefusesAVariableIndexOutOfRange) {
   EXPECT_EQ(NUVOGetImageOneVarValueMean(&t.image, 1, &d), -1100);
   EXPECT_EQ(NUVOGetImageOneVarValueSD(&t.image, -1, &d, &d), -1100);
   EXPECT_EQ(NUVOGetImageOneVarValueRange(&t.image, 1, &n, &d, &d, &d), -1100);
-  EXPECT_EQ(NUVOGetImageOneVarValuePdf(&t.image, 1, &pdf.nvalue, &pdf.value, &pdf.proportion,
-                                       &pdf.nmissing),
-            -1100);
+  EXPECT_EQ(pdf.of(t.image, 1), -1100);
   EXPECT_EQ(NUVOGetImageOneVarValueIndex(&t.image, 1, 1, &d, index), -1100);
   EXPECT_EQ(NUVOTransformLinearImageVar(&t.image, 1, 1.0, 0.0), -1100);
   EXPECT_EQ(NUVOTransformExplicitImageVar(&t.image, -1, 1, &d, &d), -1100);
@@ -114,9 +107,7 @@ TEST(ImageStats, AllVariableFormsGiveOneResultPerVariable) {
 TEST(ImagePdf, ListsDistinctValuesWithProportionsOfInformedNodes) {
   TestImage t(6, 1, 1, {"a"}, {3, kMissing, -1, 3, 0.5, 3});
   Pdf pdf;
-  ASSERT_EQ(NUVOGetImageOneVarValuePdf(&t.image, 0, &pdf.nvalue, &pdf.value, &pdf.proportion,
-                                       &pdf.nmissing),
-            0);
+  ASSERT_EQ(pdf.of(t.image, 0), 0);
   EXPECT_EQ(pdf.nmissing, 1);
   EXPECT_EQ(pdf.values(), std::vector<double>({-1, 0.5, 3}));
   EXPECT_EQ(pdf.proportions(), std::vector<double>({0.2, 0.2, 0.6}));
@@ -126,9 +117,7 @@ TEST(ImagePdf, ANanValueCountsAsInformedAndSortsSafely) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   TestImage t(5, 1, 1, {"a"}, {nan, 2, kMissing, nan, 1});
   Pdf pdf;
-  ASSERT_EQ(NUVOGetImageOneVarValuePdf(&t.image, 0, &pdf.nvalue, &pdf.value, &pdf.proportion,
-                                       &pdf.nmissing),
-            0);
+  ASSERT_EQ(pdf.of(t.image, 0), 0);
   EXPECT_EQ(pdf.nmissing, 1);
   ASSERT_EQ(pdf.nvalue, 4);  // a NaN equals nothing, not even another NaN
   EXPECT_EQ(pdf.value[0], 1.0);

@@ -20,12 +20,9 @@ int verdictOf(const nuvo_image &image, int nameSuffixLength = 0) {
   return verdict;
 }
 
-TEST(ImageValidate, AcceptsAWellFormedImage) {
-  TestImage t(2, 2, 1, {"a", "b"}, {1, 2, 3, 4, 5, 6, 7, kMissing});
-  EXPECT_EQ(verdictOf(t.image), 0);
-}
-
 TEST(ImageValidate, ReportsGridFailuresBeforeVariables) {
+  TestImage good(2, 2, 1, {"a", "b"}, {1, 2, 3, 4, 5, 6, 7, kMissing});
+  EXPECT_EQ(verdictOf(good.image), 0);
   TestImage t(2, 2, 1, {"a", "a"});
   t.image.grid->ny = 0;
   EXPECT_EQ(verdictOf(t.image), -612);
@@ -72,31 +69,20 @@ TEST(ImageValidate, TheFirstNanOrInfiniteValueDecides) {
   EXPECT_EQ(verdictOf(t.image), -628);
 }
 
-TEST(ImagePrint, WritesGridSizesAndNamesUnderThePrefix) {
+TEST(ImagePrint, WritesTheGridThenCountsAndNamesUnderThePrefix) {
   TestImage t(2, 1, 1, {"facies", "poro"}, {0, 1, 2, 3});
   TempStream out;
-  ASSERT_EQ(NUVOPrintImage(&t.image, "> ", out.file), 0);
-  EXPECT_EQ(out.text(),
-            "> grid:\n"
-            ">    Size   :       2              1              1\n"
-            ">    Spacing:       1.000000       1.000000       1.000000\n"
-            ">    Origin :       0.000000       0.000000       0.000000\n"
-            ">    Number of nodes in a xy-section:        2\n"
-            ">    Total number of nodes          :        2\n"
-            "> nvar:         2\n"
-            "> nxyzv:        4\n"
-            "> varName:\n"
-            ">    facies\n"
-            ">    poro\n");
+  ASSERT_EQ(NUVOPrintImage(&t.image, "> ", out.get()), 0);
+  const std::string text = out.contents();
+  // The grid lines are the grid printer's, nested under "grid:".
+  EXPECT_EQ(text.rfind("> grid:\n>    Size   :       2              1              1\n", 0), 0u);
+  EXPECT_EQ(text.substr(text.find("> nvar:")),
+            "> nvar:         2\n> nxyzv:        4\n> varName:\n>    facies\n>    poro\n");
 }
 
 // Resize --------------------------------------------------------------------
 
-struct Resized {
-  Resized() { NUVOInitImage(&image); }
-  ~Resized() { NUVOFreeImage(&image); }
-  nuvo_image image;
-};
+using Resized = nuvo::test::EmptyImage;
 
 TEST(ImageResize, PadsOnTheLowSideAndShiftsTheOrigin) {
   TestImage t(2, 2, 1, {"a"}, {1, 2, 3, 4});

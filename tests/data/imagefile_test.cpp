@@ -9,31 +9,21 @@
 #include <vector>
 
 #include "nuvo_imagefile.h"
-#include "tests/support/temp_stream.hpp"
+#include "tests/data/data_builders.hpp"
 
 namespace {
 
 using nuvo::test::FullStream;
+using nuvo::test::kMissing;
 using nuvo::test::TempStream;
+using Image = nuvo::test::EmptyImage;
 
-constexpr double kMissing = NUVO_MISSING_VALUE;
-
-// An image record initialised on construction and freed on destruction.
-struct Image {
-  Image() { NUVOInitImage(&image); }
-  ~Image() { NUVOFreeImage(&image); }
-  nuvo_image *operator->() { return &image; }
-  nuvo_image image;
-};
-
-// Builds an image with the given geometry and names; values are set by the caller.
-void makeImage(nuvo_image &image, int nx, int ny, int nz, std::vector<std::string> names) {
-  const int nvar = static_cast<int>(names.size());
-  ASSERT_EQ(NUVOMallocImage(&image, nx * ny * nz, nvar), 0);
+// An image of spacing (0.5, 2, 1) and origin (-100.25, 3, 0.125) with the given
+// names; values are set by the caller.
+void makeImage(nuvo_image &image, int nx, int ny, int nz, const std::vector<std::string> &names) {
+  ASSERT_EQ(nuvo_test::makeImage(&image, nx, ny, nz, names, [](int, int, int, int) { return 0.0; }),
+            0);
   *image.grid = nuvo_grid{nx, ny, nz, 0.5, 2.0, 1.0, -100.25, 3.0, 0.125, nx * ny, nx * ny * nz};
-  image.nvar = nvar;
-  image.nxyzv = nx * ny * nz * nvar;
-  for (int iv = 0; iv < nvar; ++iv) std::strcpy(image.varName[iv], names[iv].c_str());
 }
 
 // Values that a lossless format must keep bit for bit, missing values included.
@@ -44,17 +34,7 @@ void fillAwkwardValues(nuvo_image &image) {
 }
 
 void expectSameGrid(const nuvo_grid &a, const nuvo_grid &b) {
-  EXPECT_EQ(a.nx, b.nx);
-  EXPECT_EQ(a.ny, b.ny);
-  EXPECT_EQ(a.nz, b.nz);
-  EXPECT_EQ(a.sx, b.sx);
-  EXPECT_EQ(a.sy, b.sy);
-  EXPECT_EQ(a.sz, b.sz);
-  EXPECT_EQ(a.ox, b.ox);
-  EXPECT_EQ(a.oy, b.oy);
-  EXPECT_EQ(a.oz, b.oz);
-  EXPECT_EQ(a.nxy, b.nxy);
-  EXPECT_EQ(a.nxyz, b.nxyz);
+  EXPECT_EQ(NUVOCmpGrid(&a, &b), 0);
 }
 
 void expectSameValues(const nuvo_image &a, const nuvo_image &b) {
@@ -90,42 +70,31 @@ std::string repeat(const std::string &text, int n) {
 
 // ---- GSLIB text -------------------------------------------------------------
 
-TEST(GslibText, ThreeItemsGiveUnitSpacingAndZeroOrigin) {
-  Image image;
-  ASSERT_EQ(readText(image, "10 10 1\n1\nfacies\n" + repeat("1\n", 99) + "-9999999\n", 0), 0);
-  expectSameGrid(*image->grid, nuvo_grid{10, 10, 1, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0, 100, 100});
-  EXPECT_EQ(image->nvar, 1);
-  EXPECT_EQ(image->nxyzv, 100);
-  EXPECT_STREQ(image->varName[0], "facies");
-  EXPECT_EQ(image->var[0], 1.0);
-  EXPECT_EQ(image->var[99], kMissing);
-}
-
-TEST(GslibText, SixAndNineItemsSetSpacingThenOrigin) {
-  Image six;
-  ASSERT_EQ(readText(six, "1 1 1 0.5 2 3\n1\nv\n7\n", 0), 0);
-  expectSameGrid(*six->grid, nuvo_grid{1, 1, 1, 0.5, 2.0, 3.0, 0.0, 0.0, 0.0, 1, 1});
-  Image nine;
-  ASSERT_EQ(readText(nine, "1 1 1 0.5 2 3 -4 5e1 .25 extra\n1\nv\n7\n", 0), 0);
-  expectSameGrid(*nine->grid, nuvo_grid{1, 1, 1, 0.5, 2.0, 3.0, -4.0, 50.0, 0.25, 1, 1});
-}
-
-TEST(GslibText, OtherItemCountsAndBadNodeCountsGive723) {
-  for (const char *line : {"10 10 1 1 1 1 0\n", "10 10\n", "10 10 1 1\n", "10 10 1 1 1 1 0 0\n",
-                           "10 10 1.5\n", "x 10 1\n", "\n", "0 10 1\n", "10 -1 1\n",
-                           "99999999999 1 1\n", "2000 2000 1000\n", "65536 65536 1\n"}) {
+TEST(GslibText, ThreeSixOrNineItemsSetSizeThenSpacingThenOrigin) {
+  struct Case {
+    const char *line;
+    nuvo_grid grid;
+  };
+  const Case cases[] = {
+      {"2 3 1\n", {2, 3, 1, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0, 6, 6}},
+      {"2 3 1 0.5 2 3\n", {2, 3, 1, 0.5, 2.0, 3.0, 0.0, 0.0, 0.0, 6, 6}},
+      {"2 3 1 0.5 2 3 -4 5e1 .25 extra\n", {2, 3, 1, 0.5, 2.0, 3.0, -4.0, 50.0, 0.25, 6, 6}},
+  };
+  for (const Case &c : cases) {
     Image image;
-    EXPECT_EQ(readText(image, std::string(line) + "1\nv\n1\n", 0), -723) << line;
-    EXPECT_EQ(image->var, nullptr);
+    ASSERT_EQ(readText(image, std::string(c.line) + "1\nv\n" + repeat("7\n", 6), 0), 0) << c.line;
+    expectSameGrid(*image->grid, c.grid);
   }
 }
 
-TEST(GslibText, HeaderFailuresHaveTheirOwnCodes) {
+// Each failure has its code; sizes are refused before anything is allocated.
+TEST(GslibText, EachReadingFailureHasItsCode) {
   struct Case {
     std::string content;
     int code;
+    bool beforeAllocating = false;
   };
-  const Case cases[] = {
+  std::vector<Case> cases = {
       {"", -721},
       {std::string(300, '1') + "\n1\nv\n1\n", -722},
       {"1 1 1", -722},
@@ -136,47 +105,34 @@ TEST(GslibText, HeaderFailuresHaveTheirOwnCodes) {
       {"1000 1000 1000\n3\na b c\n", -724},
       {"2 1 1\n2\nonly\n", -725},
       {"1 1 1\n1\n" + std::string(128, 'n') + "\n1\n", -726},
+      {"1000 1000 1000\n1\nv\n1 2 3\n", -730, true},  // too short for its values
   };
+  // Item counts other than 3, 6 or 9, and node counts that are not positive or
+  // do not fit an int.
+  for (const char *line : {"10 10 1 1 1 1 0\n", "10 10\n", "10 10 1 1\n", "10 10 1 1 1 1 0 0\n",
+                           "10 10 1.5\n", "x 10 1\n", "\n", "0 10 1\n", "10 -1 1\n",
+                           "99999999999 1 1\n", "2000 2000 1000\n", "65536 65536 1\n"})
+    cases.push_back({std::string(line) + "1\nv\n1\n", -723, true});
+  // Values missing or unreadable.
+  for (const char *values : {"1 2 3", "1 2 3 x", "1 2 1.5abc 4", "1 2 , 4", "1 2 3 -"})
+    cases.push_back({std::string("4 1 1\n1\nv\n") + values, -730});
   for (const Case &c : cases) {
+    SCOPED_TRACE(c.content.substr(0, 40));
     Image image;
-    EXPECT_EQ(readText(image, c.content, 0), c.code) << c.content.substr(0, 40);
+    EXPECT_EQ(readText(image, c.content, 0), c.code);
+    if (c.beforeAllocating) {
+      EXPECT_EQ(image->var, nullptr);
+    }
   }
 }
 
-TEST(GslibText, NamesUpTo127CharactersAreKept) {
-  const std::string longest(127, 'n');
+TEST(GslibText, NamesAreWordsAndValuesAreNodeMajorWhateverTheLineBreaks) {
   Image image;
-  ASSERT_EQ(readText(image, "1 1 1\n2\n" + longest + "\tsecond 1 2\n", 0), 0);
-  EXPECT_EQ(std::string(image->varName[0]), longest);
-  EXPECT_STREQ(image->varName[1], "second");
-}
-
-TEST(GslibText, ValuesAreNodeMajorAndLineBreaksDoNotMatter) {
-  Image image;
-  ASSERT_EQ(readText(image, "3 1 1\n2\na\nb\n1 10 2\n20\n\n3 30", 0), 0);
-  const double expected[] = {1, 2, 3, 10, 20, 30};
+  ASSERT_EQ(readText(image, "3 1 1\n2\nfacies\tporo 1 10 2\n20\n\n3 -9999999", 0), 0);
+  EXPECT_STREQ(image->varName[0], "facies");
+  EXPECT_STREQ(image->varName[1], "poro");
+  const double expected[] = {1, 2, 3, 10, 20, kMissing};
   for (int i = 0; i < 6; ++i) EXPECT_EQ(image->var[i], expected[i]);
-}
-
-TEST(GslibText, NumbersUseTheScanfSyntaxWhateverTheLocale) {
-  Image image;
-  ASSERT_EQ(readText(image, "8 1 1\n1\nv\n1. .5 1e5 -9999999 +2 1E-2 0x1p3 -inf\n", 0), 0);
-  const double expected[] = {1, 0.5, 1e5, kMissing, 2, 0.01, 8, -HUGE_VAL};
-  for (int i = 0; i < 8; ++i) EXPECT_EQ(image->var[i], expected[i]);
-}
-
-TEST(GslibText, MissingOrUnreadableValuesGive730) {
-  for (const char *values : {"1 2 3", "1 2 3 x", "1 2 1.5abc 4", "1 2 , 4", "1 2 3 -"}) {
-    Image image;
-    EXPECT_EQ(readText(image, std::string("4 1 1\n1\nv\n") + values, 0), -730) << values;
-  }
-}
-
-TEST(GslibText, AStreamTooShortForTheValuesIsRefusedBeforeAllocating) {
-  Image image;
-  EXPECT_EQ(readText(image, "1000 1000 1000\n1\nv\n1 2 3\n", 0), -730);
-  EXPECT_EQ(image->grid, nullptr);
-  EXPECT_EQ(image->var, nullptr);
 }
 
 TEST(GslibText, WritesTheHeaderNamesAndOneLinePerNode) {
@@ -193,27 +149,35 @@ TEST(GslibText, WritesTheHeaderNamesAndOneLinePerNode) {
 
 // ---- format strings ---------------------------------------------------------
 
-TEST(FormatString, PiecesRepeatCyclicallyAndIntegerPiecesTruncate) {
-  Image image;
-  makeImage(image.image, 2, 1, 1, {"a", "b", "c"});
-  const double values[] = {2.7, -2.7, 1.25, 0.5, 2.7, -2.7};
-  std::copy(std::begin(values), std::end(values), image->var);
-  int rc = 0;
-  const std::string text = writeText(image.image, ";;%d;;;%f;", 0, &rc);
-  ASSERT_EQ(rc, 0);
-  EXPECT_NE(text.find("\n2 1.250000 2\n-2 0.500000 -2\n"), std::string::npos) << text;
-}
-
-TEST(FormatString, ExtraPiecesAreIgnoredAndLiteralTextIsKept) {
-  Image image;
-  makeImage(image.image, 1, 1, 1, {"a", "b"});
-  image->var[0] = 3.0;
-  image->var[1] = 4e9;
-  int rc = 0;
-  const std::string text = writeText(image.image, "<%+05.1f%%>;%i;%s;%n", 0, &rc);
-  ASSERT_EQ(rc, 0);
-  // Integer pieces clamp values beyond the int range.
-  EXPECT_NE(text.find("\n<+03.0%> 2147483647\n"), std::string::npos) << text;
+// Pieces repeat cyclically over the variables, extra pieces are ignored, literal
+// text is kept, integer pieces truncate, and a piece may be 127 characters long.
+TEST(FormatString, PiecesApplyToTheVariablesInTurn) {
+  struct Case {
+    std::vector<std::string> names;
+    std::vector<double> values;
+    std::string format;
+    std::string rows;
+  };
+  const std::string underscores(123, '_');
+  const Case cases[] = {
+      {{"a", "b", "c"},
+       {2.7, -2.7, 1.25, 0.5, 2.7, -2.7},
+       ";;%d;;;%f;",
+       "2 1.250000 2\n-2 0.500000 -2\n"},
+      {{"a", "b"}, {3.0, 7.0}, "<%+05.1f%%>;%i;%s;%n", "<+03.0%> 7\n"},
+      {{"a"}, {1.0}, "%.1f" + underscores, "1.0" + underscores + "\n"},
+  };
+  for (const Case &c : cases) {
+    Image image;
+    const int nxyz = static_cast<int>(c.values.size() / c.names.size());
+    makeImage(image.image, nxyz, 1, 1, c.names);
+    std::copy(c.values.begin(), c.values.end(), image->var);
+    SCOPED_TRACE(c.format);
+    int rc = 0;
+    const std::string text = writeText(image.image, c.format.c_str(), 0, &rc);
+    EXPECT_EQ(rc, 0);
+    EXPECT_EQ(text.substr(text.size() - c.rows.size()), c.rows);
+  }
 }
 
 TEST(FormatString, NoUsableFormatGives1021AndWritesNothing) {
@@ -229,17 +193,6 @@ TEST(FormatString, NoUsableFormatGives1021AndWritesNothing) {
   }
   TempStream file;
   EXPECT_EQ(NUVOWriteImage(&image.image, nullptr, 0, file.get()), -1021);
-}
-
-TEST(FormatString, A127CharacterPieceIsAccepted) {
-  Image image;
-  makeImage(image.image, 1, 1, 1, {"a"});
-  image->var[0] = 1.0;
-  const std::string piece = "%.1f" + std::string(123, '_');
-  int rc = 0;
-  const std::string text = writeText(image.image, piece.c_str(), 0, &rc);
-  EXPECT_EQ(rc, 0);
-  EXPECT_NE(text.find("\n1.0" + std::string(123, '_') + "\n"), std::string::npos);
 }
 
 // ---- keys and write checks --------------------------------------------------
@@ -293,28 +246,20 @@ std::string vtkFile(const std::string &scalars, const std::string &values,
          "\nLOOKUP_TABLE default\n" + values;
 }
 
-TEST(Vtk, ThreeItemsInScalarsGiveOneVariable) {
-  Image image;
-  ASSERT_EQ(readText(image, vtkFile("SCALARS facies float", "1\n2\n"), 1), 0);
-  expectSameGrid(*image->grid, nuvo_grid{2, 1, 1, 0.5, 0.25, 4.0, 1.0, 2.0, 3.0, 2, 2});
-  ASSERT_EQ(image->nvar, 1);
-  EXPECT_STREQ(image->varName[0], "facies");
-  EXPECT_EQ(image->var[1], 2.0);
-}
+TEST(Vtk, ScalarsNamesAreCutAtEachSlashUpToTheCount) {
+  Image one;
+  ASSERT_EQ(readText(one, vtkFile("SCALARS facies/x float", "1\n2\n"), 1), 0);
+  expectSameGrid(*one->grid, nuvo_grid{2, 1, 1, 0.5, 0.25, 4.0, 1.0, 2.0, 3.0, 2, 2});
+  ASSERT_EQ(one->nvar, 1);
+  EXPECT_STREQ(one->varName[0], "facies/x");
+  EXPECT_EQ(one->var[1], 2.0);
 
-TEST(Vtk, NamesAreCutAtEachSlash) {
-  Image image;
-  ASSERT_EQ(readText(image, vtkFile("SCALARS a/b/c float 3", "1 2 3 4 5 6\n"), 1), 0);
-  ASSERT_EQ(image->nvar, 3);
-  EXPECT_STREQ(image->varName[0], "a");
-  EXPECT_STREQ(image->varName[1], "b");
-  EXPECT_STREQ(image->varName[2], "c");
+  Image three;
+  ASSERT_EQ(readText(three, vtkFile("SCALARS a/b/c float 3", "1 2 3 4 5 6\n"), 1), 0);
+  ASSERT_EQ(three->nvar, 3);
+  EXPECT_STREQ(three->varName[2], "c");
   const double expected[] = {1, 4, 2, 5, 3, 6};
-  for (int i = 0; i < 6; ++i) EXPECT_EQ(image->var[i], expected[i]);
-
-  Image rest;
-  ASSERT_EQ(readText(rest, vtkFile("SCALARS a/b/c float 2", "1 2 3 4\n"), 1), 0);
-  EXPECT_STREQ(rest->varName[1], "b/c");
+  for (int i = 0; i < 6; ++i) EXPECT_EQ(three->var[i], expected[i]);
 }
 
 TEST(Vtk, BadScalarsLines) {

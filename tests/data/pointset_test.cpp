@@ -129,11 +129,7 @@ TEST(PointSetToImage, SkipsMissingValuesUnknownVariablesAndOutsidePoints) {
 
 // Image to point set ----------------------------------------------------------
 
-struct PointSetRecord {
-  PointSetRecord() { NUVOInitPointSet(&ps); }
-  ~PointSetRecord() { NUVOFreePointSet(&ps); }
-  nuvo_pointSet ps;
-};
+using PointSetRecord = nuvo::test::EmptyPointSet;
 
 TEST(ImageToPointSet, KeepsInformedNodesAtTheirCentresAndInformedVariables) {
   TestImage t(2, 2, 1, {"a", "empty", "b"},
@@ -175,8 +171,8 @@ TEST(ImageToPointSet, RefusesAnImageWithoutInformedValue) {
 TEST(PointSetPrint, WritesCountsAndIndentedNames) {
   TestPointSet p({0, 1}, {0, 1}, {0, 1}, {"facies", "code"}, {1, 2, 3, 4});
   TempStream out;
-  ASSERT_EQ(NUVOPrintPointSet(&p.ps, "| ", out.file), 0);
-  EXPECT_EQ(out.text(),
+  ASSERT_EQ(NUVOPrintPointSet(&p.ps, "| ", out.get()), 0);
+  EXPECT_EQ(out.contents(),
             "| npoint:        2\n"
             "| nvar:          2\n"
             "| varName\n"
@@ -204,7 +200,7 @@ TEST(PointSetInfo, SummarizesCoordinatesAndVariables) {
   EXPECT_EQ(info.ninformed, nullptr);
 
   TempStream out;
-  ASSERT_EQ(NUVOPrintPointSetInfo(&p.ps, "", out.file), 0);
+  ASSERT_EQ(NUVOPrintPointSetInfo(&p.ps, "", out.get()), 0);
   const auto lines = out.lines();
   ASSERT_EQ(lines.size(), 12u);
   EXPECT_EQ(lines[0], "Number of points: 3");

@@ -36,26 +36,13 @@ std::string reference(const char *piece, double value, bool integer) {
 }
 
 TEST(TextSink, PrintsEveryPieceAsPrintfDoes) {
-  const double values[] = {0.0,
-                           -0.0,
-                           1.0,
-                           -2.5,
-                           0.1,
-                           1.0 / 3,
-                           123456.789,
-                           -9999999,
-                           1e-300,
-                           4.9e-324,
-                           1.7976931348623157e308,
-                           1e21,
-                           5e-5,
-                           0.5,
-                           1.5,
-                           2.5,
-                           std::numeric_limits<double>::infinity(),
-                           -std::numeric_limits<double>::infinity(),
-                           std::numeric_limits<double>::quiet_NaN(),
-                           -std::numeric_limits<double>::quiet_NaN()};
+  constexpr double kInf = std::numeric_limits<double>::infinity();
+  constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+  const double values[] = {0.0, -0.0, 1.0, -2.5, 0.1, 1.0 / 3, 123456.789, -9999999,
+                           // extremes, subnormal included
+                           1e-300, 4.9e-324, 1.7976931348623157e308, 1e21, 5e-5,
+                           // ties for rounding, infinities and NaNs
+                           0.5, 1.5, 2.5, kInf, -kInf, kNan, -kNan};
   for (const char *piece :
        {"%g",    "%.17g", "%.10g",  "%.0g",     "%.g", "%f", "%.3f", "%.0f", "%.999f", "%e",
         "%.12e", "%.0e",  "%10.4f", "%-12.5e|", "%+g", "%G", "%E",   "%lf",  "%a",     "% .2f"}) {

@@ -1,54 +1,38 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "engine/prepared_data.hpp"
 #include "nuvo_conditioning.h"
 #include "tests/data/data_builders.hpp"
-#include "tests/support/siminput_builder.hpp"
+#include "tests/input/siminput_builder.hpp"
+#include "tests/support/warning_recorder.hpp"
 
 namespace {
 
 using nuvo::test::kMissing;
-using nuvo::test::SimInputBuilder;
 using nuvo::test::TestImage;
 using nuvo::test::TestPointSet;
+using Recorder = nuvo::test::WarningRecorder;
+using nuvo_test::addDataImage;
+using nuvo_test::addDataPointSet;
+using nuvo_test::addTrainImage;
+using nuvo_test::OwnedSimInput;
+using nuvo_test::setMask;
 
-// A monitor whose callback writes down every warning it is called with and
-// answers with `answer`; the monitor is the first member, so the callback finds
-// the recorder from the pointer it is given.
-struct Recorder {
-  nuvo_progressMonitor pm{};
-  std::array<int, 16> seen{};
-  int nseen = 0;
-  int answer = 0;
-
-  static int callback(nuvo_progressMonitor *pm) {
-    auto *self = reinterpret_cast<Recorder *>(pm);
-    self->seen.at(self->nseen++) = pm->warningNumber;
-    return self->answer;
-  }
-  std::vector<int> warnings() const { return {seen.begin(), seen.begin() + nseen}; }
-};
-static_assert(std::is_standard_layout_v<Recorder>);
+std::vector<double> valuesOf(const nuvo_image &image) {
+  return {image.var, image.var + image.nxyzv};
+}
 
 // The working image of a simulation: a copy of the input's simulation image.
-struct WorkingImage : TestImage {
-  explicit WorkingImage(const nuvo_simInput &si)
-      : TestImage(si.simImage->grid->nx, si.simImage->grid->ny, si.simImage->grid->nz,
-                  names(*si.simImage), values(*si.simImage)) {}
-  static std::vector<std::string> names(const nuvo_image &image) {
-    return {image.varName, image.varName + image.nvar};
+struct WorkingImage : nuvo::test::EmptyImage {
+  explicit WorkingImage(const nuvo_simInput &si) {
+    EXPECT_EQ(NUVOCopyImage(si.simImage, &image), 0);
   }
-  static std::vector<double> values(const nuvo_image &image) {
-    return {image.var, image.var + image.nxyzv};
-  }
-  std::vector<double> all() const { return values(image); }
+  std::vector<double> all() const { return valuesOf(image); }
 };
 
 struct Integration {
@@ -71,8 +55,9 @@ TEST(IntegrateConditioningData, LaterDataImagesWinAndCountTheirConflicts) {
   TestImage sim(4, 1, 1, {"facies"}, {1, kMissing, kMissing, kMissing});
   TestImage first(4, 1, 1, {"facies"}, {2, 2, kMissing, kMissing});
   TestImage second(4, 1, 1, {"facies"}, {kMissing, 3, 3, kMissing});
-  SimInputBuilder in(sim.image, {0});
-  in.dataImage(first.image).dataImage(second.image);
+  OwnedSimInput in(sim.image, {0});
+  addDataImage(&in.si, first.image);
+  addDataImage(&in.si, second.image);
   WorkingImage work(in.si);
   Recorder rec;
 
@@ -92,14 +77,14 @@ TEST(IntegrateConditioningData, DataImageWithoutNamesakeChangesNothing) {
                 {1, kMissing, kMissing, kMissing,  //
                  kMissing, 0.5, kMissing, kMissing});
   TestImage data(2, 2, 1, {"Facies", "perm"}, {0, 0, 0, 0, 7, 7, 7, 7});
-  SimInputBuilder in(sim.image, {0, 2});
-  in.dataImage(data.image);
+  OwnedSimInput in(sim.image, {0, 2});
+  addDataImage(&in.si, data.image);
   WorkingImage work(in.si);
   Recorder rec;
 
   const Integration r = integrate(in.si, &work, &rec);
   ASSERT_EQ(r.rc, 0);
-  EXPECT_EQ(work.all(), WorkingImage::values(sim.image));
+  EXPECT_EQ(work.all(), valuesOf(sim.image));
   EXPECT_EQ(r.nIgnoredVar, 2);
   // One warning for the image, however many variables it ignores.
   EXPECT_EQ(rec.warnings(), std::vector<int>{44});
@@ -111,8 +96,9 @@ TEST(IntegrateConditioningData, PointSetKeepsItsUsablePointsAndWarnsInOrder) {
   // Points at nodes 0 and 2, one beyond the grid; a variable "other" is not simulated.
   TestPointSet points({0.5, 7.5, 2.5}, {0.5, 0.5, 0.5}, {0.5, 0.5, 0.5}, {"other", "facies"},
                       {9, 9, 9, 1, 2, 5});
-  SimInputBuilder in(sim.image, {0});
-  in.dataImage(data.image).dataPointSet(points.ps);
+  OwnedSimInput in(sim.image, {0});
+  addDataImage(&in.si, data.image);
+  addDataPointSet(&in.si, points.ps);
   WorkingImage work(in.si);
   Recorder rec;
 
@@ -128,8 +114,9 @@ TEST(IntegrateConditioningData, MaskRemovesEveryVariableOfItsNodesOnce) {
   TestImage sim(3, 1, 1, {"a", "b"}, {1, kMissing, 1, kMissing, kMissing, kMissing});
   TestImage data(3, 1, 1, {"b"}, {2, 2, kMissing});
   TestImage mask(3, 1, 1, {"mask"}, {0, 1, 0});
-  SimInputBuilder in(sim.image, {0, 0});
-  in.dataImage(data.image).mask(mask.image);
+  OwnedSimInput in(sim.image, {0, 0});
+  addDataImage(&in.si, data.image);
+  setMask(&in.si, mask.image);
   WorkingImage work(in.si);
   Recorder rec;
 
@@ -140,12 +127,12 @@ TEST(IntegrateConditioningData, MaskRemovesEveryVariableOfItsNodesOnce) {
 
   // A mask over nodes without data removes nothing and says nothing.
   TestImage dataAtKeptNode(3, 1, 1, {"a", "b"}, {kMissing, 1, kMissing, kMissing, 1, kMissing});
-  SimInputBuilder quietIn(dataAtKeptNode.image, {0, 0});
-  quietIn.mask(mask.image);
+  OwnedSimInput quietIn(dataAtKeptNode.image, {0, 0});
+  setMask(&quietIn.si, mask.image);
   WorkingImage quietWork(quietIn.si);
   Recorder quiet;
   ASSERT_EQ(integrate(quietIn.si, &quietWork, &quiet).rc, 0);
-  EXPECT_EQ(quietWork.all(), WorkingImage::values(dataAtKeptNode.image));
+  EXPECT_EQ(quietWork.all(), valuesOf(dataAtKeptNode.image));
   EXPECT_TRUE(quiet.warnings().empty());
 }
 
@@ -159,17 +146,20 @@ TEST(IntegrateConditioningData, RefusesMisplacedOrEmptyConditioning) {
   struct Case {
     const char *what;
     int expected;
-    std::function<void(SimInputBuilder &)> add;
+    std::function<void(nuvo_simInput *)> add;
   };
   const Case cases[] = {
-      {"data image without variable", -3, [&](auto &b) { b.dataImage(noVariable.image); }},
-      {"data image on another origin", -150, [&](auto &b) { b.dataImage(shifted.image); }},
-      {"mask on another grid", -150, [&](auto &b) { b.mask(longer.image); }},
-      {"point set without variable", -3, [&](auto &b) { b.dataPointSet(noPointVariable.ps); }},
+      {"data image without variable", -3,
+       [&](nuvo_simInput *si) { addDataImage(si, noVariable.image); }},
+      {"data image on another origin", -150,
+       [&](nuvo_simInput *si) { addDataImage(si, shifted.image); }},
+      {"mask on another grid", -150, [&](nuvo_simInput *si) { setMask(si, longer.image); }},
+      {"point set without variable", -3,
+       [&](nuvo_simInput *si) { addDataPointSet(si, noPointVariable.ps); }},
   };
   for (const Case &c : cases) {
-    SimInputBuilder in(sim.image, {0});
-    c.add(in);
+    OwnedSimInput in(sim.image, {0});
+    c.add(&in.si);
     WorkingImage work(in.si);
     Recorder rec;
     EXPECT_EQ(integrate(in.si, &work, &rec).rc, c.expected) << c.what;
@@ -180,8 +170,9 @@ TEST(IntegrateConditioningData, CallbackAnswerAndStopRequestEndTheMerge) {
   TestImage sim(2, 1, 1, {"a"});
   TestImage unknown(2, 1, 1, {"z"}, {1, 1});
   TestImage data(2, 1, 1, {"a"}, {1, 1});
-  SimInputBuilder in(sim.image, {0});
-  in.dataImage(unknown.image).dataImage(data.image);
+  OwnedSimInput in(sim.image, {0});
+  addDataImage(&in.si, unknown.image);
+  addDataImage(&in.si, data.image);
   {
     WorkingImage work(in.si);
     Recorder rec;
@@ -200,7 +191,7 @@ TEST(IntegrateConditioningData, CallbackAnswerAndStopRequestEndTheMerge) {
 
 // ---- Preparing the data against the training images ----
 
-int prepare(const SimInputBuilder &in, const WorkingImage &work, nuvo::PreparedData *p,
+int prepare(const OwnedSimInput &in, const WorkingImage &work, nuvo::PreparedData *p,
             Recorder *rec) {
   return nuvo::simPrepareData(in.si, {in.si.trainImage, std::size_t(in.si.ntrainImage)}, work.image,
                               p, &rec->pm, Recorder::callback);
@@ -216,8 +207,10 @@ TEST(PrepareData, FlagsEntriesAndCountsNodesForTheReport) {
   TestImage ti(3, 2, 1, {"facies", "poro"},
                {0, 1, 1, 2, 1, kMissing,  //
                 0.0, 0.3, 0.3, 0.6, 0.9, 1.0});
-  SimInputBuilder in(sim.image, {0, 2});
-  in.dataImage(data.image).mask(mask.image).trainImage(ti.image);
+  OwnedSimInput in(sim.image, {0, 2});
+  addDataImage(&in.si, data.image);
+  setMask(&in.si, mask.image);
+  addTrainImage(&in.si, &ti.image);
   WorkingImage work(in.si);
   Recorder merging;
   ASSERT_EQ(integrate(in.si, &work, &merging).rc, 0);
@@ -252,8 +245,9 @@ TEST(PrepareData, FlagsEntriesAndCountsNodesForTheReport) {
 TEST(PrepareData, SimulationGridAsTrainingImageLendsItsData) {
   TestImage sim(2, 1, 1, {"facies", "poro"}, {kMissing, 5, kMissing, 40.0});
   TestImage ti(2, 1, 1, {"facies", "poro"}, {0, 1, 10.0, 20.0});
-  SimInputBuilder in(sim.image, {0, 1});
-  in.trainImage(ti.image).simGridAsTrainImage();
+  OwnedSimInput in(sim.image, {0, 1});
+  addTrainImage(&in.si, &ti.image);
+  addTrainImage(&in.si, nullptr);
   WorkingImage work(in.si);
   Recorder rec;
 
@@ -282,8 +276,8 @@ TEST(PrepareData, TrainingImagesWithoutSpreadAreRefused) {
                                                             // categorical image
   };
   for (const Case &c : cases) {
-    SimInputBuilder in(sim.image, {c.distanceType});
-    in.trainImage(*c.ti);
+    OwnedSimInput in(sim.image, {c.distanceType});
+    addTrainImage(&in.si, c.ti);
     WorkingImage work(in.si);
     Recorder rec;
     nuvo::PreparedData p;
@@ -295,16 +289,18 @@ TEST(PrepareData, CategoricalDataMustBeTrainingValues) {
   TestImage sim(3, 1, 1, {"facies"}, {2, 3, 3});
   TestImage ti(3, 1, 1, {"facies"}, {0, 1, 2});
   for (double extension : {0.0, 10.0}) {
-    SimInputBuilder in(sim.image, {0});
-    in.trainImage(ti.image).si.trainValueRangeExtensionMax = extension;
+    OwnedSimInput in(sim.image, {0});
+    addTrainImage(&in.si, &ti.image);
+    in.si.trainValueRangeExtensionMax = extension;
     WorkingImage work(in.si);
     Recorder rec;
     nuvo::PreparedData p;
     EXPECT_EQ(prepare(in, work, &p, &rec), -555) << extension;
   }
   // A negative extension turns the check into one warning for the variable.
-  SimInputBuilder in(sim.image, {0});
-  in.trainImage(ti.image).si.trainValueRangeExtensionMax = -1.0;
+  OwnedSimInput in(sim.image, {0});
+  addTrainImage(&in.si, &ti.image);
+  in.si.trainValueRangeExtensionMax = -1.0;
   WorkingImage work(in.si);
   Recorder rec;
   nuvo::PreparedData p;
@@ -331,8 +327,9 @@ TEST(PrepareData, ContinuousDataMayExtendTheRangeWithinTheAllowance) {
   };
   for (const Case &c : cases) {
     TestImage sim(2, 1, 1, {"poro"}, {c.datum, kMissing});
-    SimInputBuilder in(sim.image, {3});
-    in.trainImage(ti.image).si.trainValueRangeExtensionMax = c.extension;
+    OwnedSimInput in(sim.image, {3});
+    addTrainImage(&in.si, &ti.image);
+    in.si.trainValueRangeExtensionMax = c.extension;
     WorkingImage work(in.si);
     Recorder rec;
     nuvo::PreparedData p;
@@ -351,8 +348,9 @@ TEST(PrepareData, ContinuousDataMayExtendTheRangeWithinTheAllowance) {
 TEST(PrepareData, WarningsPassOnTheCallbackAnswerAndStopsAreHeard) {
   TestImage sim(2, 1, 1, {"poro"}, {30.0, kMissing});
   TestImage ti(2, 1, 1, {"poro"}, {10.0, 20.0});
-  SimInputBuilder in(sim.image, {2});
-  in.trainImage(ti.image).si.trainValueRangeExtensionMax = 1.0;
+  OwnedSimInput in(sim.image, {2});
+  addTrainImage(&in.si, &ti.image);
+  in.si.trainValueRangeExtensionMax = 1.0;
   WorkingImage work(in.si);
   nuvo::PreparedData p;
   Recorder answering;

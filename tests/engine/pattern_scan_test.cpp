@@ -8,26 +8,25 @@
 #include "engine/pattern_scan.hpp"
 #include "engine/scan_window.hpp"
 #include "nuvo_random.h"
+#include "tests/data/data_builders.hpp"
 
 namespace {
 
-nuvo_grid gridOf(int nx, int ny, int nz) {
-  return nuvo_grid{nx, ny, nz, 1, 1, 1, 0, 0, 0, nx * ny, nx * ny * nz};
-}
+using nuvo::test::makeGrid;
 
 TEST(ScanWindow, IsTheImageLessTheEventExtent) {
   nuvo::EventExtent e;
   e.include(-2, 1, 0);
   e.include(3, -1, 0);
   nuvo::ScanWindow w;
-  ASSERT_TRUE(nuvo::makeScanWindow(gridOf(10, 8, 1), e, &w));
+  ASSERT_TRUE(nuvo::makeScanWindow(makeGrid(10, 8, 1), e, &w));
   EXPECT_EQ(w.nx, 10 - 5);
   EXPECT_EQ(w.ny, 8 - 2);
   EXPECT_EQ(w.nz, 1);
   EXPECT_EQ(w.x0, 2);
   EXPECT_EQ(w.y0, 1);
   e.include(0, 0, 1);
-  EXPECT_FALSE(nuvo::makeScanWindow(gridOf(10, 8, 1), e, &w));
+  EXPECT_FALSE(nuvo::makeScanWindow(makeGrid(10, 8, 1), e, &w));
 }
 
 // A full scan of every box shape visits each candidate exactly once, in the order
@@ -39,7 +38,7 @@ TEST(ScanOrder, FullScansArePermutationsInStrideOrder) {
   const int shapes[][3] = {{1, 1, 1}, {2, 1, 1}, {7, 1, 1},  {1, 13, 1},  {6, 5, 1},
                            {9, 1, 4}, {4, 6, 5}, {97, 1, 1}, {30, 30, 1}, {16, 16, 16}};
   for (const auto &s : shapes) {
-    const nuvo_grid ti = gridOf(s[0] + 3, s[1] + 2, s[2] + 1);
+    const nuvo_grid ti = makeGrid(s[0] + 3, s[1] + 2, s[2] + 1);
     nuvo::EventExtent e;
     e.include(-1, -2, 0);
     e.include(2, 0, 1);
@@ -171,7 +170,7 @@ TEST(DistanceKernels, MatchTheFormulaAndNeverAbandonABetterCandidate) {
 TEST(PatternScan, KeepsTheFirstBestAndStopsAtAPerfectMatch) {
   // A 1D training image 0 1 2 3 ... scanned for the single-node event "value 5
   // one node to the right": the candidate at x = 4 matches exactly.
-  const nuvo_grid ti = gridOf(12, 1, 1);
+  const nuvo_grid ti = makeGrid(12, 1, 1);
   std::vector<double> values(12);
   std::iota(values.begin(), values.end(), 0.0);
   const int offset[] = {1};

@@ -4,6 +4,7 @@
 
 #include "nuvo_path.h"
 #include "nuvo_simneighborhoods.h"
+#include "tests/data/data_builders.hpp"
 
 namespace {
 
@@ -17,24 +18,14 @@ nuvo_searchNeighborhoodParameters ellipsoid(double rx, double ry, double rz, dou
   return p;
 }
 
-nuvo_grid grid(int nx, int ny, int nz) {
-  nuvo_grid g;
-  NUVOInitGrid(&g);
-  g.nx = nx, g.ny = ny, g.nz = nz;
-  g.sx = g.sy = g.sz = 1.0;
-  g.nxy = nx * ny;
-  g.nxyz = nx * ny * nz;
-  return g;
-}
-
 // A simulation input whose members point into storage owned by the fixture (so
 // it is never given to NUVOFreeSimInput).
 class SimPrepare : public ::testing::Test {
  protected:
   void SetUp() override {
     NUVOInitSimInput(&in_);
-    simGrid_ = grid(10, 8, 3);
-    tiGrid_ = grid(20, 5, 4);
+    simGrid_ = nuvo::test::makeGrid(10, 8, 3);
+    tiGrid_ = nuvo::test::makeGrid(20, 5, 4);
     simImage_ = nuvo_image{&simGrid_, 3, 0, nullptr, nullptr};
     trainImage_[0] = nuvo_image{&tiGrid_, 3, 0, nullptr, nullptr};
     trainImage_[1] = nuvo_image{};
@@ -119,7 +110,7 @@ TEST_F(SimPrepare, RefusesNoVariableAndStopsOnRequest) {
 }
 
 TEST_F(SimPrepare, PathTemplateSplitsInformedAndMaskedEntriesFromTheOthers) {
-  simGrid_ = grid(3, 2, 1);
+  simGrid_ = nuvo::test::makeGrid(3, 2, 1);
   simImage_.nvar = in_.nvar = 2;
   // Node 4 is masked; variable 0 is known at nodes 0 and 1, variable 1 at node 1.
   double mask[6] = {1, 1, 1, 1, 0, 1};

@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "foundation/check.hpp"
 #include "nuvo_error.h"
 #include "nuvo_progress.h"
+#include "tests/support/warning_recorder.hpp"
 
 namespace {
 
@@ -55,35 +57,21 @@ TEST(ProgressCallbacks, PrintTheWarningOrTheProgressLine) {
             "QX: Simulating progress:  35 %     /     Realization(s) done:     3 of    10\n");
 }
 
-// A callback that records the warning it saw and answers with a chosen result.
-struct Recorder {
-  static inline int seen = 0;
-  static inline int answer = 0;
-  static inline bool stopAfter = false;
-  static int callback(nuvo_progressMonitor *pm) {
-    seen = pm->warningNumber;
-    if (stopAfter) pm->stopFlag = 1;
-    return answer;
-  }
-};
-
 TEST(WarningProtocol, ReportsClearsAndPassesResultsOn) {
-  nuvo_progressMonitor pm;
-  NUVOInitProgressMonitor(&pm);
-  Recorder::answer = 0;
-  Recorder::stopAfter = false;
-  EXPECT_EQ(nuvo::reportWarning(&pm, Recorder::callback, 41), 0);
-  EXPECT_EQ(Recorder::seen, 41);
-  EXPECT_EQ(pm.warningNumber, 0);
+  nuvo::test::WarningRecorder rec;
+  NUVOInitProgressMonitor(&rec.pm);
+  EXPECT_EQ(nuvo::reportWarning(&rec.pm, rec.callback, 41), 0);
+  EXPECT_EQ(rec.warnings(), std::vector<int>{41});
+  EXPECT_EQ(rec.pm.warningNumber, 0);
 
-  Recorder::answer = -7;
-  EXPECT_EQ(nuvo::reportWarning(&pm, Recorder::callback, 42), -7);
+  rec.answer = -7;
+  EXPECT_EQ(nuvo::reportWarning(&rec.pm, rec.callback, 42), -7);
 
-  Recorder::answer = 0;
-  Recorder::stopAfter = true;
-  EXPECT_EQ(nuvo::reportWarning(&pm, Recorder::callback, 43), -1000);
-  EXPECT_EQ(nuvo::checkStop(&pm), -1000);
-  EXPECT_EQ(nuvo::reportWarning(&pm, nullptr, 44), -1000);
+  rec.answer = 0;
+  rec.stopAfter = true;
+  EXPECT_EQ(nuvo::reportWarning(&rec.pm, rec.callback, 43), -1000);
+  EXPECT_EQ(nuvo::checkStop(&rec.pm), -1000);
+  EXPECT_EQ(nuvo::reportWarning(&rec.pm, nullptr, 44), -1000);
 }
 
 }  // namespace

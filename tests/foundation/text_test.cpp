@@ -8,62 +8,48 @@
 
 #include "nuvo_compare.h"
 #include "nuvo_text.h"
+#include "tests/support/temp_stream.hpp"
 
 namespace {
 
-// A temporary stream holding `content`, positioned at its start.
-struct TextStream {
-  explicit TextStream(const std::string &content) : file(std::tmpfile()) {
-    std::fputs(content.c_str(), file);
-    std::rewind(file);
-  }
-  ~TextStream() { std::fclose(file); }
-  FILE *file;
-};
+using nuvo::test::TempStream;
 
+// Skips blanks, line comments and block comments (stars inside included), keeps
+// a slash that starts no comment, and reports the end of the stream.
 TEST(SkipComments, StopsBeforeTheFirstSignificantCharacter) {
-  TextStream s("  // note\n/* block\n spread */\t\r\n42 rest");
-  ASSERT_EQ(NUVOSkipComments(s.file), 0);
-  int value = 0;
-  ASSERT_EQ(std::fscanf(s.file, "%d", &value), 1);
-  EXPECT_EQ(value, 42);
+  struct Case {
+    const char *text;
+    int code;
+    const char *rest;
+  };
+  for (const Case &c : {Case{"  // note\n/* block\n spread */\t\r\n42 rest", 0, "42 rest"},
+                        Case{"/** x **/ /5", 0, "/5"}, Case{"/* never closed", -999, ""},
+                        Case{"  \n// last line", -999, ""}, Case{"", -999, ""}}) {
+    SCOPED_TRACE(c.text);
+    TempStream s(c.text);
+    EXPECT_EQ(NUVOSkipComments(s.get()), c.code);
+    std::string rest;
+    for (int ch = std::fgetc(s.get()); ch != EOF; ch = std::fgetc(s.get())) rest += char(ch);
+    EXPECT_EQ(rest, c.rest);
+  }
 }
 
-TEST(SkipComments, KeepsALoneSlashAndHandlesStarsInsideBlocks) {
-  TextStream s("/** x **/ /5");
-  ASSERT_EQ(NUVOSkipComments(s.file), 0);
-  EXPECT_EQ(std::fgetc(s.file), '/');
-  EXPECT_EQ(std::fgetc(s.file), '5');
-}
-
-TEST(SkipComments, ReportsTheEndOfTheStream) {
-  EXPECT_EQ(NUVOSkipComments(TextStream("/* never closed").file), -999);
-  EXPECT_EQ(NUVOSkipComments(TextStream("  \n// last line").file), -999);
-  EXPECT_EQ(NUVOSkipComments(TextStream("").file), -999);
-}
-
+// The last digits, zero padded; a negative value gives x's, a negative length
+// leaves the text alone.
 TEST(IntToString, WritesTheLastDigitsZeroPadded) {
-  char text[16];
-  NUVOIntToString(7, text, 3);
-  EXPECT_STREQ(text, "007");
-  NUVOIntToString(12345, text, 3);
-  EXPECT_STREQ(text, "345");
-  NUVOIntToString(-3, text, 4);
-  EXPECT_STREQ(text, "xxxx");
-  NUVOIntToString(2147483647, text, 10);
-  EXPECT_STREQ(text, "2147483647");
-  NUVOIntToString(5, text, 0);
-  EXPECT_STREQ(text, "");
-  std::strcpy(text, "keep");
-  NUVOIntToString(5, text, -1);
-  EXPECT_STREQ(text, "keep");
-}
-
-TEST(DigitToChar, MapsDigitsAndMarksTheRest) {
-  EXPECT_EQ(NUVODigitToChar(0), '0');
-  EXPECT_EQ(NUVODigitToChar(9), '9');
-  EXPECT_EQ(NUVODigitToChar(10), 'x');
-  EXPECT_EQ(NUVODigitToChar(-1), 'x');
+  struct Case {
+    int value, length;
+    const char *text;
+  };
+  for (const Case &c : {Case{7, 3, "007"}, Case{12345, 3, "345"}, Case{-3, 4, "xxxx"},
+                        Case{2147483647, 10, "2147483647"}, Case{5, 0, ""}, Case{5, -1, "keep"}}) {
+    char text[16] = "keep";
+    NUVOIntToString(c.value, text, c.length);
+    EXPECT_STREQ(text, c.text) << c.value << " " << c.length;
+  }
+  EXPECT_EQ(std::string(
+                {NUVODigitToChar(0), NUVODigitToChar(9), NUVODigitToChar(10), NUVODigitToChar(-1)}),
+            "09xx");
 }
 
 TEST(Comparators, SortAscendingAndCompareLexicographically) {

@@ -9,14 +9,14 @@
 
 #include "nuvo_siminput.h"
 #include "param_file.hpp"
-#include "test_streams.hpp"
+#include "tests/support/temp_stream.hpp"
 
 namespace {
 
 namespace fs = std::filesystem;
-using nuvo_test::printed;
+using nuvo::test::printed;
+using nuvo::test::TempStream;
 using nuvo_test::TempFolder;
-using nuvo_test::TextStream;
 
 // Every file of a folder by name, with its content.
 std::map<std::string, std::string> folderContent(const std::string &path) {
@@ -47,8 +47,8 @@ class ExportSimInputTest : public ::testing::Test {
     NUVOInitSimInput(&input_);
     nuvo_simInputASCII ascii;
     NUVOInitSimInputASCII(&ascii);
-    TextStream stream(nuvo_test::parameterFileText(nuvo_test::parameterFileTokens(sources_)));
-    ASSERT_EQ(NUVOReadSimInputASCII(&ascii, stream.file), 0);
+    TempStream stream(nuvo_test::parameterFileText(nuvo_test::parameterFileTokens(sources_)));
+    ASSERT_EQ(NUVOReadSimInputASCII(&ascii, stream.get()), 0);
     ASSERT_EQ(NUVOSimInputASCIIToSimInput(&ascii, &input_), 0);
     NUVOFreeSimInputASCII(&ascii);
   }
@@ -101,25 +101,19 @@ TEST_F(ExportSimInputTest, AnExportedInputReadsBackToTheSameInput) {
   EXPECT_EQ(ascii.postProcessingParametersJob, POST_PROCESSING_PARAMETERS_MANUAL);
   EXPECT_EQ(ascii.pyramidGeneralParametersASCII->factorNneighboringNodeSettingMode,
             PYRAMID_NNEIGHBOR_ADAPTING_FACTOR_MANUAL);
-  // Values and loaded contents are kept.
+  // Loaded contents are kept (the values are compared through the second export).
   EXPECT_EQ(again.simGridAsTiFlag[0], 1);
-  EXPECT_EQ(again.trainImage[1].nxyzv, input_.trainImage[1].nxyzv);
+  ASSERT_EQ(again.trainImage[1].nxyzv, input_.trainImage[1].nxyzv);
   EXPECT_TRUE(std::equal(again.trainImage[1].var,
                          again.trainImage[1].var + again.trainImage[1].nxyzv,
                          input_.trainImage[1].var));
   EXPECT_EQ(again.dataPointSet[0].val[0], input_.dataPointSet[0].val[0]);
   EXPECT_EQ(again.blockData[1].iz[0][1], input_.blockData[1].iz[0][1]);
-  EXPECT_EQ(again.softProbability[0].globalPdf[1], input_.softProbability[0].globalPdf[1]);
   EXPECT_EQ(again.connectivity[1].refConnectivityImage->nvar, 1);
-  EXPECT_EQ(NUVOCmpSearchNeighborhoodParameters(&again.searchNeighborhoodParameters[0],
-                                                &input_.searchNeighborhoodParameters[0]),
-            0);
   // Pyramid factors are written with 16 significant digits.
   for (int j = 0; j < 5; ++j)
     EXPECT_NEAR(again.pyramidGeneralParameters->factorNneighboringNode[j],
                 input_.pyramidGeneralParameters->factorNneighboringNode[j], 1e-15);
-  EXPECT_EQ(again.powerLpDistanceInv[1], input_.powerLpDistanceInv[1]);
-  EXPECT_EQ(again.postProcessingMaxScanFraction[1], input_.postProcessingMaxScanFraction[1]);
 
   // Exported once more, the input gives the same files byte for byte.
   TempFolder second;
@@ -129,8 +123,11 @@ TEST_F(ExportSimInputTest, AnExportedInputReadsBackToTheSameInput) {
   NUVOFreeSimInputASCII(&ascii);
 }
 
-TEST_F(ExportSimInputTest, EveryCommentLevelAndLineEndReadsBackToTheSameRecord) {
+// Every comment level and line end reads back to the same record; the levels
+// add headings, then notes and remarks.
+TEST_F(ExportSimInputTest, CommentLevelsAndLineEndsReadBackToTheSameRecord) {
   std::string reference;
+  std::string text[3];
   for (int level = 0; level <= 2; ++level) {
     for (const char *eol : {"\n", "\r\n"}) {
       TempFolder folder;
@@ -141,16 +138,8 @@ TEST_F(ExportSimInputTest, EveryCommentLevelAndLineEndReadsBackToTheSameRecord) 
       if (reference.empty()) reference = dump(ascii);
       EXPECT_EQ(dump(ascii), reference) << "level " << level;
       NUVOFreeSimInputASCII(&ascii);
+      if (eol[0] == '\n') text[level] = folderContent(folder.path())["rt.in"];
     }
-  }
-}
-
-TEST_F(ExportSimInputTest, CommentLevelsAddHeadingsThenNotesAndRemarks) {
-  std::string text[3];
-  for (int level = 0; level <= 2; ++level) {
-    TempFolder folder;
-    ASSERT_EQ(NUVOExportSimInput(&input_, folder.path().c_str(), "rt", "\n", level), 0);
-    text[level] = folderContent(folder.path())["rt.in"];
   }
   EXPECT_EQ(text[0].find("/*"), std::string::npos);
   EXPECT_EQ(text[0].find("//"), std::string::npos);
@@ -163,20 +152,14 @@ TEST_F(ExportSimInputTest, CommentLevelsAddHeadingsThenNotesAndRemarks) {
     EXPECT_NE(t->find("\n/* PROBABILITY CONSTRAINTS FOR VARIABLE #1 */\n"), std::string::npos);
     EXPECT_NE(t->find("\n/* POST-PROCESSING: TOLERANCE */\n"), std::string::npos);
   }
+  // Level 2 notes each value; a sample of the lines.
   const std::string &full = text[2];
   for (const char *line :
        {"\n      4              3              1 // dimension\n",
         "\nOUTPUT_SIM_ONE_FILE_PER_REALIZATION\nrt // prefix of the realization files\n",
-        "\n1 // path index map\nrt_pathIndex // prefix of the path index map files\n",
         "\n_DATA_ // training image #0\nrt_ti1.gslib // training image #1\n",
-        "\nSEARCHNEIGHBORHOOD_RADIUS_MANUAL      10.000000       8.500000       0.000000 // search "
-        "radii\n",
-        "\n1.000000 // power for computing weight according to distance\n",
         "\nRESCALING_MIN_MAX       0.000000       4.000000 // variable #0 (facies)\n",
-        "\n3 2.500000 // variable #1 (poro)\n", "\nPATH_UNILATERAL 1 2 0 -3\n",
-        "\n1 rt_blockData1.dat // block data file\n",
-        "\n0.5 0.5 0.1666666666666667 0.5 // faCond[0], faSim[0], fbCond[0] fbSim[0]\n",
-        "\nPOST_PROCESSING_PARAMETERS_MANUAL\n", "\nEND\n"})
+        "\n0.5 0.5 0.1666666666666667 0.5 // faCond[0], faSim[0], fbCond[0] fbSim[0]\n", "\nEND\n"})
     EXPECT_NE(full.find(line), std::string::npos) << line;
 }
 

@@ -1,4 +1,7 @@
-// A valid simulation input built in memory, for tests of validation and simulation.
+// Simulation inputs built in memory, for the tests of conversion, validation and
+// simulation and for the benchmarks: records allocated the way the library owns
+// them (so NUVOFreeSimInput releases them), a bare input holding only what the
+// data preparation reads, and a complete valid input.
 #pragma once
 
 #include <algorithm>
@@ -9,40 +12,9 @@
 
 #include "input/text_io.hpp"
 #include "nuvo_siminput.h"
+#include "tests/support/make_image.hpp"
 
 namespace nuvo_test {
-
-// Fills an initialised image with an nx x ny x nz grid of unit cells and one
-// variable per name, the value of variable iv at node (ix, iy, iz) being
-// value(ix, iy, iz, iv).
-template <typename Value>
-void makeImage(nuvo_image *image, int nx, int ny, int nz, std::initializer_list<const char *> names,
-               Value value) {
-  const int nvar = static_cast<int>(names.size());
-  NUVOMallocImage(image, nx * ny * nz, nvar);
-  nuvo_grid &g = *image->grid;
-  g.nx = nx;
-  g.ny = ny;
-  g.nz = nz;
-  g.sx = g.sy = g.sz = 1.0;
-  g.nxy = nx * ny;
-  g.nxyz = nx * ny * nz;
-  image->nvar = nvar;
-  image->nxyzv = g.nxyz * nvar;
-  int iv = 0;
-  for (const char *name : names) std::strcpy(image->varName[iv++], name);
-  for (iv = 0; iv < nvar; ++iv)
-    for (int iz = 0; iz < nz; ++iz)
-      for (int iy = 0; iy < ny; ++iy)
-        for (int ix = 0; ix < nx; ++ix)
-          image->var[iv * g.nxyz + iz * g.nxy + iy * nx + ix] = value(ix, iy, iz, iv);
-}
-
-// Binary facies in stripes three nodes wide across x.
-inline void makeStripeImage(nuvo_image *image, int nx, int ny, int nz) {
-  makeImage(image, nx, ny, nz, {"facies"},
-            [](int ix, int, int, int) { return static_cast<double>(ix / 3 % 2); });
-}
 
 template <typename T>
 T *valuesOf(std::initializer_list<T> values) {
@@ -63,6 +35,80 @@ inline char *ownedText(const char *value) {
   std::strcpy(t, value);
   return t;
 }
+
+// Texts in slots of slotSize characters, as the parameter reader stores names.
+inline char **ownedTexts(std::initializer_list<const char *> values, int slotSize) {
+  char **slots = nuvo::allocateTextSlots(static_cast<int>(values.size()), slotSize);
+  int k = 0;
+  for (const char *v : values) std::strcpy(slots[k++], v);
+  return slots;
+}
+
+// Stops the program when a step of the building fails: a half-built input would
+// only make the test fail later for a reason far from its cause.
+inline void require(int rc) {
+  if (rc != 0) std::abort();
+}
+
+// Binary facies in stripes three nodes wide across x.
+inline void makeStripeImage(nuvo_image *image, int nx, int ny, int nz) {
+  require(makeImage(image, nx, ny, nz, {"facies"},
+                    [](int ix, int, int, int) { return static_cast<double>(ix / 3 % 2); }));
+}
+
+inline nuvo_image *copyOf(const nuvo_image &image) {
+  nuvo_image *copy = initialisedRecords<nuvo_image>(1, NUVOInitImage);
+  require(NUVOCopyImage(&image, copy));
+  return copy;
+}
+
+// Appends a zeroed record to a counted array and returns it.
+template <typename T>
+T *appendRecord(T *&array, int &n) {
+  array = static_cast<T *>(std::realloc(array, (n + 1) * sizeof(T)));
+  array[n] = T{};
+  return &array[n++];
+}
+
+// Appends a copy of `ti` as training image, or the simulation grid itself when
+// ti is null.
+inline void addTrainImage(nuvo_simInput *si, const nuvo_image *ti) {
+  int nflag = si->ntrainImage;
+  *appendRecord(si->simGridAsTiFlag, nflag) = ti == nullptr ? 1 : 0;
+  nuvo_image *slot = appendRecord(si->trainImage, si->ntrainImage);
+  if (ti != nullptr) require(NUVOCopyImage(ti, slot));
+}
+
+inline void addDataImage(nuvo_simInput *si, const nuvo_image &image) {
+  require(NUVOCopyImage(&image, appendRecord(si->dataImage, si->ndataImage)));
+}
+
+inline void addDataPointSet(nuvo_simInput *si, const nuvo_pointSet &ps) {
+  require(NUVOCopyPointSet(&ps, appendRecord(si->dataPointSet, si->ndataPointSet)));
+}
+
+inline void setMask(nuvo_simInput *si, const nuvo_image &mask) {
+  si->maskImageFlag = 1;
+  si->maskImage = copyOf(mask);
+}
+
+// A simulation input freed with everything it holds at the end of the scope.
+struct OwnedSimInput {
+  OwnedSimInput() { NUVOInitSimInput(&si); }
+  // A bare input: a copy of the simulation image and one distance type per
+  // variable; training images, data and a mask are added with the functions above.
+  OwnedSimInput(const nuvo_image &simImage, std::initializer_list<int> distanceType)
+      : OwnedSimInput() {
+    si.simImage = copyOf(simImage);
+    si.nvar = simImage.nvar;
+    si.distanceType = valuesOf<int>(distanceType);
+  }
+  ~OwnedSimInput() { NUVOFreeSimInput(&si); }
+  OwnedSimInput(const OwnedSimInput &) = delete;
+  OwnedSimInput &operator=(const OwnedSimInput &) = delete;
+
+  nuvo_simInput si;
+};
 
 // Replaces the training images by n copies of the first one (none for n = 0),
 // none of them the simulation grid, with scan fractions 0.5 and 0.2 (post-processing).
@@ -110,21 +156,16 @@ inline void setTrainingImageCount(nuvo_simInput *si, int n) {
 // post-processing path and one realization.
 inline void buildValidSimInput(nuvo_simInput *si, const nuvo_image &ti) {
   si->simImage = initialisedRecords<nuvo_image>(1, NUVOInitImage);
-  makeImage(si->simImage, 30, 30, 1, {"facies"},
-            [](int, int, int, int) { return NUVO_MISSING_VALUE; });
+  require(makeImage(si->simImage, 30, 30, 1, {"facies"},
+                    [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
   si->nvar = 1;
   si->outputVarFlag = valuesOf<signed char>({1});
-  si->formatStringVar = nuvo::allocateTextSlots(1, NUVO_VAR_NAME_MAX + 1);
-  std::strcpy(si->formatStringVar[0], "%.10g");
+  si->formatStringVar = ownedTexts({"%.10g"}, NUVO_VAR_NAME_MAX + 1);
   si->outputSimJob = OUTPUT_SIM_ALL_IN_ONE_FILE;
-  si->outputSimImageFileName = nuvo::allocateTextSlots(1, NUVO_FILE_NAME_MAX + 1);
-  std::strcpy(si->outputSimImageFileName[0], "sim.gslib");
+  si->outputSimImageFileName = ownedTexts({"sim.gslib"}, NUVO_FILE_NAME_MAX + 1);
   si->outputReportFlag = 1;
   si->outputReportFileName = ownedText("report.txt");
-  si->ntrainImage = 1;
-  si->simGridAsTiFlag = valuesOf<signed char>({0});
-  si->trainImage = initialisedRecords<nuvo_image>(1, NUVOInitImage);
-  NUVOCopyImage(&ti, si->trainImage);
+  addTrainImage(si, &ti);
   si->normalizingType = NORMALIZING_LINEAR;
   si->searchNeighborhoodParameters = initialisedRecords<nuvo_searchNeighborhoodParameters>(
       1, NUVOInitSearchNeighborhoodParameters);

@@ -1,9 +1,12 @@
-// Temporary streams for the file-format tests: a file holding given bytes, read
-// back from its start, and closed at the end of the scope.
+// Temporary streams for the tests: a file holding given bytes, read back from its
+// start and closed at the end of the scope; the text a printer writes; and a
+// stream too small for what is written to it.
 #pragma once
 
 #include <cstdio>
+#include <sstream>
 #include <string>
+#include <vector>
 
 namespace nuvo::test {
 
@@ -28,10 +31,25 @@ class TempStream {
     std::rewind(file_);
     return text;
   }
+  // The contents split into lines (without their line feeds).
+  std::vector<std::string> lines() const {
+    std::vector<std::string> out;
+    std::istringstream in(contents());
+    for (std::string line; std::getline(in, line);) out.push_back(line);
+    return out;
+  }
 
  private:
   FILE *file_;
 };
+
+// Everything `print` writes to a stream, as one string.
+template <typename Print>
+std::string printed(Print &&print) {
+  TempStream stream;
+  print(stream.get());
+  return stream.contents();
+}
 
 // A write-only stream of `capacity` bytes without buffering: a write that does not
 // fit fails at once, so a writer's code for each field can be observed.

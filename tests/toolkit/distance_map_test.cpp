@@ -6,16 +6,13 @@
 
 #include "nuvo_distancemap.h"
 #include "nuvo_random.h"
+#include "tests/data/data_builders.hpp"
 
 namespace {
 
 nuvo_grid makeGrid(int nx, int ny, int nz, double sx, double sy, double sz) {
-  nuvo_grid g;
-  NUVOInitGrid(&g);
-  g.nx = nx, g.ny = ny, g.nz = nz;
+  nuvo_grid g = nuvo::test::makeGrid(nx, ny, nz);
   g.sx = sx, g.sy = sy, g.sz = sz;
-  g.nxy = nx * ny;
-  g.nxyz = nx * ny * nz;
   return g;
 }
 
@@ -103,33 +100,21 @@ TEST(DistanceMap, RefusesBadGrids) {
   EXPECT_EQ(NUVOEuclideanDistanceMap(&g, mask.data(), d.data()), -610);
 }
 
-class ImageDistanceMap : public ::testing::Test {
- protected:
-  void SetUp() override {
-    NUVOInitImage(&image_);
-    ASSERT_EQ(NUVOMallocImage(&image_, 5, 2), 0);
-    *image_.grid = makeGrid(5, 1, 1, 2.0, 1.0, 1.0);
-    image_.nvar = 2;
-    image_.nxyzv = 10;
-    const double values[10] = {NUVO_MISSING_VALUE, 3.0, NUVO_MISSING_VALUE, NUVO_MISSING_VALUE,
-                               NUVO_MISSING_VALUE, 0.0, NUVO_MISSING_VALUE, NUVO_MISSING_VALUE,
-                               NUVO_MISSING_VALUE, -1.0};
-    std::copy(values, values + 10, image_.var);
-  }
-  void TearDown() override { NUVOFreeImage(&image_); }
-  nuvo_image image_;
-};
-
-TEST_F(ImageDistanceMap, InformedNodesAreThoseNotMissing) {
+TEST(ImageDistanceMap, InformedNodesAreThoseNotMissing) {
+  constexpr double kMissing = nuvo::test::kMissing;
+  nuvo::test::TestImage t(5, 1, 1, {"a", "b"},
+                          {kMissing, 3.0, kMissing, kMissing, kMissing,  //
+                           0.0, kMissing, kMissing, kMissing, -1.0});
+  t.image.grid->sx = 2.0;
   double d[5];
-  ASSERT_EQ(NUVOImageEuclideanDistanceMap(&image_, 0, d), 0);
+  ASSERT_EQ(NUVOImageEuclideanDistanceMap(&t.image, 0, d), 0);
   const double first[5] = {2.0, 0.0, 2.0, 4.0, 6.0};
   for (int k = 0; k < 5; ++k) EXPECT_EQ(d[k], first[k]);
-  ASSERT_EQ(NUVOImageL1DistanceMap(&image_, 1, d), 0);
+  ASSERT_EQ(NUVOImageL1DistanceMap(&t.image, 1, d), 0);
   const double second[5] = {0.0, 2.0, 4.0, 2.0, 0.0};
   for (int k = 0; k < 5; ++k) EXPECT_EQ(d[k], second[k]);
-  EXPECT_EQ(NUVOImageEuclideanDistanceMap(&image_, 2, d), -1100);
-  EXPECT_EQ(NUVOImageL1DistanceMap(&image_, -1, d), -1100);
+  EXPECT_EQ(NUVOImageEuclideanDistanceMap(&t.image, 2, d), -1100);
+  EXPECT_EQ(NUVOImageL1DistanceMap(&t.image, -1, d), -1100);
 }
 
 }  // namespace
