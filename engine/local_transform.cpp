@@ -1,5 +1,6 @@
 #include "engine/local_transform.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include "engine/rotation.hpp"
@@ -11,10 +12,16 @@ namespace nuvo {
 
 namespace {
 
+// Far beyond any training image, yet twice it still fits in an int (the extent
+// of a data event).
+constexpr double kFar = 1 << 29;
+
 // Halves go up, so that along an axis every training-image node stands for the
-// same number of simulation nodes (ratio 2: offsets -1 and 0 give 0, 1 and 2 give 1).
+// same number of simulation nodes (ratio 2: offsets -1 and 0 give 0, 1 and 2 give
+// 1). Offsets past kFar are held there; 0 times an infinite ratio counts as 0.
 int nearestNode(double offset) {
-  return static_cast<int>(std::floor(offset + 0.5));
+  if (std::isnan(offset)) return 0;
+  return static_cast<int>(std::clamp(std::floor(offset + 0.5), -kFar, kFar));
 }
 
 }  // namespace

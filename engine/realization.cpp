@@ -90,7 +90,8 @@ class RealizationRun {
   int chooseTrainingImage(int node, nuvo_randContext *ctx) const;
   bool usable(const nuvo_image &ti, int tiNode) const;
   int drawMarginalNode(const nuvo_image &ti, nuvo_randContext *ctx) const;
-  void prepareEvent(int t, const PathSettings &settings, EventExtent *extent);
+  EventExtent gatheredExtent() const;
+  void prepareEvent(int t, const PathSettings &settings);
   int maxScanFor(int t, const PathSettings &settings) const;
   void copy(const nuvo_image &ti, int tiNode, int node);
   void writeMaps(int entry, int node, int pathIndex, const Outcome &o);
@@ -217,8 +218,16 @@ int RealizationRun::drawMarginalNode(const nuvo_image &ti, nuvo_randContext *ctx
   return -1;
 }
 
-// Turns the gathered nodes into the kernels' data event for training image t.
-void RealizationRun::prepareEvent(int t, const PathSettings &settings, EventExtent *extent) {
+EventExtent RealizationRun::gatheredExtent() const {
+  EventExtent extent;
+  for (const GatheredVariable &g : gathered_)
+    for (int i = 0; i < g.count; ++i) extent.include(g.dx[i], g.dy[i], g.dz[i]);
+  return extent;
+}
+
+// Turns the gathered nodes into the kernels' data event for training image t,
+// which the event fits in (so its linear offsets fit in an int).
+void RealizationRun::prepareEvent(int t, const PathSettings &settings) {
   const nuvo_image &ti = *setup_.ti[t];
   const nuvo_grid &tg = *ti.grid;
   event_.nvar = 0;
@@ -228,7 +237,6 @@ void RealizationRun::prepareEvent(int t, const PathSettings &settings, EventExte
     double mean = 0.0, weightSum = 0.0;
     for (int i = 0; i < g.count; ++i) {
       g.tiOffset[i] = g.dx[i] + tg.nx * g.dy[i] + tg.nxy * g.dz[i];
-      extent->include(g.dx[i], g.dy[i], g.dz[i]);
       mean += g.value[i];
       weightSum += g.weight[i];
     }
@@ -295,11 +303,10 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
   if (informed && setup_.transform != nullptr) deformOffsets(node, ctx);
   o->ti = chooseTrainingImage(node, ctx);
   const nuvo_image &ti = *setup_.ti[o->ti];
-  EventExtent extent;
   ScanWindow window;
   if (informed) {
-    prepareEvent(o->ti, settings, &extent);
-    if (makeScanWindow(*ti.grid, extent, &window)) {
+    if (makeScanWindow(*ti.grid, gatheredExtent(), &window)) {
+      prepareEvent(o->ti, settings);
       const int nscan = std::min(window.count(), maxScanFor(o->ti, settings));
       const ScanOrder order = drawScanOrder(window, nscan, ctx);
       const ScanWalker walker(window, *ti.grid, order);

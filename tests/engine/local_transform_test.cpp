@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <vector>
@@ -112,6 +113,8 @@ TEST(LocalTransform, ScalesTurnsAndRoundsOffsets) {
   EXPECT_EQ(mapped(0, {}, 1, {90.0}, 0, 5, 0), (V{-5, 0, 0}));
   // Both: turned, then scaled in the turned frame.
   EXPECT_EQ(mapped(1, {0.5}, 1, {90.0}, 0, 3, 1), (V{-6, 0, 2}));
+  // A tiny ratio sends neighbours beyond any grid, and no further.
+  EXPECT_EQ(mapped(1, {1e-12}, 0, {}, 3, 0, -1), (V{1 << 29, 0, -(1 << 29)}));
   // With tolerance the ratio lies between its bounds: 1/4 to 1/2 of 8.
   const V tolerant = mapped(2, {2.0, 4.0}, 0, {}, 8, 0, 0);
   EXPECT_GE(tolerant[0], 2);
@@ -196,6 +199,18 @@ TEST_F(TransformedChannels, HomothetyOf2DoublesTheChannelWidth) {
     const double ti = changeRate(tiFacies_, 120, lag, false);
     EXPECT_NEAR(changeRate(wide, kSim, 2 * lag, false), ti, 0.2 * ti) << "lag " << lag;
   }
+}
+
+// Patterns shrunk below a node cannot be matched: every node takes its value
+// from the training image's marginal, without any fault.
+TEST_F(TransformedChannels, ExtremeRatiosFallBackOnTheMarginal) {
+  si_.homothetyUsage = 1;
+  si_.homothetyXRatioValue = valuesOf<double>({4e-320});  // an infinite inverse
+  si_.homothetyYRatioValue = valuesOf<double>({1e-12});
+  si_.homothetyZRatioValue = valuesOf<double>({1.0});
+  const std::vector<double> v = simulate();
+  EXPECT_EQ(std::count(v.begin(), v.end(), 0.0) + std::count(v.begin(), v.end(), 1.0),
+            static_cast<long>(v.size()));
 }
 
 // A map on the simulation grid of a lower and an upper bound.
