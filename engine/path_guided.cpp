@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <numeric>
+#include <span>
 #include <vector>
 
 #include "engine/path_distance.hpp"
@@ -42,26 +43,66 @@ struct Keyed {
   int entry;
 };
 
-// Sorts by key, the keys lying in [0, 1]: a counting pass spreads the entries over
-// about n/4 buckets of equal width, then each bucket is sorted on its own. Linear
-// on average, and never worse than one sort of the whole list.
-void sortByKey(std::vector<Keyed> *keyed) {
-  std::size_t n = keyed->size();
-  std::size_t nbucket = n / 4 + 1;
-  auto bucketOf = [nbucket](double key) {
-    return std::min(nbucket - 1, static_cast<std::size_t>(key * static_cast<double>(nbucket)));
-  };
-  std::vector<std::size_t> next(nbucket + 1, 0);
-  for (const Keyed &k : *keyed) ++next[bucketOf(k.key) + 1];
-  std::partial_sum(next.begin(), next.end(), next.begin());
-  std::vector<std::size_t> start(next.begin(), next.end());
-  std::vector<Keyed> sorted(n);
-  for (const Keyed &k : *keyed) sorted[next[bucketOf(k.key)]++] = k;
+using Bucketing = std::vector<std::size_t>;
+
+// Stable counting sort of `from` into `to` by a label in [0, nlabel); `first`
+// receives where each label's range starts (nlabel + 1 values).
+template <typename Label>
+void scatterByLabel(std::span<const Keyed> from, std::span<Keyed> to, std::size_t nlabel,
+                    Label label, Bucketing *first) {
+  first->assign(nlabel + 1, 0);
+  for (const Keyed &k : from) ++(*first)[label(k) + 1];
+  std::partial_sum(first->begin(), first->end(), first->begin());
+  Bucketing next(first->begin(), first->end() - 1);
+  for (const Keyed &k : from) to[next[label(k)]++] = k;
+}
+
+// Insertion sort for the few entries of a typical bucket; a large bucket (many
+// equal or close keys) goes to std::stable_sort. Both keep equal keys in order.
+void sortBucket(std::span<Keyed> bucket) {
   auto byKey = [](const Keyed &x, const Keyed &y) { return x.key < y.key; };
-  for (std::size_t b = 0; b < nbucket; ++b)
-    if (start[b + 1] - start[b] > 1)
-      std::sort(sorted.begin() + start[b], sorted.begin() + start[b + 1], byKey);
-  keyed->swap(sorted);
+  if (bucket.size() > 32) {
+    std::stable_sort(bucket.begin(), bucket.end(), byKey);
+    return;
+  }
+  for (std::size_t i = 1; i < bucket.size(); ++i) {
+    const Keyed moving = bucket[i];
+    std::size_t j = i;
+    for (; j > 0 && byKey(moving, bucket[j - 1]); --j) bucket[j] = bucket[j - 1];
+    bucket[j] = moving;
+  }
+}
+
+// Sorts by key, the keys lying in [0, 1]; entries with equal keys keep their order
+// in the list. The entries are spread over about n/4 buckets of equal width, then
+// each bucket is sorted on its own: linear on average. The spreading takes two
+// stable passes, by groups of consecutive buckets and then by bucket within each
+// group, so that each pass writes to at most a few thousand places at a time and
+// stays in the cache instead of scattering over the whole list.
+void sortByKey(std::vector<Keyed> *keyed) {
+  constexpr std::size_t kMaxGroups = 4096;
+  const std::size_t n = keyed->size();
+  const std::size_t nbucket = n / 4 + 1;
+  auto bucketOf = [nbucket](const Keyed &k) {
+    return std::min(nbucket - 1, static_cast<std::size_t>(k.key * static_cast<double>(nbucket)));
+  };
+  int shift = 0;  // a group is 2^shift buckets
+  while (((nbucket - 1) >> shift) >= kMaxGroups) ++shift;
+  const std::size_t ngroup = ((nbucket - 1) >> shift) + 1;
+  std::vector<Keyed> grouped(n);
+  Bucketing groupFirst, bucketFirst;
+  scatterByLabel(
+      *keyed, grouped, ngroup, [&](const Keyed &k) { return bucketOf(k) >> shift; }, &groupFirst);
+  for (std::size_t g = 0; g < ngroup; ++g) {
+    const std::size_t begin = groupFirst[g], size = groupFirst[g + 1] - begin;
+    const std::size_t firstBucket = g << shift;
+    std::span<Keyed> out = std::span(*keyed).subspan(begin, size);
+    scatterByLabel(
+        std::span(grouped).subspan(begin, size), out, std::size_t{1} << shift,
+        [&](const Keyed &k) { return bucketOf(k) - firstBucket; }, &bucketFirst);
+    for (std::size_t b = 0; b + 1 < bucketFirst.size(); ++b)
+      sortBucket(out.subspan(bucketFirst[b], bucketFirst[b + 1] - bucketFirst[b]));
+  }
 }
 
 // Sort by s*(normalised distance) + (1 - s)*noise, one draw per entry in list order.

@@ -20,7 +20,8 @@
 namespace nuvo {
 namespace {
 
-constexpr double kModulus = 1000009711.0;
+constexpr std::int64_t kModulusInt = 1000009711;
+constexpr double kModulus = static_cast<double>(kModulusInt);
 constexpr double kStep = 0x1p-25;
 constexpr int kLag = 64;
 constexpr int kDiscardedSeedDraws = 10;
@@ -55,27 +56,35 @@ class WichmannHill {
 // Next value of the main sequence, an integer in [0, M) stored as a double.
 double nextTableValue(nuvo_randContext *ctx) {
   const int i = ctx->index;
-  const int j = (i + NUVO_RAND_TABLE_SIZE - kLag) % NUVO_RAND_TABLE_SIZE;
+  const int j = i >= kLag ? i - kLag : i + NUVO_RAND_TABLE_SIZE - kLag;
   const double t = ctx->table[i];
-  // 4M - x(n-64) - 5 x(n-101), in (-2M, 4M].
-  double x = ctx->fourM - ctx->table[j] - 2.0 * t - 2.0 * t - t;
-  if (x <= 0.0) {
-    if (x < -kModulus) x += ctx->twoM;
-    if (x < 0.0) x += kModulus;
-  } else {
-    if (x >= ctx->twoM) x -= ctx->twoM;
-    while (x >= kModulus) x -= kModulus;
-  }
-  ctx->table[i] = x;
+  // 4M - x(n-64) - 5 x(n-101), an integer in (-2M, 4M]. Bringing it into [0, M) by
+  // adding or subtracting M and 2M is taking its remainder modulo M, done here in
+  // integers without branches: every value involved is exact in double and int64.
+  const double x = ctx->fourM - ctx->table[j] - 2.0 * t - 2.0 * t - t;
+  std::int64_t r = static_cast<std::int64_t>(x) % kModulusInt;
+  r += r < 0 ? kModulusInt : 0;
+  ctx->table[i] = static_cast<double>(r);
   ctx->index = (i + 1 == NUVO_RAND_TABLE_SIZE) ? 0 : i + 1;
-  return x;
+  return ctx->table[i];
 }
 
+// u = frac(37 u + 2^-25), again while it is 0. 37 u + 2^-25 is positive, so its
+// integer part is its truncation.
 void advanceSecondary(nuvo_randContext *ctx) {
   do {
     const double v = 37.0 * ctx->u + ctx->step;
-    ctx->u = v - std::floor(v);
+    ctx->u = v - static_cast<double>(static_cast<std::int64_t>(v));
   } while (ctx->u == 0.0);
+}
+
+// Asks for the cache line holding `address` ahead of its use; no effect on results.
+inline void prefetch(const void *address) {
+#if defined(__GNUC__)
+  __builtin_prefetch(address);
+#else
+  static_cast<void>(address);
+#endif
 }
 
 // Sums of the weights by list position in a tree of fanout kFanout: level 0 holds
@@ -118,7 +127,28 @@ class WeightTree {
   // The largest p in [0, n] whose prefix sum (weights of positions 0 ... p-1)
   // does not exceed x. A bisection over non-decreasing cumulative weights lands
   // on the same position, except that it never goes past n-1.
-  std::size_t lastPrefixNotAbove(double x) const {
+  std::size_t lastPrefixNotAbove(double x) const { return descend(x, 0).index; }
+
+  // First position of the group of weights that a search for x would read, as far
+  // as the levels above tell now (the steps in between may move it on by about a
+  // group); n when the levels above settle the search, or there are none.
+  std::size_t groupToRead(double x) const {
+    if (sums_.empty()) return weight_.size();
+    const Descent d = descend(x, 1);
+    return d.settled ? weight_.size() : d.index * kFanout;
+  }
+
+ private:
+  // Where a search stopped: the entry chosen at the level it stopped at, or, when
+  // settled above that level, the position that answers it.
+  struct Descent {
+    std::size_t index;
+    bool settled;
+  };
+
+  // Goes down from the top, one group per level, to the entry of `lowest` under
+  // which x falls.
+  Descent descend(double x, std::size_t lowest) const {
     double prefix = 0.0;
     std::size_t first = 0;
     for (std::size_t level = sums_.size();; --level) {
@@ -128,13 +158,12 @@ class WeightTree {
       while (i < end && prefix + values[i] <= x) prefix += values[i++];
       // Everything in this group fits under x (only partly, through rounding,
       // below the top): the answer is the end of the group's positions.
-      if (i == end) return std::min(end * positionsPerEntry(level), weight_.size());
-      if (level == 0) return i;
+      if (i == end) return {std::min(end * positionsPerEntry(level), weight_.size()), true};
+      if (level == lowest) return {i, level == 0};
       first = i * kFanout;
     }
   }
 
- private:
   // Number of positions one entry of `level` covers.
   static std::size_t positionsPerEntry(std::size_t level) {
     std::size_t s = 1;
@@ -146,12 +175,40 @@ class WeightTree {
   std::vector<std::vector<double>> sums_;
 };
 
+// Asks for the cache lines of base[from, to), a non-empty range.
+template <typename T>
+void prefetchRange(const T *base, std::size_t from, std::size_t to) {
+  for (std::size_t i = from; i < to; i += 64 / sizeof(T)) prefetch(base + i);
+  prefetch(base + to - 1);
+}
+
+// The draws are made kAhead steps before their searches, in the same order, and
+// the weights and list entries the search will need are prefetched then: on long
+// lists the group of weights read at the bottom of a search, and the entry
+// swapped, are otherwise each a wait for memory. Two groups are asked for since
+// the weights placed in between move the answer on by about one.
 int weightedShuffle(int n, int *list, double *cumWeight, nuvo_randContext *ctx) {
+  constexpr std::size_t kAhead = 4;
+  constexpr std::size_t kPrefetched = 32;
   const std::size_t size = static_cast<std::size_t>(n);
+  const std::size_t steps = size - 1;
   const double total = cumWeight[size];
   WeightTree tree(size, cumWeight);
-  for (std::size_t k = 0; k + 1 < size; ++k) {
-    const double x = NUVODoubleRand(0, ctx) * total;
+  double ahead[kAhead];
+  for (std::size_t k = 0; k < std::min(kAhead, steps); ++k)
+    ahead[k] = NUVODoubleRand(0, ctx) * total;
+  for (std::size_t k = 0; k < steps; ++k) {
+    const double x = ahead[k % kAhead];
+    if (k + kAhead < steps) {
+      const double later = NUVODoubleRand(0, ctx) * total;
+      ahead[k % kAhead] = later;
+      const std::size_t group = tree.groupToRead(later);
+      if (group < size) {
+        const std::size_t end = std::min(group + kPrefetched, size);
+        prefetchRange(cumWeight, group, end);
+        prefetchRange(list, group, end);
+      }
+    }
     // A draw beyond the remaining weight falls on the last position. The lower
     // bound only matters when rounding leaves placed positions not quite empty.
     const std::size_t j = std::clamp(tree.lastPrefixNotAbove(x), k, size - 1);
@@ -164,6 +221,25 @@ int weightedShuffle(int n, int *list, double *cumWeight, nuvo_randContext *ctx) 
   cumWeight[size] = tree.weight(size - 1);
   std::fill(cumWeight, cumWeight + size, 0.0);
   return 0;
+}
+
+// Fisher-Yates from the end. Each swap partner is drawn kAhead steps before its
+// swap (the draws keep their order) and its entry prefetched, so that on long
+// lists the random accesses overlap instead of waiting for memory one by one.
+void uniformShuffle(int n, int *list, nuvo_randContext *ctx) {
+  constexpr int kAhead = 16;
+  int partner[kAhead];
+  auto draw = [&](int i) {
+    const int j = static_cast<int>(NUVODoubleRand(0, ctx) * (i + 1));
+    partner[i % kAhead] = j;
+    prefetch(list + j);
+  };
+  for (int i = n - 1; i >= 1 && i > n - 1 - kAhead; --i) draw(i);
+  for (int i = n - 1; i >= 1; --i) {
+    const int j = partner[i % kAhead];
+    if (i - kAhead >= 1) draw(i - kAhead);
+    std::swap(list[i], list[j]);
+  }
 }
 
 }  // namespace
@@ -194,7 +270,9 @@ double NUVODoubleRand(int seed, nuvo_randContext *ctx) {
   const double x = nuvo::nextTableValue(ctx);
   nuvo::advanceSecondary(ctx);
   double r = x / nuvo::kModulus + ctx->u;
-  if (r >= 1.0) r -= 1.0;
+  // r lies in (0, 2): subtracting its integer part is subtracting 1 when r >= 1,
+  // without a branch that the random value would make unpredictable.
+  r -= static_cast<double>(static_cast<std::int64_t>(r));
   return r + 1e-17;
 }
 
@@ -217,10 +295,7 @@ int NUVODrawIndexFromPdf(int n, const double *pdf, int *index, nuvo_randContext 
 }
 
 int NUVORandomizeListOfInt(int n, int *list, nuvo_randContext *ctx) {
-  for (int i = n - 1; i >= 1; --i) {
-    const int j = static_cast<int>(NUVODoubleRand(0, ctx) * (i + 1));
-    std::swap(list[i], list[j]);
-  }
+  nuvo::uniformShuffle(n, list, ctx);
   return 0;
 }
 
