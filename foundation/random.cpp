@@ -79,7 +79,9 @@ void advanceSecondary(nuvo_randContext *ctx) {
 }
 
 // Asks for the cache line holding `address` ahead of its use; no effect on results.
-inline void prefetch(const void *address) {
+// The prefetching helpers are forced inline: GCC takes a function that does
+// nothing but prefetch for one without effect, and drops the calls to it.
+[[gnu::always_inline]] inline void prefetch(const void *address) {
 #if defined(__GNUC__)
   __builtin_prefetch(address);
 #else
@@ -95,9 +97,9 @@ inline void prefetch(const void *address) {
 // per level, contiguous in memory: on long lists only the lowest levels leave the
 // cache, and a draw beyond all that remains is settled by the top level alone.
 class WeightTree {
+ public:
   static constexpr std::size_t kFanout = 16;
 
- public:
   // Takes over `cumWeight` (n+1 values) as storage: its first n entries become the
   // weights. The levels above are allocated before anything is changed.
   WeightTree(std::size_t n, double *cumWeight) : weight_(cumWeight, n) {
@@ -127,41 +129,67 @@ class WeightTree {
   // The largest p in [0, n] whose prefix sum (weights of positions 0 ... p-1)
   // does not exceed x. A bisection over non-decreasing cumulative weights lands
   // on the same position, except that it never goes past n-1.
-  std::size_t lastPrefixNotAbove(double x) const { return descend(x, 0).index; }
-
-  // First position of the group of weights that a search for x would read, as far
-  // as the levels above tell now (the steps in between may move it on by about a
-  // group); n when the levels above settle the search, or there are none.
-  std::size_t groupToRead(double x) const {
-    if (sums_.empty()) return weight_.size();
-    const Descent d = descend(x, 1);
-    return d.settled ? weight_.size() : d.index * kFanout;
-  }
-
- private:
-  // Where a search stopped: the entry chosen at the level it stopped at, or, when
-  // settled above that level, the position that answers it.
-  struct Descent {
-    std::size_t index;
-    bool settled;
-  };
-
-  // Goes down from the top, one group per level, to the entry of `lowest` under
-  // which x falls.
-  Descent descend(double x, std::size_t lowest) const {
+  std::size_t lastPrefixNotAbove(double x) const {
     double prefix = 0.0;
     std::size_t first = 0;
     for (std::size_t level = sums_.size();; --level) {
-      const std::span<const double> values = level == 0 ? weight_ : std::span(sums_[level - 1]);
-      const std::size_t end = std::min(first + kFanout, values.size());
-      std::size_t i = first;
-      while (i < end && prefix + values[i] <= x) prefix += values[i++];
+      const std::span<const double> values = entries(level);
+      const std::size_t i = scanGroup(values, first, x, &prefix);
       // Everything in this group fits under x (only partly, through rounding,
       // below the top): the answer is the end of the group's positions.
-      if (i == end) return {std::min(end * positionsPerEntry(level), weight_.size()), true};
-      if (level == lowest) return {i, level == 0};
+      if (i == groupEnd(values, first))
+        return std::min(i * positionsPerEntry(level), weight_.size());
+      if (level == 0) return i;
       first = i * kFanout;
     }
+  }
+
+  // Number of levels above the weights.
+  std::size_t levels() const { return sums_.size(); }
+
+  // The entries of `level`, 0 being the weights.
+  std::span<const double> entries(std::size_t level) const {
+    return level == 0 ? std::span<const double>(weight_)
+                      : std::span<const double>(sums_[level - 1]);
+  }
+
+  // A search made one level at a time: the group it reads next, in `level`, and
+  // the weight before that group. `alive` turns false when everything fits.
+  struct Cursor {
+    double x;
+    double prefix;
+    std::size_t first;
+    std::size_t level;
+    bool alive;
+  };
+
+  Cursor startSearch(double x) const { return {x, 0.0, 0, sums_.size(), true}; }
+
+  // Reads the cursor's group and moves it one level down; the cursor must be alive
+  // and above level 0.
+  void descend(Cursor *c) const {
+    const std::span<const double> values = entries(c->level);
+    const std::size_t i = scanGroup(values, c->first, c->x, &c->prefix);
+    c->alive = i < groupEnd(values, c->first);
+    c->first = i * kFanout;
+    --c->level;
+  }
+
+ private:
+  static std::size_t groupEnd(std::span<const double> values, std::size_t first) {
+    return std::min(first + kFanout, values.size());
+  }
+
+  // The first entry of the group at `first` with which the running sum from
+  // *prefix would exceed x, or the group's end; *prefix becomes the sum before it.
+  static std::size_t scanGroup(std::span<const double> values, std::size_t first, double x,
+                               double *prefix) {
+    const std::size_t end = groupEnd(values, first);
+    std::size_t i = first;
+    double sum = *prefix;
+    while (i < end && sum + values[i] <= x) sum += values[i++];
+    *prefix = sum;
+    return i;
   }
 
   // Number of positions one entry of `level` covers.
@@ -175,40 +203,92 @@ class WeightTree {
   std::vector<std::vector<double>> sums_;
 };
 
-// Asks for the cache lines of base[from, to), a non-empty range.
+// Asks for the cache lines of base[from, min(from + count, size)), from < size.
 template <typename T>
-void prefetchRange(const T *base, std::size_t from, std::size_t to) {
+[[gnu::always_inline]] inline void prefetchRange(const T *base, std::size_t from, std::size_t count,
+                                                 std::size_t size) {
+  const std::size_t to = std::min(from + count, size);
   for (std::size_t i = from; i < to; i += 64 / sizeof(T)) prefetch(base + i);
   prefetch(base + to - 1);
 }
 
-// The draws are made kAhead steps before their searches, in the same order, and
-// the weights and list entries the search will need are prefetched then: on long
-// lists the group of weights read at the bottom of a search, and the entry
-// swapped, are otherwise each a wait for memory. Two groups are asked for since
-// the weights placed in between move the answer on by about one.
+// On long lists a search waits for memory at the lowest levels of the tree (the
+// weights, the level above and the one above that) and for the entry it swaps.
+// So the draws are made ahead, in their order, and searched for ahead, one level
+// at a time on the tree as it is then, only to prefetch: kAhead * 3 steps before
+// its own search a draw has its group in level 2 fetched, kAhead * 2 steps before
+// its group in level 1, and kAhead steps before its groups of weights and list
+// entries. Two groups there, since the weights placed in the meantime move the
+// answer on by about one group.
+class Lookahead {
+  static constexpr std::size_t kAhead = 4;
+  static constexpr std::size_t kGroup = WeightTree::kFanout;
+
+ public:
+  static constexpr std::size_t kDepth = 3 * kAhead;
+
+  Lookahead(const WeightTree &tree, const int *list, std::size_t steps)
+      : tree_(tree), list_(list), steps_(steps), staged_(tree.levels() >= 3) {}
+
+  // Starts the search of the draw x, for step k.
+  void add(std::size_t k, double x) {
+    WeightTree::Cursor &c = ring_[k % kDepth];
+    c = tree_.startSearch(x);
+    if (!staged_) return;
+    while (c.alive && c.level > 2) tree_.descend(&c);
+    fetch(c);
+  }
+
+  // The draw of step k, after the searches of the later steps have gone on.
+  double next(std::size_t k) {
+    if (staged_) {
+      advance(k + 2 * kAhead, 2);
+      advance(k + kAhead, 1);
+    }
+    return ring_[k % kDepth].x;
+  }
+
+ private:
+  // Takes the search of `step` one level down from `level` (the first steps,
+  // started late, are left where they are).
+  void advance(std::size_t step, std::size_t level) {
+    if (step >= steps_) return;
+    WeightTree::Cursor &c = ring_[step % kDepth];
+    if (!c.alive || c.level != level) return;
+    tree_.descend(&c);
+    fetch(c);
+  }
+
+  [[gnu::always_inline]] void fetch(const WeightTree::Cursor &c) const {
+    if (!c.alive) return;
+    const std::span<const double> values = tree_.entries(c.level);
+    if (c.level > 0) {
+      prefetchRange(values.data(), c.first, kGroup, values.size());
+      return;
+    }
+    prefetchRange(values.data(), c.first, 2 * kGroup, values.size());
+    prefetchRange(list_, c.first, 2 * kGroup, values.size());
+  }
+
+  const WeightTree &tree_;
+  const int *list_;
+  std::size_t steps_;
+  bool staged_;  // the tree is tall enough for the lowest levels to leave the cache
+  WeightTree::Cursor ring_[kDepth];
+};
+
 int weightedShuffle(int n, int *list, double *cumWeight, nuvo_randContext *ctx) {
-  constexpr std::size_t kAhead = 4;
-  constexpr std::size_t kPrefetched = 32;
   const std::size_t size = static_cast<std::size_t>(n);
   const std::size_t steps = size - 1;
   const double total = cumWeight[size];
   WeightTree tree(size, cumWeight);
-  double ahead[kAhead];
-  for (std::size_t k = 0; k < std::min(kAhead, steps); ++k)
-    ahead[k] = NUVODoubleRand(0, ctx) * total;
+  Lookahead ahead(tree, list, steps);
+  std::size_t drawn = 0;
+  for (; drawn < steps && drawn < Lookahead::kDepth; ++drawn)
+    ahead.add(drawn, NUVODoubleRand(0, ctx) * total);
   for (std::size_t k = 0; k < steps; ++k) {
-    const double x = ahead[k % kAhead];
-    if (k + kAhead < steps) {
-      const double later = NUVODoubleRand(0, ctx) * total;
-      ahead[k % kAhead] = later;
-      const std::size_t group = tree.groupToRead(later);
-      if (group < size) {
-        const std::size_t end = std::min(group + kPrefetched, size);
-        prefetchRange(cumWeight, group, end);
-        prefetchRange(list, group, end);
-      }
-    }
+    const double x = ahead.next(k);
+    if (drawn < steps) ahead.add(drawn++, NUVODoubleRand(0, ctx) * total);
     // A draw beyond the remaining weight falls on the last position. The lower
     // bound only matters when rounding leaves placed positions not quite empty.
     const std::size_t j = std::clamp(tree.lastPrefixNotAbove(x), k, size - 1);
