@@ -223,21 +223,34 @@ template <typename T>
 class Lookahead {
   static constexpr std::size_t kAhead = 4;
   static constexpr std::size_t kGroup = WeightTree::kFanout;
+  // Below five levels (about a million weights) the tree stays in the cache and
+  // the searches ahead would cost more than they save.
+  static constexpr std::size_t kStagedLevels = 5;
 
  public:
   static constexpr std::size_t kDepth = 3 * kAhead;
 
-  Lookahead(const WeightTree &tree, const int *list, std::size_t steps)
-      : tree_(tree), list_(list), steps_(steps), staged_(tree.levels() >= 3) {}
+  Lookahead(const WeightTree &tree, const int *list, std::size_t steps, double total)
+      : tree_(tree),
+        list_(list),
+        steps_(steps),
+        staged_(tree.levels() >= kStagedLevels),
+        remaining_(total),
+        margin_(1e-9 * total) {}
 
-  // Starts the search of the draw x, for step k.
+  // Starts the search of the draw x, for step k. A draw beyond the weight left
+  // (give or take rounding) will be settled at the top: nothing to fetch for it.
   void add(std::size_t k, double x) {
     WeightTree::Cursor &c = ring_[k % kDepth];
     c = tree_.startSearch(x);
     if (!staged_) return;
+    c.alive = x <= remaining_ + margin_;
     while (c.alive && c.level > 2) tree_.descend(&c);
     fetch(c);
   }
+
+  // Takes the weight of an entry just placed off the estimate of the weight left.
+  void placed(double weight) { remaining_ -= weight; }
 
   // The draw of step k, after the searches of the later steps have gone on.
   double next(std::size_t k) {
@@ -273,7 +286,9 @@ class Lookahead {
   const WeightTree &tree_;
   const int *list_;
   std::size_t steps_;
-  bool staged_;  // the tree is tall enough for the lowest levels to leave the cache
+  bool staged_;  // the tree is tall enough to leave the cache
+  double remaining_;
+  double margin_;
   WeightTree::Cursor ring_[kDepth];
 };
 
@@ -282,7 +297,7 @@ int weightedShuffle(int n, int *list, double *cumWeight, nuvo_randContext *ctx) 
   const std::size_t steps = size - 1;
   const double total = cumWeight[size];
   WeightTree tree(size, cumWeight);
-  Lookahead ahead(tree, list, steps);
+  Lookahead ahead(tree, list, steps, total);
   std::size_t drawn = 0;
   for (; drawn < steps && drawn < Lookahead::kDepth; ++drawn)
     ahead.add(drawn, NUVODoubleRand(0, ctx) * total);
@@ -292,6 +307,7 @@ int weightedShuffle(int n, int *list, double *cumWeight, nuvo_randContext *ctx) 
     // A draw beyond the remaining weight falls on the last position. The lower
     // bound only matters when rounding leaves placed positions not quite empty.
     const std::size_t j = std::clamp(tree.lastPrefixNotAbove(x), k, size - 1);
+    ahead.placed(tree.weight(j));
     std::swap(list[k], list[j]);
     // The entry that was at k moves to j; position k is placed and leaves the tree.
     if (j != k) tree.set(j, tree.weight(k));
