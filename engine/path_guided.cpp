@@ -45,16 +45,17 @@ struct Keyed {
 
 using Bucketing = std::vector<std::size_t>;
 
-// Stable counting sort of `from` into `to` by a label in [0, nlabel); `first`
-// receives where each label's range starts (nlabel + 1 values).
-template <typename Label>
-void scatterByLabel(std::span<const Keyed> from, std::span<Keyed> to, std::size_t nlabel,
-                    Label label, Bucketing *first) {
+// Stable counting sort of the items 0 ... count-1 by a label in [0, nlabel):
+// place(i, slot) puts item i at its slot. `first` receives where each label's
+// range starts (nlabel + 1 values).
+template <typename Label, typename Place>
+void scatterByLabel(std::size_t count, std::size_t nlabel, Label label, Place place,
+                    Bucketing *first) {
   first->assign(nlabel + 1, 0);
-  for (const Keyed &k : from) ++(*first)[label(k) + 1];
+  for (std::size_t i = 0; i < count; ++i) ++(*first)[label(i) + 1];
   std::partial_sum(first->begin(), first->end(), first->begin());
   Bucketing next(first->begin(), first->end() - 1);
-  for (const Keyed &k : from) to[next[label(k)]++] = k;
+  for (std::size_t i = 0; i < count; ++i) place(i, next[label(i)]++);
 }
 
 // Insertion sort for the few entries of a typical bucket; a large bucket (many
@@ -73,48 +74,55 @@ void sortBucket(std::span<Keyed> bucket) {
   }
 }
 
-// Sorts by key, the keys lying in [0, 1]; entries with equal keys keep their order
-// in the list. The entries are spread over about n/4 buckets of equal width, then
-// each bucket is sorted on its own: linear on average. The spreading takes two
-// stable passes, by groups of consecutive buckets and then by bucket within each
-// group, so that each pass writes to at most a few thousand places at a time and
-// stays in the cache instead of scattering over the whole list.
-void sortByKey(std::vector<Keyed> *keyed) {
+// Reorders the entries by their keys, which lie in [0, 1]; entries with equal keys
+// keep their order in the list. The entries are spread over about n/4 buckets of
+// equal width, then each bucket is sorted on its own: linear on average. The
+// spreading takes two stable passes, by groups of consecutive buckets and then
+// by bucket within each group (in a scratch buffer the size of the group), so
+// that each pass writes to at most a few thousand places at a time and stays in
+// the cache instead of scattering over the whole list.
+void sortByKey(std::span<const double> keys, std::span<int> entries) {
   constexpr std::size_t kMaxGroups = 4096;
-  const std::size_t n = keyed->size();
+  const std::size_t n = keys.size();
   const std::size_t nbucket = n / 4 + 1;
-  auto bucketOf = [nbucket](const Keyed &k) {
-    return std::min(nbucket - 1, static_cast<std::size_t>(k.key * static_cast<double>(nbucket)));
+  auto bucketOf = [nbucket](double key) {
+    return std::min(nbucket - 1, static_cast<std::size_t>(key * static_cast<double>(nbucket)));
   };
   int shift = 0;  // a group is 2^shift buckets
   while (((nbucket - 1) >> shift) >= kMaxGroups) ++shift;
   const std::size_t ngroup = ((nbucket - 1) >> shift) + 1;
-  std::vector<Keyed> grouped(n);
+  std::vector<Keyed> grouped(n), scratch;
   Bucketing groupFirst, bucketFirst;
   scatterByLabel(
-      *keyed, grouped, ngroup, [&](const Keyed &k) { return bucketOf(k) >> shift; }, &groupFirst);
+      n, ngroup, [&](std::size_t i) { return bucketOf(keys[i]) >> shift; },
+      [&](std::size_t i, std::size_t slot) {
+        grouped[slot] = {keys[i], entries[i]};
+      },
+      &groupFirst);
   for (std::size_t g = 0; g < ngroup; ++g) {
-    const std::size_t begin = groupFirst[g], size = groupFirst[g + 1] - begin;
+    const std::span<const Keyed> group =
+        std::span(grouped).subspan(groupFirst[g], groupFirst[g + 1] - groupFirst[g]);
     const std::size_t firstBucket = g << shift;
-    std::span<Keyed> out = std::span(*keyed).subspan(begin, size);
+    scratch.resize(group.size());
     scatterByLabel(
-        std::span(grouped).subspan(begin, size), out, std::size_t{1} << shift,
-        [&](const Keyed &k) { return bucketOf(k) - firstBucket; }, &bucketFirst);
+        group.size(), std::size_t{1} << shift,
+        [&](std::size_t i) { return bucketOf(group[i].key) - firstBucket; },
+        [&](std::size_t i, std::size_t slot) { scratch[slot] = group[i]; }, &bucketFirst);
     for (std::size_t b = 0; b + 1 < bucketFirst.size(); ++b)
-      sortBucket(out.subspan(bucketFirst[b], bucketFirst[b + 1] - bucketFirst[b]));
+      sortBucket(std::span(scratch).subspan(bucketFirst[b], bucketFirst[b + 1] - bucketFirst[b]));
+    for (std::size_t i = 0; i < scratch.size(); ++i) entries[groupFirst[g] + i] = scratch[i].entry;
   }
 }
 
 // Sort by s*(normalised distance) + (1 - s)*noise, one draw per entry in list order.
-int sortOrder(int n, int *entries, const std::vector<double> &d, double s, nuvo_randContext *ctx) {
-  Range r = rangeOf(d);
-  std::vector<Keyed> keyed(n);
-  for (int i = 0; i < n; ++i) {
-    double normalised = r.span < kFlatRange ? 0.0 : (d[i] - r.min) / r.span;
-    keyed[i] = {s * normalised + (1.0 - s) * NUVODoubleRand(0, ctx), entries[i]};
+// The keys take the place of the distances.
+int sortOrder(int n, int *entries, std::vector<double> *d, double s, nuvo_randContext *ctx) {
+  Range r = rangeOf(*d);
+  for (double &key : *d) {
+    double normalised = r.span < kFlatRange ? 0.0 : (key - r.min) / r.span;
+    key = s * normalised + (1.0 - s) * NUVODoubleRand(0, ctx);
   }
-  sortByKey(&keyed);
-  for (int i = 0; i < n; ++i) entries[i] = keyed[i].entry;
+  sortByKey(*d, std::span(entries, static_cast<std::size_t>(n)));
   return 0;
 }
 
@@ -142,7 +150,7 @@ int guided(const PathGrid &g, EntryForm form, int n, int *entries, const signed 
       if (!found) return NUVOPathRandom(n, entries, ctx);
     }
     return guide.order == Order::kPdf ? pdfOrder(n, entries, d, guide.s, ctx)
-                                      : sortOrder(n, entries, d, guide.s, ctx);
+                                      : sortOrder(n, entries, &d, guide.s, ctx);
   });
 }
 
