@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <numeric>
+#include <span>
 #include <vector>
 
 #include "engine/path_distance.hpp"
@@ -42,38 +43,86 @@ struct Keyed {
   int entry;
 };
 
-// Sorts by key, the keys lying in [0, 1]: a counting pass spreads the entries over
-// about n/4 buckets of equal width, then each bucket is sorted on its own. Linear
-// on average, and never worse than one sort of the whole list.
-void sortByKey(std::vector<Keyed> *keyed) {
-  std::size_t n = keyed->size();
-  std::size_t nbucket = n / 4 + 1;
+using Bucketing = std::vector<std::size_t>;
+
+// Stable counting sort of the items 0 ... count-1 by a label in [0, nlabel):
+// place(i, slot) puts item i at its slot. `first` receives where each label's
+// range starts (nlabel + 1 values).
+template <typename Label, typename Place>
+void scatterByLabel(std::size_t count, std::size_t nlabel, Label label, Place place,
+                    Bucketing *first) {
+  first->assign(nlabel + 1, 0);
+  for (std::size_t i = 0; i < count; ++i) ++(*first)[label(i) + 1];
+  std::partial_sum(first->begin(), first->end(), first->begin());
+  Bucketing next(first->begin(), first->end() - 1);
+  for (std::size_t i = 0; i < count; ++i) place(i, next[label(i)]++);
+}
+
+// Insertion sort for the few entries of a typical bucket; a large bucket (many
+// equal or close keys) goes to std::stable_sort. Both keep equal keys in order.
+void sortBucket(std::span<Keyed> bucket) {
+  auto byKey = [](const Keyed &x, const Keyed &y) { return x.key < y.key; };
+  if (bucket.size() > 32) {
+    std::stable_sort(bucket.begin(), bucket.end(), byKey);
+    return;
+  }
+  for (std::size_t i = 1; i < bucket.size(); ++i) {
+    const Keyed moving = bucket[i];
+    std::size_t j = i;
+    for (; j > 0 && byKey(moving, bucket[j - 1]); --j) bucket[j] = bucket[j - 1];
+    bucket[j] = moving;
+  }
+}
+
+// Reorders the entries by their keys, which lie in [0, 1]; entries with equal keys
+// keep their order in the list. The entries are spread over about n/4 buckets of
+// equal width, then each bucket is sorted on its own: linear on average. The
+// spreading takes two stable passes, by groups of consecutive buckets and then
+// by bucket within each group (in a scratch buffer the size of the group), so
+// that each pass writes to at most a few thousand places at a time and stays in
+// the cache instead of scattering over the whole list.
+void sortByKey(std::span<const double> keys, std::span<int> entries) {
+  constexpr std::size_t kMaxGroups = 4096;
+  const std::size_t n = keys.size();
+  const std::size_t nbucket = n / 4 + 1;
   auto bucketOf = [nbucket](double key) {
     return std::min(nbucket - 1, static_cast<std::size_t>(key * static_cast<double>(nbucket)));
   };
-  std::vector<std::size_t> next(nbucket + 1, 0);
-  for (const Keyed &k : *keyed) ++next[bucketOf(k.key) + 1];
-  std::partial_sum(next.begin(), next.end(), next.begin());
-  std::vector<std::size_t> start(next.begin(), next.end());
-  std::vector<Keyed> sorted(n);
-  for (const Keyed &k : *keyed) sorted[next[bucketOf(k.key)]++] = k;
-  auto byKey = [](const Keyed &x, const Keyed &y) { return x.key < y.key; };
-  for (std::size_t b = 0; b < nbucket; ++b)
-    if (start[b + 1] - start[b] > 1)
-      std::sort(sorted.begin() + start[b], sorted.begin() + start[b + 1], byKey);
-  keyed->swap(sorted);
+  int shift = 0;  // a group is 2^shift buckets
+  while (((nbucket - 1) >> shift) >= kMaxGroups) ++shift;
+  const std::size_t ngroup = ((nbucket - 1) >> shift) + 1;
+  std::vector<Keyed> grouped(n), scratch;
+  Bucketing groupFirst, bucketFirst;
+  scatterByLabel(
+      n, ngroup, [&](std::size_t i) { return bucketOf(keys[i]) >> shift; },
+      [&](std::size_t i, std::size_t slot) {
+        grouped[slot] = {keys[i], entries[i]};
+      },
+      &groupFirst);
+  for (std::size_t g = 0; g < ngroup; ++g) {
+    const std::span<const Keyed> group =
+        std::span(grouped).subspan(groupFirst[g], groupFirst[g + 1] - groupFirst[g]);
+    const std::size_t firstBucket = g << shift;
+    scratch.resize(group.size());
+    scatterByLabel(
+        group.size(), std::size_t{1} << shift,
+        [&](std::size_t i) { return bucketOf(group[i].key) - firstBucket; },
+        [&](std::size_t i, std::size_t slot) { scratch[slot] = group[i]; }, &bucketFirst);
+    for (std::size_t b = 0; b + 1 < bucketFirst.size(); ++b)
+      sortBucket(std::span(scratch).subspan(bucketFirst[b], bucketFirst[b + 1] - bucketFirst[b]));
+    for (std::size_t i = 0; i < scratch.size(); ++i) entries[groupFirst[g] + i] = scratch[i].entry;
+  }
 }
 
 // Sort by s*(normalised distance) + (1 - s)*noise, one draw per entry in list order.
-int sortOrder(int n, int *entries, const std::vector<double> &d, double s, nuvo_randContext *ctx) {
-  Range r = rangeOf(d);
-  std::vector<Keyed> keyed(n);
-  for (int i = 0; i < n; ++i) {
-    double normalised = r.span < kFlatRange ? 0.0 : (d[i] - r.min) / r.span;
-    keyed[i] = {s * normalised + (1.0 - s) * NUVODoubleRand(0, ctx), entries[i]};
+// The keys take the place of the distances.
+int sortOrder(int n, int *entries, std::vector<double> *d, double s, nuvo_randContext *ctx) {
+  Range r = rangeOf(*d);
+  for (double &key : *d) {
+    double normalised = r.span < kFlatRange ? 0.0 : (key - r.min) / r.span;
+    key = s * normalised + (1.0 - s) * NUVODoubleRand(0, ctx);
   }
-  sortByKey(&keyed);
-  for (int i = 0; i < n; ++i) entries[i] = keyed[i].entry;
+  sortByKey(*d, std::span(entries, static_cast<std::size_t>(n)));
   return 0;
 }
 
@@ -101,7 +150,7 @@ int guided(const PathGrid &g, EntryForm form, int n, int *entries, const signed 
       if (!found) return NUVOPathRandom(n, entries, ctx);
     }
     return guide.order == Order::kPdf ? pdfOrder(n, entries, d, guide.s, ctx)
-                                      : sortOrder(n, entries, d, guide.s, ctx);
+                                      : sortOrder(n, entries, &d, guide.s, ctx);
   });
 }
 

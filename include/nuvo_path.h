@@ -38,7 +38,7 @@
  *    (NUVORandomizeWeightedListOfInt). s = 0 gives a random path.
  *  - SORT forms: each entry, in the given order, draws r in (0, 1) and gets the key
  *    s*(d - dmin)/R + (1 - s)*r (d - dmin counts as 0 when R < 1e-10); the entries
- *    are sorted by increasing key, equal keys in no defined order.
+ *    are sorted by increasing key, equal keys keeping their order in the list.
  *
  * Guided paths return 0; -3 when nx*ny*nz*nvar is zero (or a count is negative);
  * -610 when that product does not fit in 32 bits; -1 when scratch memory cannot be

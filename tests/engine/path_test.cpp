@@ -180,6 +180,32 @@ TEST(GuidedPath, FullStrengthSortFollowsTheCombinedDistance) {
   for (std::size_t i = 1; i < e.size(); ++i) EXPECT_LE(combined(e[i - 1]), combined(e[i]));
 }
 
+// With s = 1 the keys are the distances, many of them equal: such entries keep the
+// order they had in the list. A datum in a corner gives small groups of equal
+// distances; a row of data, groups of a whole row (sorted apart as large buckets).
+TEST(GuidedPath, FullStrengthSortKeepsTheListOrderAmongEqualDistances) {
+  Grid corner(23, 19, 1, 1);
+  corner.inform(0, 0, 0, 0);
+  Grid row(45, 12, 1, 1);
+  for (int ix = 0; ix < 45; ++ix) row.inform(0, ix, 0, 0);
+  for (const Grid *g : {&corner, &row}) {
+    const std::vector<int> shuffled = randomPath(g->entries(), 8);
+    std::vector<int> e = shuffled;
+    ASSERT_EQ(run(NUVOPathDistanceSortRandom, *g, &e, 1.0, 5), 0);
+    std::vector<int> listed(g->nxyz(), -1);
+    for (std::size_t i = 0; i < shuffled.size(); ++i) listed[shuffled[i]] = static_cast<int>(i);
+    int ties = 0;
+    for (std::size_t i = 1; i < e.size(); ++i) {
+      const double before = g->nearest(0, e[i - 1]), after = g->nearest(0, e[i]);
+      ASSERT_LE(before, after);
+      if (before < after) continue;
+      ++ties;
+      EXPECT_LT(listed[e[i - 1]], listed[e[i]]) << "entries " << e[i - 1] << " and " << e[i];
+    }
+    EXPECT_GT(ties, 100);
+  }
+}
+
 TEST(GuidedPath, VectorFormConditionsOnNodesWithAllVariablesKnown) {
   // Variable 2 is known everywhere and left out; node 0 has both others known,
   // node 19 only variable 0, so only node 0 conditions the distances.

@@ -283,24 +283,83 @@ TEST(RandomizeWeightedListOfInt, AgreesWithTheStepByStepAlgorithm) {
   }
 }
 
-// A long list with integer weights 1 + 2^20 a^d, d the distance of an entry to the
-// nearest of a few sites, as the distance-guided path builds them: the searches
-// cross several levels of partial groups, most of the mass goes early and many
-// draws then fall beyond what remains.
-TEST(RandomizeWeightedListOfInt, AgreesWithTheStepByStepAlgorithmOnALongList) {
-  constexpr int kN = 20011;
-  nuvo_randContext sites = seededContext(7);
+// Integer weights 1 + 2^20 a^d, d the distance of an entry to the nearest of a few
+// sites, as the distance-guided path builds them: the searches cross several levels
+// of partial groups, most of the mass goes early and many draws then fall beyond
+// what remains.
+std::vector<double> siteWeights(int n, int seed) {
+  nuvo_randContext sites = seededContext(seed);
   std::vector<int> site(12);
-  for (int &s : site) s = NUVOIntRand(0, kN, &sites);
-  std::vector<double> weights(kN);
-  for (int i = 0; i < kN; ++i) {
-    int d = kN;
+  for (int &s : site) s = NUVOIntRand(0, n, &sites);
+  std::vector<double> weights(n);
+  for (int i = 0; i < n; ++i) {
+    int d = n;
     for (int s : site) d = std::min(d, std::abs(i - s));
     weights[i] = 1.0 + std::floor(0x1p20 * std::pow(0.9, d / 8.0));
   }
+  return weights;
+}
+
+TEST(RandomizeWeightedListOfInt, AgreesWithTheStepByStepAlgorithmOnALongList) {
+  constexpr int kN = 20011;
   std::vector<int> list(kN);
   std::iota(list.begin(), list.end(), 0);
-  expectStepByStepResult(weights, list, 2027);
+  expectStepByStepResult(siteWeights(kN, 7), list, 2027);
+}
+
+// The same steps with the cumulative weights in a Fenwick tree: exact with integer
+// weights, so the same result as the bisection, and fast enough for a list on
+// which the library searches ahead of its steps.
+void fenwickWeightedShuffle(std::vector<int> &list, std::vector<double> &cum,
+                            nuvo_randContext *ctx) {
+  const int n = static_cast<int>(list.size());
+  const double total = cum[n];
+  std::vector<double> weight(n), tree(n + 1, 0.0);
+  auto add = [&](int position, double delta) {
+    for (int i = position + 1; i <= n; i += i & -i) tree[i] += delta;
+  };
+  for (int i = 0; i < n; ++i) {
+    weight[i] = cum[i + 1] - cum[i];
+    add(i, weight[i]);
+  }
+  int top = 1;
+  while (top * 2 <= n) top *= 2;
+  for (int k = 0; k + 1 < n; ++k) {
+    const double x = NUVODoubleRand(0, ctx) * total;
+    int p = 0;  // the largest p whose prefix sum does not exceed x
+    double prefix = 0.0;
+    for (int step = top; step > 0; step /= 2) {
+      if (p + step <= n && prefix + tree[p + step] <= x) {
+        p += step;
+        prefix += tree[p];
+      }
+    }
+    const int j = std::clamp(p, k, n - 1);
+    std::swap(list[k], list[j]);
+    add(j, weight[k] - weight[j]);
+    weight[j] = weight[k];
+    add(k, -weight[k]);
+    weight[k] = 0.0;
+  }
+  std::fill(cum.begin(), cum.end(), 0.0);
+  cum[n] = weight[n - 1];
+}
+
+TEST(RandomizeWeightedListOfInt, AgreesWithTheExactStepsOnAListOfAMillionEntries) {
+  constexpr int kN = 1100000;
+  const std::vector<double> weights = siteWeights(kN, 19);
+  std::vector<int> expected(kN);
+  std::iota(expected.begin(), expected.end(), 0);
+  std::vector<int> actual = expected;
+  std::vector<double> expectedCum = cumulative(weights);
+  std::vector<double> actualCum = expectedCum;
+  nuvo_randContext referenceCtx = seededContext(31);
+  nuvo_randContext ctx = seededContext(31);
+  fenwickWeightedShuffle(expected, expectedCum, &referenceCtx);
+  ASSERT_EQ(NUVORandomizeWeightedListOfInt(kN, actual.data(), actualCum.data(), &ctx), 0);
+  EXPECT_EQ(actual, expected);
+  EXPECT_EQ(actualCum, expectedCum);
+  EXPECT_TRUE(sameState(ctx, referenceCtx));
 }
 
 }  // namespace
