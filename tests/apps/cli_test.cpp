@@ -152,6 +152,25 @@ TEST_F(Cli, ConvertRoundTripsThroughEveryImageFormat) {
   EXPECT_NE(info.out.find("Number of variables:   1"), std::string::npos) << info.out;
 }
 
+TEST_F(Cli, SampleWritesAReadablePointSet) {
+  ASSERT_EQ(run("generate channels ti.gslib --nx 40 --ny 30 --nz 2 --width 4 --seed 9").status, 0);
+  const Outcome r = run("sample ti.gslib 25 points.txt --seed 3");
+  ASSERT_EQ(r.status, 0) << r.err;
+  FILE *stream = std::fopen(path("points.txt").c_str(), "rb");
+  ASSERT_NE(stream, nullptr);
+  nuvo_pointSet points;
+  NUVOInitPointSet(&points);
+  EXPECT_EQ(NUVOReadPointSet(&points, stream), 0);
+  std::fclose(stream);
+  EXPECT_EQ(points.npoint, 25);
+  ASSERT_EQ(points.nvar, 1);
+  for (int k = 0; k < points.npoint; ++k) {
+    EXPECT_TRUE(points.val[k] == 0.0 || points.val[k] == 1.0);
+    EXPECT_LT(points.x[k], 40.0);
+  }
+  NUVOFreePointSet(&points);
+}
+
 // Decodes an 8-bit RGB PNG; fails the test when it is not one.
 std::vector<png_byte> decodePng(const fs::path &file, png_uint_32 &width, png_uint_32 &height) {
   png_image png{};
@@ -202,35 +221,6 @@ TEST_F(Cli, RenderDrawsPanelsSideBySideWithYUpAndMissingInGrey) {
   EXPECT_EQ(pixel(panel2 + 2 * 240 + 5, 5), (std::array<int, 3>{150, 150, 150}));
   EXPECT_EQ(pixel(panel2 + 5, 5), pixel(panel2 + 2 * 240 + 5, 470));
   EXPECT_NE(pixel(panel2 + 5, 5), pixel(panel2 + 2 * 240 + 5, 5));
-}
-
-TEST_F(Cli, GenerateAndSampleWriteReadableFiles) {
-  Outcome r = run("generate channels ti.gslib --nx 40 --ny 30 --nz 2 --width 4 --seed 9");
-  ASSERT_EQ(r.status, 0) << r.err;
-  nuvo_image image;
-  NUVOInitImage(&image);
-  readImage("ti.gslib", NUVO_IMAGE_FORMAT_GSLIB, &image);
-  ASSERT_NE(image.grid, nullptr);
-  EXPECT_EQ(image.grid->nxyz, 40 * 30 * 2);
-  EXPECT_STREQ(image.varName[0], "facies");
-  NUVOFreeImage(&image);
-
-  r = run("sample ti.gslib 25 points.txt --seed 3");
-  ASSERT_EQ(r.status, 0) << r.err;
-  FILE *stream = std::fopen(path("points.txt").c_str(), "rb");
-  ASSERT_NE(stream, nullptr);
-  nuvo_pointSet points;
-  NUVOInitPointSet(&points);
-  EXPECT_EQ(NUVOReadPointSet(&points, stream), 0);
-  std::fclose(stream);
-  EXPECT_EQ(points.npoint, 25);
-  ASSERT_EQ(points.nvar, 1);
-  for (int k = 0; k < points.npoint; ++k) {
-    EXPECT_TRUE(points.val[k] == 0.0 || points.val[k] == 1.0);
-    EXPECT_GT(points.x[k], 0.0);
-    EXPECT_LT(points.x[k], 40.0);
-  }
-  NUVOFreePointSet(&points);
 }
 
 // A 30 x 30 channel simulation from a 40 x 40 training image, one realization in
@@ -310,36 +300,27 @@ TEST_F(CliRun, RunTakesNamesFromTheParameterFilesFolderAndWritesTheRealization) 
   NUVOFreeImage(&image);
 }
 
-TEST_F(CliRun, BrokenParameterFileExitsWithTwoAndSaysWhereReadingStopped) {
-  writeParameterFile("twelve");
-  for (const char *command : {"run", "check"}) {
+// A parameter file that cannot be read or a missing training image exit with 2,
+// an output that cannot be written with 3.
+TEST_F(CliRun, FailuresExitWithTheirStatusAndMessage) {
+  const auto expectFailure = [&](const char *command, int status, const std::string &message) {
     const Outcome r = run(std::string(command) + " case/tiny.in");
-    EXPECT_EQ(r.status, 2) << command;
-    EXPECT_NE(r.err.find("case/tiny.in: line 15, at \"twelve\": ERROR 00849: reading error, "
-                         "input ASCII (nneighboringNode)"),
-              std::string::npos)
-        << r.err;
-  }
-  EXPECT_FALSE(fs::exists(path("case/out")));
-}
-
-TEST_F(CliRun, MissingTrainingImageExitsWithTwoAndNamesIt) {
+    EXPECT_EQ(r.status, status) << command;
+    EXPECT_NE(r.err.find(message), std::string::npos) << r.err;
+  };
+  writeParameterFile("twelve");
+  const std::string where =
+      "case/tiny.in: line 15, at \"twelve\": ERROR 00849: reading error, input ASCII "
+      "(nneighboringNode)";
+  expectFailure("check", 2, where);
+  expectFailure("run", 2, where);
   writeParameterFile("12");
-  fs::remove(path("case/ti.gslib"));
-  const Outcome r = run("run case/tiny.in");
-  EXPECT_EQ(r.status, 2);
-  EXPECT_NE(r.err.find("ERROR 00112: training image file can not be opened: ti.gslib"),
-            std::string::npos)
-      << r.err;
+  fs::rename(path("case/ti.gslib"), path("ti.gslib"));
+  expectFailure("run", 2, "ERROR 00112: training image file can not be opened: ti.gslib");
   EXPECT_FALSE(fs::exists(path("case/out/sim.gslib")));
-}
-
-TEST_F(CliRun, UnwritableOutputExitsWithThree) {
-  writeParameterFile("12");
+  fs::rename(path("ti.gslib"), path("case/ti.gslib"));
   fs::create_directories(path("case/out/sim.gslib"));  // a folder where the file should go
-  const Outcome r = run("run case/tiny.in");
-  EXPECT_EQ(r.status, 3);
-  EXPECT_NE(r.err.find("ERROR 00110"), std::string::npos) << r.err;
+  expectFailure("run", 3, "ERROR 00110");
 }
 
 }  // namespace

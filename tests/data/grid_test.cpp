@@ -49,38 +49,22 @@ TEST(GridCompare, ReportsTheFirstDifferingFieldWithItsSign) {
 
 TEST(GridValidate, ReportsTheFirstFailureInOrder) {
   struct Case {
-    nuvo_grid grid;
+    int nx, ny, nz;
+    double sx, sy, sz;
     int verdict;
   };
-  nuvo_grid g = makeGrid(2, 2, 2);
-  std::vector<Case> cases;
-  cases.push_back({g, 0});
-  g.nx = 0;
-  g.sy = 0.0;
-  cases.push_back({g, -601});  // nx before sy
-  g = makeGrid(2, 0, 2);
-  cases.push_back({g, -602});
-  g = makeGrid(2, 2, -1);
-  cases.push_back({g, -603});
-  g = makeGrid(2, 2, 2);
-  g.sx = 1e-16;
-  cases.push_back({g, -604});
-  g = makeGrid(2, 2, 2);
-  g.sy = -1.0;
-  cases.push_back({g, -605});
-  g = makeGrid(2, 2, 2);
-  g.sz = 0.0;
-  cases.push_back({g, -606});
-  g = makeGrid(2, 2, 2);
-  g.nx = g.ny = 65536;  // 2^32 nodes per section
-  cases.push_back({g, -610});
-  g = makeGrid(2, 2, 2);
-  g.ox = -1e300;  // the origin is free
-  cases.push_back({g, 0});
+  const Case cases[] = {
+      {2, 2, 2, 1, 1, 1, 0},        {0, 2, 2, 1, 0, 1, -601},  // nx before sy
+      {2, 0, 2, 1, 1, 1, -602},     {2, 2, -1, 1, 1, 1, -603},
+      {2, 2, 2, 1e-16, 1, 1, -604}, {2, 2, 2, 1, -1, 1, -605},
+      {2, 2, 2, 1, 1, 0, -606},     {65536, 65536, 2, 1, 1, 1, -610},  // 2^32 nodes per section
+  };
   for (const Case &c : cases) {
+    // The origin is free; the stored counts are not looked at.
+    const nuvo_grid g{c.nx, c.ny, c.nz, c.sx, c.sy, c.sz, -1e300, 0, 0, 0, 0};
     int verdict = 12345;
-    EXPECT_EQ(NUVOValidateGrid(&c.grid, &verdict), 0);
-    EXPECT_EQ(verdict, c.verdict);
+    EXPECT_EQ(NUVOValidateGrid(&g, &verdict), 0);
+    EXPECT_EQ(verdict, c.verdict) << c.nx << " " << c.sx;
   }
 }
 

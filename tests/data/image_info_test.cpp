@@ -35,25 +35,12 @@ TEST(ImageInfo, ReportsEverySectionLineByLine) {
       {34, "#    Number of different values:   2"},
       {35, "#    No detail"},
       {37, "#    Proportion of nodes having a missing value:    50.0000 %"},
+      {39, "#    Pdf (ignoring missing value):"},
+      {40, "#                 Value   Proportion in grid (%)"},
       {41, "#    #  0:       2.0000     100.0000"},
       {44, "#    Number of different values:   0"},
   };
   for (const auto &[k, line] : expected) EXPECT_EQ(lines[k], line) << "line " << k;
-}
-
-TEST(ImageInfo, ListsThePdfUpToTheDetailLimit) {
-  TestImage t(4, 1, 1, {"facies"}, {0, 1, 1, 2});
-  TempStream out;
-  ASSERT_EQ(NUVOPrintImageInfo(&t.image, "", out.get(), 3), 0);
-  const std::vector<std::string> lines = out.lines();
-  const std::vector<std::string> tail(lines.end() - 5, lines.end());
-  EXPECT_EQ(tail, std::vector<std::string>({
-                      "   Pdf (ignoring missing value):",
-                      "                Value   Proportion in grid (%)",
-                      "   #  0:       0.0000      25.0000",
-                      "   #  1:       1.0000      50.0000",
-                      "   #  2:       2.0000      25.0000",
-                  }));
 }
 
 }  // namespace

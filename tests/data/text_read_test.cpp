@@ -15,7 +15,6 @@
 namespace {
 
 using nuvo::CharSource;
-using nuvo::WordStatus;
 using nuvo::test::TempStream;
 
 std::string rest(CharSource &source) {
@@ -102,19 +101,6 @@ TEST(ScanInt, ReadsSignedDecimalsThatFitAnIntAndNothingElse) {
   }
 }
 
-TEST(ScanWord, ConsumesTheWholeWordAndFlagsLongOnes) {
-  const std::string text = "  short\n" + std::string(200, 'w') + " after";
-  CharSource source(text.c_str());
-  std::string word;
-  EXPECT_EQ(nuvo::scanWord(source, word, 5), WordStatus::kRead);
-  EXPECT_EQ(word, "short");
-  EXPECT_EQ(nuvo::scanWord(source, word, 127), WordStatus::kTooLong);
-  EXPECT_EQ(word.size(), 127u);
-  EXPECT_EQ(nuvo::scanWord(source, word, 127), WordStatus::kRead);
-  EXPECT_EQ(word, "after");
-  EXPECT_EQ(nuvo::scanWord(source, word, 127), WordStatus::kMissing);
-}
-
 TEST(ReadHeaderLine, NeedsALineFeedWithin256Bytes) {
   nuvo::HeaderLine line;
   const std::string longest(254, 'a');
@@ -127,15 +113,6 @@ TEST(ReadHeaderLine, NeedsALineFeedWithin256Bytes) {
   EXPECT_EQ(nuvo::readHeaderLine(unterminated.get(), line, -1, -2), -2);
   TempStream empty("");
   EXPECT_EQ(nuvo::readHeaderLine(empty.get(), line, -1, -2), -1);
-}
-
-TEST(CountMatched, StopsAtTheFirstFailure) {
-  int calls = 0;
-  auto ok = [&] { return ++calls, true; };
-  auto fail = [&] { return ++calls, false; };
-  EXPECT_EQ(nuvo::countMatched(ok, ok, fail, ok), 2);
-  EXPECT_EQ(calls, 3);
-  EXPECT_EQ(nuvo::countMatched(ok, ok), 2);
 }
 
 }  // namespace

@@ -33,20 +33,20 @@ TEST(Realloc, KeepsTheBlockOnRefusalAndLeavesErrOnSuccess) {
   NUVOFree(nullptr);
 }
 
+// The last element reached through its row pointers is the last of one block.
 TEST(Arrays, AreContiguousRowMajorBlocks) {
   int err = 1;
   auto **a2 = reinterpret_cast<int **>(NUVOMallocArray2D(3, 4, sizeof(int), &err));
   ASSERT_EQ(err, 0);
-  for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 4; ++j) a2[i][j] = 10 * i + j;
+  a2[2][3] = 23;
+  a2[1][0] = 10;
   EXPECT_EQ(a2[0][2 * 4 + 3], 23);
+  EXPECT_EQ(a2[0][4], 10);
   NUVOFreeArray2D(reinterpret_cast<void **>(a2));
 
   auto ***a3 = reinterpret_cast<int ***>(NUVOMallocArray3D(2, 3, 4, sizeof(int), &err));
   ASSERT_EQ(err, 0);
-  for (int i = 0; i < 2; ++i)
-    for (int j = 0; j < 3; ++j)
-      for (int k = 0; k < 4; ++k) a3[i][j][k] = 100 * i + 10 * j + k;
+  a3[1][2][3] = 123;
   EXPECT_EQ(a3[0][0][(1 * 3 + 2) * 4 + 3], 123);
   NUVOFreeArray3D(reinterpret_cast<void ***>(a3));
 

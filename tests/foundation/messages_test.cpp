@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <string>
-#include <vector>
 
 #include "nuvo_error.h"
 
@@ -18,21 +17,18 @@ struct Row {
 // the table (a typo fixed, a code shifted) shows up here.
 constexpr Row kErrorSamples[] = {
     {1, "ERROR 00001: memory allocation (malloc)\n"},
-    {52, "ERROR 00052: number of variable not equal to one\n"},
     {554,
      "ERROR 00554: invalid data value in simulation grid: not in any training image (categorical "
      "variable (with pyramid cateogorical to continuous))\n"},
     {595, "ERROR 00595: invalid ouputPathIndexFileName (too long)\n"},
     {648, "ERROR 00648: invalid formatStringVar (invalid fomat)\n"},
     {726, "ERROR 00726: reading error, image GSLIB format (variable name too long)\n"},
-    {999, "ERROR 00999: reading error, an additional entry was expected\n"},
     {1000, "ERROR 01000: aborted job\n"},
     {1933, "ERROR 01933: probability constraint: invalid global pdf (sum not equal to 1.0)\n"},
     {2953, "ERROR 02953: block data: activatePropMin less than activatePropMax in one block\n"},
     {3509,
      "ERROR 03509: gaussian pyramid reduction: minimal weight on filter nodes to define output "
      "value too small\n"},
-    {4041, "ERROR 04041: class of values: invalid number of class(es) (too small)\n"},
     {7101, "ERROR 07101: invalid prefix for file name (character '/', '\\' forbidden)\n"},
 };
 
@@ -41,6 +37,9 @@ constexpr Row kWarningSamples[] = {
     {1,
      "WARNING 00001: a conditioning data value (categorical variable) does not belong to the set "
      "of training image values\n"},
+    // 26 and 27 return each other's rows, numbers included.
+    {26, "WARNING 00027: search neighborhood: radius in z-direction has been reduced\n"},
+    {27, "WARNING 00026: search neighborhood: radius in y-direction has been reduced\n"},
     {20,
      "WARNING 00020: a node is chosen (in the training image) randomly, ignoring neighborhood "
      "information\n"},
@@ -84,9 +83,11 @@ int checkTableShape(Lookup lookup, const std::string &prefix, Shown shownCode) {
   return rows;
 }
 
-TEST(ErrorMessages, UnknownCodesGiveTheUnknownText) {
+TEST(Messages, UnknownCodesGiveTheUnknownText) {
   for (int code : {0, -1, -627, 13, 99997, 100000, 2147483647, -2147483647 - 1})
     EXPECT_STREQ(NUVOGetErrorMessage(code), "ERROR: unknown\n") << code;
+  for (int code : {0, -26, 28, 99999})
+    EXPECT_STREQ(NUVOGetWarningMessage(code), "WARNING: unknown\n") << code;
 }
 
 TEST(ErrorMessages, TableHasItsSizeShapeAndTexts) {
@@ -95,43 +96,10 @@ TEST(ErrorMessages, TableHasItsSizeShapeAndTexts) {
   for (const Row &row : kErrorSamples) EXPECT_STREQ(NUVOGetErrorMessage(row.code), row.text);
 }
 
-// The codes the constraint and pyramid records return, each with its own message.
-TEST(ErrorMessages, EveryCodeOfTheConstraintAndPyramidRecordsHasAMessage) {
-  std::vector<int> codes = {// probability constraints: reading, conversion, validation
-                            920, 930, 935, 936, 940, 945, 950, 955, 960, 965, 966, 967, 970, 120,
-                            1920, 1921, 1922, 1931, 1932, 1933, 1941, 1951, 1961, 1971, 1975, 1977,
-                            1980, 1981, 1982, 1985, 1991, 1995, 1996, 1997, 1999,
-                            // connectivity constraints
-                            2110, 2111, 2112, 2113, 2114, 2115, 2116, 2117, 2118, 2119, 121, 135,
-                            136, 137, 2091, 2092, 2093, 2094, 2096, 2097, 2098, 2099, 2100, 2101,
-                            2102,
-                            // block data
-                            3001, 3006, 2980, 2960, 2920, 2941, 2942, 2951, 2952, 2953, 2954};
-  // pyramid parameters
-  for (const auto &[first, last] : {std::pair{3590, 3592},
-                                    {3595, 3597},
-                                    {3600, 3604},
-                                    {3610, 3633},
-                                    {3635, 3635},
-                                    {3640, 3652}})
-    for (int code = first; code <= last; ++code) codes.push_back(code);
-  for (int code : codes) EXPECT_STRNE(NUVOGetErrorMessage(code), "ERROR: unknown\n") << code;
-}
-
 TEST(WarningMessages, TableHasItsSizeShapeAndTexts) {
-  // 26 and 27 return each other's rows, numbers included.
   const auto shown = [](int code) { return code == 26 ? 27 : code == 27 ? 26 : code; };
   EXPECT_EQ(checkTableShape(NUVOGetWarningMessage, "WARNING ", shown), kWarningCount);
   for (const Row &row : kWarningSamples) EXPECT_STREQ(NUVOGetWarningMessage(row.code), row.text);
-}
-
-TEST(WarningMessages, TwentySixAndTwentySevenAreCrossed) {
-  EXPECT_STREQ(NUVOGetWarningMessage(26),
-               "WARNING 00027: search neighborhood: radius in z-direction has been reduced\n");
-  EXPECT_STREQ(NUVOGetWarningMessage(27),
-               "WARNING 00026: search neighborhood: radius in y-direction has been reduced\n");
-  for (int code : {0, -26, 28, 99999})
-    EXPECT_STREQ(NUVOGetWarningMessage(code), "WARNING: unknown\n");
 }
 
 }  // namespace

@@ -1,17 +1,11 @@
 #!/usr/bin/env python3
-"""Reference values for tests/foundation/random_test.cpp.
+"""Reference values for tests/foundation/random_test.cpp: paste the output over its
+block from "clang-format off" to "clang-format on".
 
-An independent model of the library's generator: the main sequence is computed
-with Python integers in its recurrence form x(n) = (-x(n-64) - 5 x(n-101)) mod M,
-the additive sequence in integer units of 2^-25, and only the final combination
-r = x/M + u uses floats (Python floats are IEEE doubles, and int/int division is
-correctly rounded, as the double division in C++). The shuffles and the pdf draw
-follow their step-by-step description literally, the weighted shuffle included
-(quadratic, with cumulative weights updated by subtraction at every step).
-
-Run `python3 tests/foundation/random_reference.py` and paste its output over the
-generated block of random_test.cpp (the lines from "clang-format off" to
-"clang-format on", both included).
+An independent model of the generator: the main sequence in Python integers,
+x(n) = (-x(n-64) - 5 x(n-101)) mod M, the additive one in integer units of 2^-25;
+only r = x/M + u uses floats (IEEE doubles, int/int division correctly rounded as
+in C++). Shuffles and the pdf draw follow their step-by-step description literally.
 """
 
 import math
@@ -114,8 +108,7 @@ def cumulative(weights):
     return cum
 
 
-def c_int(v):
-    # INT_MIN cannot be written as a plain literal.
+def c_int(v):  # INT_MIN cannot be written as a plain literal
     return "INT_MIN" if v == INT_MIN else str(v)
 
 
@@ -124,7 +117,7 @@ def c_doubles(values):
 
 
 def c_ints(values):
-    return ", ".join(c_int(v) for v in values)
+    return ", ".join(map(c_int, values))
 
 
 def emit(name, body):

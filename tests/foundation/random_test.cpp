@@ -169,19 +169,12 @@ TEST(DrawIndexFromPdf, FollowsTheRunningSum) {
     EXPECT_EQ(index, expected);
   }
 
-  const double lastOnly[] = {0.0, 0.0, 1.0};
-  const double firstOnly[] = {1.0, 0.0, 0.0};
-  const double oneEntry[] = {0.25};
-  for (int i = 0; i < 1000; ++i) {
-    int last = -1;
-    int first = -1;
-    int only = -1;
-    NUVODrawIndexFromPdf(3, lastOnly, &last, &ctx);
-    NUVODrawIndexFromPdf(3, firstOnly, &first, &ctx);
-    NUVODrawIndexFromPdf(1, oneEntry, &only, &ctx);
-    ASSERT_EQ(last, 2);
-    ASSERT_EQ(first, 0);
-    ASSERT_EQ(only, 0);
+  // Entries of zero probability are never drawn; a lone entry always is.
+  const double pdfs[][3] = {{0.0, 0.0, 1.0}, {1.0, 0.0, 0.0}, {0.25}};
+  for (int i = 0; i < 3000; ++i) {
+    int index = -1;
+    NUVODrawIndexFromPdf(i % 3 == 2 ? 1 : 3, pdfs[i % 3], &index, &ctx);
+    ASSERT_EQ(index, i % 3 == 0 ? 2 : 0);
   }
 }
 
@@ -233,41 +226,33 @@ std::vector<double> randomWeights(int n, nuvo_randContext *ctx) {
   const int kind = NUVOIntRand(0, 4, ctx);
   std::vector<double> weights(n);
   for (double &w : weights) {
-    switch (kind) {
-      case 0:
-        w = std::max(0, NUVOIntRand(0, 12, ctx) - 3);
-        break;
-      case 1:
-        w = NUVOIntRand(0, 64, ctx) / 8.0;
-        break;
-      case 2:
-        w = 0.0;
-        break;
-      default:
-        w = 1.0 + NUVOIntRand(0, 2, ctx);
-        break;
-    }
+    w = kind == 0   ? std::max(0, NUVOIntRand(0, 12, ctx) - 3)
+        : kind == 1 ? NUVOIntRand(0, 64, ctx) / 8.0
+        : kind == 2 ? 0.0
+                    : 1.0 + NUVOIntRand(0, 2, ctx);
   }
   if (kind == 3) weights[NUVOIntRand(0, n, ctx)] = 1000.0 * n;
   return weights;
 }
 
-// Shuffles `list` with `weights` both ways from the same seed and expects the same
-// permutation, final cumulative weights and generator state.
-void expectStepByStepResult(const std::vector<double> &weights, const std::vector<int> &list,
-                            int seed) {
+using Shuffle = void (*)(std::vector<int> &, std::vector<double> &, nuvo_randContext *);
+
+// Shuffles `list` with `weights` by `reference` and by the library from the same
+// seed and expects the same permutation, final cumulative weights and generator state.
+void expectReferenceResult(Shuffle reference, const std::vector<double> &weights,
+                           const std::vector<int> &list, int seed) {
   const int n = static_cast<int>(list.size());
   std::vector<int> expected = list;
   std::vector<int> actual = list;
   std::vector<double> expectedCum = cumulative(weights);
   std::vector<double> actualCum = expectedCum;
-  nuvo_randContext literalCtx = seededContext(seed);
+  nuvo_randContext referenceCtx = seededContext(seed);
   nuvo_randContext ctx = seededContext(seed);
-  literalWeightedShuffle(expected, expectedCum, &literalCtx);
+  reference(expected, expectedCum, &referenceCtx);
   ASSERT_EQ(NUVORandomizeWeightedListOfInt(n, actual.data(), actualCum.data(), &ctx), 0);
   ASSERT_EQ(actual, expected) << "n " << n;
   ASSERT_EQ(actualCum, expectedCum);
-  ASSERT_TRUE(sameState(ctx, literalCtx));
+  ASSERT_TRUE(sameState(ctx, referenceCtx));
 }
 
 TEST(RandomizeWeightedListOfInt, AgreesWithTheStepByStepAlgorithm) {
@@ -278,7 +263,7 @@ TEST(RandomizeWeightedListOfInt, AgreesWithTheStepByStepAlgorithm) {
     const std::vector<double> weights = randomWeights(n, &lists);
     std::vector<int> list(n);
     for (int &v : list) v = NUVOIntRand(0, 1000, &lists);
-    expectStepByStepResult(weights, list, 1 + trial);
+    expectReferenceResult(literalWeightedShuffle, weights, list, 1 + trial);
     if (HasFatalFailure()) return;
   }
 }
@@ -304,7 +289,7 @@ TEST(RandomizeWeightedListOfInt, AgreesWithTheStepByStepAlgorithmOnALongList) {
   constexpr int kN = 20011;
   std::vector<int> list(kN);
   std::iota(list.begin(), list.end(), 0);
-  expectStepByStepResult(siteWeights(kN, 7), list, 2027);
+  expectReferenceResult(literalWeightedShuffle, siteWeights(kN, 7), list, 2027);
 }
 
 // The same steps with the cumulative weights in a Fenwick tree: exact with integer
@@ -347,19 +332,9 @@ void fenwickWeightedShuffle(std::vector<int> &list, std::vector<double> &cum,
 
 TEST(RandomizeWeightedListOfInt, AgreesWithTheExactStepsOnAListOfAMillionEntries) {
   constexpr int kN = 1100000;
-  const std::vector<double> weights = siteWeights(kN, 19);
-  std::vector<int> expected(kN);
-  std::iota(expected.begin(), expected.end(), 0);
-  std::vector<int> actual = expected;
-  std::vector<double> expectedCum = cumulative(weights);
-  std::vector<double> actualCum = expectedCum;
-  nuvo_randContext referenceCtx = seededContext(31);
-  nuvo_randContext ctx = seededContext(31);
-  fenwickWeightedShuffle(expected, expectedCum, &referenceCtx);
-  ASSERT_EQ(NUVORandomizeWeightedListOfInt(kN, actual.data(), actualCum.data(), &ctx), 0);
-  EXPECT_EQ(actual, expected);
-  EXPECT_EQ(actualCum, expectedCum);
-  EXPECT_TRUE(sameState(ctx, referenceCtx));
+  std::vector<int> list(kN);
+  std::iota(list.begin(), list.end(), 0);
+  expectReferenceResult(fenwickWeightedShuffle, siteWeights(kN, 19), list, 31);
 }
 
 }  // namespace

@@ -77,25 +77,22 @@ TEST(DistanceMap, EuclideanAndL1MatchBruteForce) {
 TEST(DistanceMap, NothingInformedGivesInfinity) {
   nuvo_grid g = makeGrid(4, 3, 2, 1.0, 1.0, 1.0);
   std::vector<signed char> mask(g.nxyz, 0);
-  std::vector<double> d(g.nxyz, 0.0);
-  ASSERT_EQ(NUVOEuclideanDistanceMap(&g, mask.data(), d.data()), 0);
-  for (double v : d) EXPECT_EQ(v, std::numeric_limits<double>::infinity());
-  std::fill(d.begin(), d.end(), 0.0);
-  ASSERT_EQ(NUVOL1DistanceMap(&g, mask.data(), d.data()), 0);
-  for (double v : d) EXPECT_EQ(v, std::numeric_limits<double>::infinity());
+  for (auto map : {NUVOEuclideanDistanceMap, NUVOL1DistanceMap}) {
+    std::vector<double> d(g.nxyz, 0.0);
+    ASSERT_EQ(map(&g, mask.data(), d.data()), 0);
+    for (double v : d) EXPECT_EQ(v, std::numeric_limits<double>::infinity());
+  }
 }
 
+// A NaN spacing is no valid spacing.
 TEST(DistanceMap, RefusesBadGrids) {
   std::vector<signed char> mask(8, 1);
   std::vector<double> d(8);
-  nuvo_grid g = makeGrid(2, 2, 2, 1.0, 1.0, 1.0);
-  g.ny = 0;
-  EXPECT_EQ(NUVOEuclideanDistanceMap(&g, mask.data(), d.data()), -602);
-  g = makeGrid(2, 2, 2, 1.0, 1.0, 0.0);
+  nuvo_grid g = makeGrid(2, 2, 2, 1.0, 1.0, 0.0);
   EXPECT_EQ(NUVOL1DistanceMap(&g, mask.data(), d.data()), -606);
   g = makeGrid(2, 2, 2, std::nan(""), 1.0, 1.0);
   EXPECT_EQ(NUVOEuclideanDistanceMap(&g, mask.data(), d.data()), -604);
-  g = makeGrid(2, 2, 2, 1.0, 1.0, 1.0);
+  g.sx = 1.0;
   g.nx = g.ny = g.nz = 2000;
   EXPECT_EQ(NUVOEuclideanDistanceMap(&g, mask.data(), d.data()), -610);
 }
