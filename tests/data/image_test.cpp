@@ -34,7 +34,8 @@ TEST(ImageValidate, ReportsTheFirstFailure) {
   t.image.grid->nx = t.image.grid->ny = t.image.grid->nz = 2000;
   EXPECT_EQ(verdictOf(t.image), -620);
   t.image.grid->nx = t.image.grid->ny = t.image.grid->nz = 1;
-  std::strcpy(t.image.varName[1], "N");  // names are case sensitive
+  t.image.varName[1][0] = 'N';  // names are case sensitive
+  EXPECT_EQ(verdictOf(t.image), 0);
   t.image.nvar = 101;
   EXPECT_EQ(verdictOf(t.image), -622);
   t.image.nvar = 0;

@@ -33,7 +33,7 @@ TEST(Realloc, KeepsTheBlockOnRefusalAndLeavesErrOnSuccess) {
   NUVOFree(nullptr);
 }
 
-// The last element reached through its row pointers is the last of one block.
+// Elements reached through the row pointers sit in one row-major block.
 TEST(Arrays, AreContiguousRowMajorBlocks) {
   int err = 1;
   auto **a2 = reinterpret_cast<int **>(NUVOMallocArray2D(3, 4, sizeof(int), &err));

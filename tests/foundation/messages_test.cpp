@@ -23,12 +23,14 @@ constexpr Row kErrorSamples[] = {
     {595, "ERROR 00595: invalid ouputPathIndexFileName (too long)\n"},
     {648, "ERROR 00648: invalid formatStringVar (invalid fomat)\n"},
     {726, "ERROR 00726: reading error, image GSLIB format (variable name too long)\n"},
+    {999, "ERROR 00999: reading error, an additional entry was expected\n"},
     {1000, "ERROR 01000: aborted job\n"},
     {1933, "ERROR 01933: probability constraint: invalid global pdf (sum not equal to 1.0)\n"},
     {2953, "ERROR 02953: block data: activatePropMin less than activatePropMax in one block\n"},
     {3509,
      "ERROR 03509: gaussian pyramid reduction: minimal weight on filter nodes to define output "
      "value too small\n"},
+    {4041, "ERROR 04041: class of values: invalid number of class(es) (too small)\n"},
     {7101, "ERROR 07101: invalid prefix for file name (character '/', '\\' forbidden)\n"},
 };
 
