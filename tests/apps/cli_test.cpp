@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "nuvo_imagefile.h"
+#include "tests/data/data_builders.hpp"
 
 namespace {
 
@@ -140,12 +141,10 @@ TEST_F(Cli, ConvertRoundTripsThroughEveryImageFormat) {
   ASSERT_EQ(run("generate field field.gslib --nx 5 --ny 4").status, 0);
   ASSERT_EQ(run("convert field.gslib field.pgm").status, 0);
   ASSERT_EQ(run("convert field.pgm field.txt --format %.3f").status, 0);
-  nuvo_image image;
-  NUVOInitImage(&image);
-  readImage("field.txt", NUVO_IMAGE_FORMAT_GSLIB, &image);
-  ASSERT_EQ(image.nxyzv, 20);
-  EXPECT_STREQ(image.varName[0], "pgmValue");
-  NUVOFreeImage(&image);
+  nuvo::test::EmptyImage image;
+  readImage("field.txt", NUVO_IMAGE_FORMAT_GSLIB, &image.image);
+  ASSERT_EQ(image->nxyzv, 20);
+  EXPECT_STREQ(image->varName[0], "pgmValue");
 
   const Outcome info = run("info lenses.vtk");
   EXPECT_EQ(info.status, 0);
@@ -159,13 +158,11 @@ TEST_F(Cli, SampleWritesAReadablePointSet) {
   ASSERT_EQ(r.status, 0) << r.err;
   FILE *stream = std::fopen(path("points.txt").c_str(), "rb");
   ASSERT_NE(stream, nullptr);
-  nuvo_pointSet points;
-  NUVOInitPointSet(&points);
-  EXPECT_EQ(NUVOReadPointSet(&points, stream), 0);
+  nuvo::test::EmptyPointSet points;
+  EXPECT_EQ(NUVOReadPointSet(&points.ps, stream), 0);
   std::fclose(stream);
-  EXPECT_EQ(points.npoint, 25);
-  EXPECT_EQ(points.nvar, 1);
-  NUVOFreePointSet(&points);
+  EXPECT_EQ(points->npoint, 25);
+  EXPECT_EQ(points->nvar, 1);
 }
 
 // Decodes an 8-bit RGB PNG; fails the test when it is not one.
@@ -282,19 +279,17 @@ TEST_F(CliRun, RunTakesNamesFromTheParameterFilesFolderAndWritesTheRealization) 
   EXPECT_EQ(r.err, "");
   EXPECT_NE(r.out.find("1 realization(s)"), std::string::npos) << r.out;
   EXPECT_NE(r.out.find("case/out/sim.gslib"), std::string::npos) << r.out;
-  nuvo_image image;
-  NUVOInitImage(&image);
-  readImage("case/out/sim.gslib", NUVO_IMAGE_FORMAT_GSLIB, &image);
-  ASSERT_EQ(image.nxyzv, 30 * 30);
-  EXPECT_STREQ(image.varName[0], "facies_real00000");
+  nuvo::test::EmptyImage image;
+  readImage("case/out/sim.gslib", NUVO_IMAGE_FORMAT_GSLIB, &image.image);
+  ASSERT_EQ(image->nxyzv, 30 * 30);
+  EXPECT_STREQ(image->varName[0], "facies_real00000");
   int channel = 0;
-  for (int k = 0; k < image.nxyzv; ++k) {
-    ASSERT_TRUE(image.var[k] == 0.0 || image.var[k] == 1.0) << k;
-    channel += image.var[k] == 1.0;
+  for (int k = 0; k < image->nxyzv; ++k) {
+    ASSERT_TRUE(image->var[k] == 0.0 || image->var[k] == 1.0) << k;
+    channel += image->var[k] == 1.0;
   }
   EXPECT_GT(channel, 0);
-  EXPECT_LT(channel, image.nxyzv);
-  NUVOFreeImage(&image);
+  EXPECT_LT(channel, image->nxyzv);
 }
 
 // A parameter file that cannot be read or a missing training image exit with 2,
