@@ -110,44 +110,37 @@ TEST(ImageResize, CropsAndAddsNamedMissingVariables) {
   for (int i = 4; i < 12; ++i) EXPECT_EQ(r.image.var[i], kMissing);
 }
 
+// Windows as x, y, z node ranges then a variable range, and the code.
 TEST(ImageResize, RefusesEmptyAndOversizedWindows) {
   TestImage t(2, 2, 2, {"a"}, std::vector<double>(8, 1.0));
-  const std::vector<std::vector<int>> windows = {{1, 0, 0, 1, 0, 1, 0, 0},
-                                                 {0, 1, 1, 0, 0, 1, 0, 0},
-                                                 {0, 1, 0, 1, 1, 0, 0, 0},
-                                                 {0, 1, 0, 1, 0, 1, 0, -1}};
-  const std::vector<int> codes = {-2001, -2002, -2003, -2004};
-  for (std::size_t k = 0; k < windows.size(); ++k) {
-    const auto &w = windows[k];
+  const int cases[][9] = {
+      {1, 0, 0, 1, 0, 1, 0, 0, -2001},
+      {0, 1, 1, 0, 0, 1, 0, 0, -2002},
+      {0, 1, 0, 1, 1, 0, 0, 0, -2003},
+      {0, 1, 0, 1, 0, 1, 0, -1, -2004},
+      {INT_MIN, INT_MAX, 0, 0, 0, 0, 0, 0, -620},
+      {0, 99999, 0, 9999, 0, 0, 0, 9, -626},
+  };
+  for (const auto &w : cases) {
     Resized r;
     EXPECT_EQ(NUVOResizeImage(&t.image, &r.image, w[0], w[1], w[2], w[3], w[4], w[5], w[6], w[7]),
-              codes[k]);
+              w[8]);
   }
-  Resized huge;
-  EXPECT_EQ(NUVOResizeImage(&t.image, &huge.image, INT_MIN, INT_MAX, 0, 0, 0, 0, 0, 0), -620);
-  EXPECT_EQ(NUVOResizeImage(&t.image, &huge.image, 0, 99999, 0, 9999, 0, 0, 0, 9), -626);
 }
 
 // Image to image -------------------------------------------------------------
 
-TEST(ImageToImage, RefusesOtherNodeCountsButAllowsOtherSpacing) {
-  TestImage src(2, 1, 1, {"a"}, {1, 2});
-  TestImage dst(2, 1, 1, {"a"});
+// Node counts must agree, not spacings or origins; variables match by exact name;
+// without merging, missing values are copied too.
+TEST(ImageToImage, MatchesVariablesByExactName) {
+  TestImage src(2, 1, 1, {"b", "A", "x"}, {kMissing, 2, 3, 4, 5, 6});
+  TestImage dst(2, 1, 1, {"a", "b"}, {9, 9, 9, kMissing});
   int nIgnored = -1, nConflict = -1;
   src.image.grid->ny = 2;
   EXPECT_EQ(NUVOImageToImage(&src.image, &dst.image, 1, 0, &nIgnored, &nConflict, 0), -150);
   src.image.grid->ny = 1;
   src.image.grid->sx = 2.0;
   src.image.grid->oz = 5.0;
-  EXPECT_EQ(NUVOImageToImage(&src.image, &dst.image, 1, 0, &nIgnored, &nConflict, 0), 0);
-  EXPECT_EQ(dst.at(0, 1), 2.0);
-}
-
-// Without merging, missing values are copied too.
-TEST(ImageToImage, MatchesVariablesByExactName) {
-  TestImage src(2, 1, 1, {"b", "A", "x"}, {kMissing, 2, 3, 4, 5, 6});
-  TestImage dst(2, 1, 1, {"a", "b"}, {9, 9, 9, kMissing});
-  int nIgnored = -1, nConflict = -1;
   EXPECT_EQ(NUVOImageToImage(&src.image, &dst.image, 0, 0, &nIgnored, &nConflict, 0), -151);
   EXPECT_EQ(dst.at(1, 1), 2.0);  // written before the refused variable stays
   EXPECT_EQ(NUVOImageToImage(&src.image, &dst.image, 1, 0, &nIgnored, &nConflict, 0), 0);
