@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <sstream>
@@ -63,14 +64,12 @@ struct TestPointSet {
     NUVOInitPointSet(&ps);
     const int npoint = static_cast<int>(x.size());
     EXPECT_EQ(NUVOMallocPointSet(&ps, npoint, static_cast<int>(names.size())), 0);
-    for (int k = 0; k < npoint; ++k) {
-      ps.x[k] = x[k];
-      ps.y[k] = y[k];
-      ps.z[k] = z[k];
-    }
+    std::copy(x.begin(), x.end(), ps.x);
+    std::copy(y.begin(), y.end(), ps.y);
+    std::copy(z.begin(), z.end(), ps.z);
     for (std::size_t iv = 0; iv < names.size(); ++iv)
       std::strcpy(ps.varName[iv], names[iv].c_str());
-    for (std::size_t i = 0; i < values.size(); ++i) ps.val[i] = values[i];
+    std::copy(values.begin(), values.end(), ps.val);
   }
   ~TestPointSet() { NUVOFreePointSet(&ps); }
   TestPointSet(const TestPointSet &) = delete;

@@ -204,8 +204,8 @@ TEST(ImageFile, EachFormatWritesItsHeader) {
   }
 }
 
-// Pieces repeat cyclically over the variables, extra pieces are ignored, literal
-// text is kept, integer pieces truncate, and a piece may be 127 characters long.
+// Extra pieces are ignored, literal text is kept and a piece may be 127 characters
+// long (the point-set writer's test shows pieces repeating and empty ones skipped).
 TEST(FormatString, PiecesApplyToTheVariablesInTurn) {
   struct Case {
     std::vector<std::string> names;
@@ -215,10 +215,6 @@ TEST(FormatString, PiecesApplyToTheVariablesInTurn) {
   };
   const std::string underscores(123, '_');
   const Case cases[] = {
-      {{"a", "b", "c"},
-       {2.7, -2.7, 1.25, 0.5, 2.7, -2.7},
-       ";;%d;;;%f;",
-       "2 1.250000 2\n-2 0.500000 -2\n"},
       {{"a", "b"}, {3.0, 7.0}, "<%+05.1f%%>;%i;%s;%n", "<+03.0%> 7\n"},
       {{"a"}, {1.0}, "%.1f" + underscores, "1.0" + underscores + "\n"},
   };

@@ -55,9 +55,7 @@ TEST(TextSink, PrintsEveryPieceAsPrintfDoes) {
   }
 }
 
-TEST(TextSink, IntegerPiecesTruncateAndClamp) {
-  EXPECT_EQ(printed("%d", 2.7), "2");
-  EXPECT_EQ(printed("%i", -2.7), "-2");
+TEST(TextSink, IntegerPiecesClamp) {
   EXPECT_EQ(printed("%d", 1e300), "2147483647");
   EXPECT_EQ(printed("%i", -1e300), "-2147483648");
   EXPECT_EQ(printed("%d", std::nan("")), "0");
