@@ -1,10 +1,6 @@
-// Tests of the random number generator and the draws built on it.
-//
-// The expected values below come from an independent model of the generator,
-// tests/foundation/random_reference.py (integer recurrence, literal shuffles).
-// To regenerate them, run
-//   python3 tests/foundation/random_reference.py
-// and replace the block from "clang-format off" to "clang-format on" with its output.
+// Tests of the random number generator and the draws built on it. The expected
+// values come from an independent model, tests/foundation/random_reference.py,
+// whose output replaces the block from "clang-format off" to "clang-format on".
 #include <gtest/gtest.h>
 
 #include <algorithm>
