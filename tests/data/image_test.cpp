@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <climits>
+#include <cstring>
 #include <limits>
 #include <string>
 #include <vector>
