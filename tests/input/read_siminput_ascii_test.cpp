@@ -150,15 +150,4 @@ TEST_F(ReadSimInputTest, PyramidVariableSectionsAndPostProcessingListsAreOptiona
   EXPECT_EQ(si_.seed, 444);
 }
 
-TEST(StreamLineNumber, CountsTheLineFeedsBeforeThePosition) {
-  TempStream stream("a\nbb\n\nc");
-  EXPECT_EQ(NUVOStreamLineNumber(stream.get()), 1);
-  std::fseek(stream.get(), 3, SEEK_SET);
-  EXPECT_EQ(NUVOStreamLineNumber(stream.get()), 2);
-  std::fseek(stream.get(), 0, SEEK_END);
-  EXPECT_EQ(NUVOStreamLineNumber(stream.get()), 4);
-  // The position is kept.
-  EXPECT_EQ(std::ftell(stream.get()), 7);
-}
-
 }  // namespace

@@ -7,19 +7,12 @@
 
 namespace {
 
-using nuvo::test::printed;
 using nuvo::test::TempStream;
 
 class SimAndPathTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    NUVOInitSimAndPathParameters(&p_);
-    NUVOInitSimAndPathParameters(&copy_);
-  }
-  void TearDown() override {
-    NUVOFreeSimAndPathParameters(&p_);
-    NUVOFreeSimAndPathParameters(&copy_);
-  }
+  void SetUp() override { NUVOInitSimAndPathParameters(&p_); }
+  void TearDown() override { NUVOFreeSimAndPathParameters(&p_); }
   int read(const std::string &text) {
     NUVOFreeSimAndPathParameters(&p_);
     return NUVOReadSimAndPathParameters(&p_, TempStream(text).get());
@@ -30,7 +23,6 @@ class SimAndPathTest : public ::testing::Test {
     return e;
   }
   nuvo_simAndPathParameters p_;
-  nuvo_simAndPathParameters copy_;
 };
 
 TEST_F(SimAndPathTest, ReadsTheParametersOfEachPathAndType) {
@@ -94,22 +86,6 @@ TEST_F(SimAndPathTest, UnilateralRanksAreDistinctAndBounded) {
   ASSERT_EQ(read("SIM_ONE_BY_ONE PATH_UNILATERAL 1 2 3 0"), 0);
   p_.simType = SIM_VARIABLE_VECTOR;
   EXPECT_EQ(error(), -707);
-}
-
-TEST_F(SimAndPathTest, CopiesAndPrints) {
-  ASSERT_EQ(read("SIM_ONE_BY_ONE PATH_UNILATERAL 1 -2 0 3"), 0);
-  ASSERT_EQ(NUVOCopySimAndPathParameters(&p_, &copy_), 0);
-  NUVOFreeSimAndPathParameters(&p_);
-  ASSERT_NE(copy_.unilateralOrder, nullptr);
-  EXPECT_EQ(copy_.unilateralOrder[3], 3);
-  std::string text = printed([&](FILE *f) { NUVOPrintSimAndPathParameters(&copy_, "> ", f); });
-  EXPECT_EQ(text,
-            "> simType: SIM_ONE_BY_ONE\n"
-            "> pathType: PATH_UNILATERAL\n"
-            "> nunilateralOrder: 4\n"
-            "> unilateralOrder: 1 -2 0 3\n"
-            "> strength:       0.000000\n"
-            "> pow:       0.000000\n");
 }
 
 }  // namespace
