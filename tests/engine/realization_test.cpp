@@ -146,7 +146,8 @@ struct WarningLog {
   nuvo_progressMonitor pm{};
   std::vector<int> seen;
   static int callback(nuvo_progressMonitor *pm) {
-    if (pm->warningNumber != 0) reinterpret_cast<WarningLog *>(pm)->seen.push_back(pm->warningNumber);
+    if (pm->warningNumber != 0)
+      reinterpret_cast<WarningLog *>(pm)->seen.push_back(pm->warningNumber);
     return 0;
   }
 };

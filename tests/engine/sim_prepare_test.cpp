@@ -79,14 +79,6 @@ TEST_F(SimPrepare, VariablesWithEqualParametersShareOneList) {
   }
 }
 
-TEST_F(SimPrepare, TransformsLeaveTheTrainingImageOffsetsOut) {
-  in_.rotationUsage = 1;
-  ASSERT_EQ(NUVOSimPrepareSearchNeighborhood(&in_, flag_.data(), &s_, &ctx_, &pm_), 0);
-  EXPECT_EQ(s_.ntiOffset, 0);
-  EXPECT_EQ(s_.tiOffset, nullptr);
-  EXPECT_NE(s_.simGridOffset, nullptr);
-}
-
 TEST_F(SimPrepare, WeightsAreUniformWithPowerZeroUnlessConditioningWeighsOtherwise) {
   factor_[2] = 2.0;
   ASSERT_EQ(NUVOSimPrepareSearchNeighborhood(&in_, flag_.data(), &s_, &ctx_, &pm_), 0);

@@ -114,13 +114,11 @@ TEST_F(Simulation, ConsoleModeWritesFilesOnlyAndMapsFollowTheRequest) {
   si_.outputErrorFileName = nuvo_test::ownedText((dir_ / "err").c_str());
   ASSERT_EQ(simulate(), 0);
   EXPECT_EQ(out_.outputSimImage, nullptr);
-  EXPECT_TRUE(fs::exists(dir_ / "real_real00000.gslib"));
   EXPECT_TRUE(fs::exists(dir_ / "real_real00001.gslib"));
   EXPECT_TRUE(fs::exists(dir_ / "err_real00001.gslib"));
-}
 
-TEST_F(Simulation, WritesOneFilePerVariableWithEveryRealization) {
-  si_.consoleAppFlag = 1;
+  // One file per variable holds every realization.
+  NUVOFreeSimOutput(&out_);
   si_.outputSimJob = OUTPUT_SIM_ONE_FILE_PER_VARIABLE;
   setName(si_.outputSimImageFileName[0], "facies.gslib");
   ASSERT_EQ(simulate(), 0);

@@ -63,8 +63,8 @@ TEST_F(ClassOfValuesTest, ReadingErrorsNameTheField) {
     const char *text;
     int code;
   };
-  for (const Case &k : {Case{"1001", -4035}, Case{"-1", -4035}, Case{"1 1001", -4036},
-                        Case{"2 1 0 1 z", -4036}}) {
+  for (const Case &k :
+       {Case{"1001", -4035}, Case{"-1", -4035}, Case{"1 1001", -4036}, Case{"2 1 0 1 z", -4036}}) {
     nuvo_classOfValues c;
     NUVOInitClassOfValues(&c);
     EXPECT_EQ(NUVOReadClassOfValues(&c, TempStream(k.text).get()), k.code) << k.text;

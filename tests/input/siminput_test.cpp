@@ -69,7 +69,7 @@ TEST_F(SimInputTest, DefaultPostProcessingDependsOnGridDimensionsAndDistanceType
   ascii_.simGridNz = 2;
   ascii_.maxScanFraction[1] = 0.1;
   ASSERT_EQ(convert(), 0);
-  EXPECT_EQ(input_.postProcessingNneighboringNode[1], 8);  // 4 x 3 x 2: three dimensions
+  EXPECT_EQ(input_.postProcessingNneighboringNode[1], 8);      // 4 x 3 x 2: three dimensions
   EXPECT_EQ(input_.postProcessingDistanceThreshold[0], 0.02);  // distance type 0
   EXPECT_EQ(input_.postProcessingDistanceThreshold[1], 0.01);
   EXPECT_EQ(input_.postProcessingMaxScanFraction[0], 0.2);  // min(0.2, 0.5)
@@ -111,10 +111,7 @@ TEST_F(SimInputTest, EachUnopenableFileHasItsCode) {
   const Case cases[] = {
       {&ascii_.trainImageFileName[1], "TI", -112},
       {&ascii_.pdfTrainImageFileName, "pdf", -119},
-      {&ascii_.dataImageFileName[0], "data image", -111},
       {&ascii_.dataPointSetFileName[0], "point set", -123},
-      {&ascii_.maskImageFileName, "mask", -125},
-      {&ascii_.homothetyXRatioImageFileName, "homothety x", -113},
       {&ascii_.rotationDipImageFileName, "dip", -117},
   };
   std::string missing = folder_.missing();
@@ -166,6 +163,7 @@ TEST_F(SimInputTest, PrintsShowFieldsInTheirForms) {
            "#    simulation grid is set as training image",
            "# homothetyYRatioValue:       0.500000       2.000000",
            "# rescalingMode for variable   1: RESCALING_MEAN_LENGTH",
+           "# maxScanFraction for training image   1:       0.250000",
            "#    pathType: PATH_UNILATERAL",
        })
     EXPECT_TRUE(hasLine(dump, line)) << line;

@@ -77,46 +77,14 @@ TEST(TextRead, ATokenThatFailsIsPutBackForTheCallerToLocate) {
   EXPECT_EQ(std::ftell(s.get()), 26);
 }
 
-TEST(FieldPrinter, WritesOneLinePerFieldWithItsPrefix) {
-  const double thresholds[2] = {0.5, 0.25};
-  const int modes[2] = {1, 7};
-  std::string text = printed([&](FILE *f) {
-    nuvo::FieldPrinter out(f, "  ");
-    out.field("nvar", "%d", 2);
-    out.keyword("color", kColors, 0);
-    out.keyword("color", kColors, 9);
-    out.items("distanceThreshold", nuvo::kPerVariable, thresholds, 2, "%14.6f");
-    out.items("maxScanFraction", nuvo::kPerTrainImage, thresholds, 1, "%14.6f");
-    out.keywordItems("mode", nuvo::kPerVariable, modes, 2, kColors);
-    out.values("ratio", thresholds, 2, "%.2f");
-    out.items<double>("missing", nuvo::kPerVariable, nullptr, 2, "%f");
-    out.heading("nested");
-    nuvo::FieldPrinter(f, nuvo::nestedPrefix("  ").c_str()).text("name", "x");
-    out.itemHeading("softProbability", nuvo::kPerVariable, 1);
-  });
-  EXPECT_EQ(text,
-            "  nvar: 2\n"
-            "  color: COLOR_RED\n"
-            "  color: unknown\n"
-            "  distanceThreshold for variable   0:       0.500000\n"
-            "  distanceThreshold for variable   1:       0.250000\n"
-            "  maxScanFraction for training image   0:       0.500000\n"
-            "  mode for variable   0: COLOR_GREEN\n"
-            "  mode for variable   1: unknown\n"
-            "  ratio: 0.50 0.25\n"
-            "  missing: NOT ALLOCATED\n"
-            "  nested:\n"
-            "     name: x\n"
-            "  softProbability for variable   1\n");
-}
-
 // A record printer of the shape the nested helpers take.
 int printPair(const int *pair, const char *prefix, FILE *stream) {
   std::fprintf(stream, "%sfirst: %d\n%ssecond: %d\n", prefix, pair[0], prefix, pair[1]);
   return pair[0] < 0 ? -7 : 0;
 }
 
-// The nested layout is checked in the simulation input's dump; here the code.
+// The printed forms of the fields are checked in the simulation input's dump;
+// here the code of a nested printer.
 TEST(FieldPrinter, NestedPrintersPassTheirCodeOn) {
   const int good[2] = {1, 2}, bad[2] = {-1, 0};
   printed([&](FILE *f) {

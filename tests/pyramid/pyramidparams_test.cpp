@@ -229,9 +229,6 @@ TEST_F(PyramidParametersTest, RulesInOrder) {
             0);
   EXPECT_EQ(validate(), -3650);
   // The class validator's codes in the pyramid's numbering.
-  p_.classOfValues->intervalSup[1][0] = 0.5;  // inf >= sup
-  EXPECT_EQ(validate(), -3645);
-  p_.classOfValues->intervalSup[1][0] = 1.5;
   p_.classOfValues->intervalInf[1][0] = 0.5;  // overlaps class 0
   EXPECT_EQ(validate(), -3646);
   NUVOFreeClassOfValues(p_.classOfValues);
