@@ -1,10 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <cstring>
-#include <numeric>
-#include <string>
 #include <vector>
 
 #include "engine/realization.hpp"
@@ -69,11 +65,10 @@ class ChannelRealization : public ::testing::Test {
   }
 
   // Runs a realization from the conditioned state and returns its values.
-  std::vector<double> run(int seed, const nuvo::RealizationMaps &maps = {},
-                          FILE *report = nullptr) {
+  std::vector<double> run(int seed, const nuvo::RealizationMaps &maps = {}) {
     std::vector<double> start(sim_.var, sim_.var + sim_.nxyzv);
     const std::vector<int> path = randomPath(seed);
-    EXPECT_EQ(nuvo::simulateRealization(setup_, &sim_, toSimulate_, path, seed, maps, report,
+    EXPECT_EQ(nuvo::simulateRealization(setup_, &sim_, toSimulate_, path, seed, maps, nullptr,
                                         nullptr, nullptr),
               0);
     std::vector<double> result(sim_.var, sim_.var + sim_.nxyzv);
@@ -120,25 +115,6 @@ TEST_F(ChannelRealization, FillsTheAdditionalMaps) {
     ASSERT_LT(tiNode, ti_.nxyzv);
   }
   for (nuvo_image &m : maps) NUVOFreeImage(&m);
-}
-
-TEST_F(ChannelRealization, ReportsStatisticsAndPostProcesses) {
-  setup_.initial.tolerance = 0.0;
-  setup_.postProcessing.tolerance = 0.0;
-  setup_.npostProcessingPathMax = 2;
-  FILE *report = std::tmpfile();
-  const std::vector<double> a = run(11, {}, report);
-  std::rewind(report);
-  std::string text;
-  for (int c = std::fgetc(report); c != EOF; c = std::fgetc(report)) text += static_cast<char>(c);
-  std::fclose(report);
-  EXPECT_NE(text.find("Statistics on nodes simulated using training image   0:\n"),
-            std::string::npos);
-  EXPECT_NE(text.find("#sim. nodes                                 :      1593\n"),
-            std::string::npos);
-  EXPECT_NE(text.find("Post-processing path   1 of   2:\n"), std::string::npos);
-  EXPECT_NE(text.find("#post-processing path(s) done:"), std::string::npos);
-  for (int k : kData) EXPECT_EQ(a[k], k % 2);
 }
 
 // A progress monitor keeping the warnings among the progress reports.

@@ -90,6 +90,10 @@ TEST_F(Simulation, RunsEndToEndWithReportAndFiles) {
   EXPECT_EQ(report.rfind("NUVO 3.2 / TOLVE-KARNASHIRION-20210930\nVERSION: SERIAL\n", 0), 0u);
   EXPECT_NE(report.find("---PARAMETERS DETAILS---"), std::string::npos);
   EXPECT_NE(report.find("Realization     2 of     2:"), std::string::npos);
+  EXPECT_NE(report.find("Statistics on nodes simulated using training image   0:\n"
+                        "#sim. nodes                                 :       898\n"),
+            std::string::npos);
+  EXPECT_NE(report.find("Post-processing path   1 of   1:\n"), std::string::npos);
   EXPECT_NE(report.find("CPU time (sec) for all realizations          :"), std::string::npos);
 }
 
