@@ -115,15 +115,6 @@ TEST(IntegrateConditioningData, MaskRemovesEveryVariableOfItsNodesOnce) {
   EXPECT_EQ(w.all(), (std::vector<double>{kMissing, kMissing, kMissing,  //
                                           kMissing, 2, kMissing}));
   EXPECT_EQ(w.rec.warnings(), std::vector<int>{40});
-
-  // A mask over nodes without data removes nothing and says nothing.
-  TestImage dataAtKeptNode(3, 1, 1, {"a", "b"}, {kMissing, 1, kMissing, kMissing, 1, kMissing});
-  OwnedSimInput quietIn(dataAtKeptNode.image, {0, 0});
-  setMask(&quietIn.si, mask.image);
-  Work quiet(quietIn.si);
-  ASSERT_EQ(quiet.merge(), 0);
-  EXPECT_EQ(quiet.all(), valuesOf(dataAtKeptNode.image));
-  EXPECT_TRUE(quiet.rec.warnings().empty());
 }
 
 TEST(IntegrateConditioningData, RefusesMisplacedOrEmptyConditioning) {
@@ -132,7 +123,6 @@ TEST(IntegrateConditioningData, RefusesMisplacedOrEmptyConditioning) {
   TestImage shifted(2, 1, 1, {"a"}, {1, 1});
   shifted.image.grid->oy = 0.5;
   TestImage longer(3, 1, 1, {"a"}, {1, 1, 1});
-  TestPointSet noPointVariable({0.5}, {0.5}, {0.5}, {}, {});
   struct Case {
     const char *what;
     int expected;
@@ -144,8 +134,6 @@ TEST(IntegrateConditioningData, RefusesMisplacedOrEmptyConditioning) {
       {"data image on another origin", -150,
        [&](nuvo_simInput *si) { addDataImage(si, shifted.image); }},
       {"mask on another grid", -150, [&](nuvo_simInput *si) { setMask(si, longer.image); }},
-      {"point set without variable", -3,
-       [&](nuvo_simInput *si) { addDataPointSet(si, noPointVariable.ps); }},
   };
   for (const Case &c : cases) {
     OwnedSimInput in(sim.image, {0});

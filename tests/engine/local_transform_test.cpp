@@ -59,9 +59,6 @@ TEST(SimTransformImage, ConvertsOnlyTheNodesInUse) {
   EXPECT_EQ(ratio.var[4], 4.0);
   EXPECT_EQ(ratio.var[2], NUVO_MISSING_VALUE);
   EXPECT_EQ(ratio.var[5], 4.0);
-
-  EXPECT_EQ(NUVOSimTransformRotationImage(1, nullptr, &wrong, nullptr, nullptr), 0);
-  EXPECT_EQ(wrong.var[0], 2.0 * 0.017453292519943295);
   for (nuvo_image *im : {&ratio, &mask, &wrong}) NUVOFreeImage(im);
 }
 
