@@ -9,6 +9,7 @@
 #include "nuvo_siminput.h"
 #include "nuvo_synthetic.h"
 #include "siminput_builder.hpp"
+#include "tests/support/warning_recorder.hpp"
 
 namespace {
 
@@ -19,20 +20,7 @@ using nuvo_test::makeStripeImage;
 using nuvo_test::setTrainingImageCount;
 using nuvo_test::valuesOf;
 
-// A progress monitor that keeps the warnings it is called with; the callback finds
-// the recorder through the monitor, its first member.
-struct Recorder {
-  nuvo_progressMonitor pm;
-  int nwarning;
-  int warning[32];
-  int resultOnWarning;
-};
-
-int record(nuvo_progressMonitor *pm) {
-  auto *r = reinterpret_cast<Recorder *>(pm);
-  if (pm->warningNumber != 0 && r->nwarning < 32) r->warning[r->nwarning++] = pm->warningNumber;
-  return r->resultOnWarning;
-}
+using Recorder = nuvo::test::WarningRecorder;
 
 // Replaces an owned text by one of `length` characters.
 void setLongText(char **text, int length) {
@@ -82,13 +70,13 @@ class ValidateSimInputTest : public ::testing::Test {
   // Runs the validation, which itself must succeed, and returns its verdict.
   int verdict() {
     int error = 12345;
-    EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, record, &error), 0);
+    EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, Recorder::callback, &error), 0);
     return error;
   }
-  std::vector<int> warnings() const { return {rec_.warning, rec_.warning + rec_.nwarning}; }
+  std::vector<int> warnings() const { return rec_.warnings(); }
 
   nuvo_simInput si_;
-  Recorder rec_{};
+  Recorder rec_;
 };
 
 TEST_F(ValidateSimInputTest, TheBuiltInputValidatesWithoutWarning) {
@@ -301,6 +289,7 @@ TEST_F(ValidateSimInputTest, EachMistakeHasItsCode) {
     c.change(si_);
     EXPECT_EQ(verdict(), c.code) << c.what;
     si_.nvar = 1;  // the variable arrays are freed for nvar variables
+    rec_.nseen = 0;
   }
 }
 
@@ -338,7 +327,7 @@ TEST_F(ValidateSimInputTest, LargeNeighborhoodsAreReducedAndWarnedAboutAlongTheA
     useStripeTi(c.ti[0], c.ti[1], c.ti[2]);
     useSimGrid(c.sg[0], c.sg[1], c.sg[2]);
     setManualRadii(c.r[0], c.r[1], c.r[2]);
-    rec_.nwarning = 0;
+    rec_.nseen = 0;
     EXPECT_EQ(radiiFor(SEARCHNEIGHBORHOOD_RADIUS_MANUAL), c.reduced) << c.ti[1] << " " << c.ti[2];
     EXPECT_EQ(warnings(), c.expected) << c.ti[1] << " " << c.ti[2] << " " << c.sg[2];
   }
@@ -434,7 +423,7 @@ TEST_F(ValidateSimInputTest, ManyCategoriesAreWarnedAboutBeforeTheRanges) {
   ASSERT_FALSE(warnings().empty());
   EXPECT_EQ(warnings()[0], 80);
 
-  rec_.nwarning = 0;
+  rec_.nseen = 0;
   si_.distanceType[0] = 1;  // continuous: one pass, no warning
   radiiFor(SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE);
   for (int w : warnings()) EXPECT_NE(w, 80);
@@ -455,12 +444,12 @@ TEST_F(ValidateSimInputTest, AConstantTiHasNoRangeAndKeepsTheRadii) {
 TEST_F(ValidateSimInputTest, AStopRequestOrACallbackCodeEndsValidation) {
   int error = 0;
   rec_.pm.stopFlag = 1;
-  EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, record, &error), -1000);
+  EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, Recorder::callback, &error), -1000);
   rec_.pm.stopFlag = 0;
 
   setManualRadii(15.0, 3.0, 0.0);
-  rec_.resultOnWarning = 7;
-  EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, record, &error), 7);
+  rec_.answer = 7;
+  EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, Recorder::callback, &error), 7);
   EXPECT_EQ(warnings(), std::vector<int>{25});
 
   setManualRadii(15.0, 3.0, 0.0);
