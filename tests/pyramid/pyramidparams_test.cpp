@@ -142,15 +142,11 @@ TEST_F(PyramidGeneralTest, RulesInOrder) {
   p_.factorNneighboringNode[1] = 101.0;
   p_.factorDistanceThreshold[0] = 0.0;
   EXPECT_EQ(validate(), -3619);
-  p_.factorDistanceThreshold[0] = 2e6;
-  EXPECT_EQ(validate(), -3620);
   p_.factorDistanceThreshold[0] = 1.0;
   EXPECT_EQ(validate(), -3618);
   p_.factorNneighboringNode[1] = 1e-7;
   EXPECT_EQ(validate(), -3617);
   p_.factorNneighboringNode[1] = 1.0;
-  p_.factorMaxScanFraction[2] = 2e6;
-  EXPECT_EQ(validate(), -3652);
   p_.factorMaxScanFraction[0] = 0.0;
   EXPECT_EQ(validate(), -3651);
 
