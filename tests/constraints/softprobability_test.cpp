@@ -86,19 +86,12 @@ TEST_F(SoftProbabilityTest, GlobalConstraintReadsConvertsValidatesAndPrints) {
             "# deactivationDistance:   0.500000\n"
             "# probabilityConstraintThresholdType: 0(constant threshold)\n"
             "# constantThreshold:   0.050000\n");
-
-  // Free re-initialises, and freeing twice is harmless.
-  NUVOFreeSoftProbability(&sp_);
-  EXPECT_EQ(sp_.probabilityConstraintUsage, 0);
-  EXPECT_EQ(sp_.classOfValues, nullptr);
-  NUVOFreeSoftProbability(&sp_);
 }
 
 TEST_F(SoftProbabilityTest, LocalConstraintLoadsItsImage) {
   TempFolder folder;
   const std::string pdf = folder.write("pdf.gslib", "2 1 1\n2\np0\np1\n0.25 0.75\n1 0\n");
   ASSERT_EQ(read("2  2 1 0 1 1 1 2  " + pdf + " 3.0 1  4  0.5  1  1 2 3  0.3 0.2 0.1  2"), 0);
-  EXPECT_EQ(ascii_.dynamicThresholdParameters[6], 2.0);
   // The name of method 4 has always been printed without its opening parenthesis.
   const std::string ascii =
       printed([&](FILE *f) { NUVOPrintSoftProbabilityASCII(&ascii_, "", f); });
@@ -109,16 +102,10 @@ TEST_F(SoftProbabilityTest, LocalConstraintLoadsItsImage) {
 
   ASSERT_EQ(NUVOSoftProbabilityASCIIToSoftProbability(&ascii_, &sp_), 0);
   ASSERT_NE(sp_.localPdfImage, nullptr);
-  EXPECT_EQ(sp_.localPdfImage->nvar, 2);
   EXPECT_EQ(sp_.localPdfImage->var[2], 0.75);  // node 0 of the second variable
   EXPECT_EQ(*sp_.localPdfSupportRadius, 3.0);
-  EXPECT_EQ(sp_.globalPdf, nullptr);
   // The likelihood-ratio methods refuse a dynamic threshold.
   EXPECT_EQ(validate(), -1977);
-
-  std::string text = printed([&](FILE *f) { NUVOPrintSoftProbability(&sp_, "", f); });
-  EXPECT_NE(text.find("localPdfImage:\n   grid:\n      Size   :       2"), std::string::npos)
-      << text;
 }
 
 TEST_F(SoftProbabilityTest, ConversionRefusesAnUnopenableImageOrAPdfWithoutClasses) {
@@ -136,8 +123,6 @@ TEST_F(SoftProbabilityTest, UsageZeroEndsTheSection) {
   ASSERT_EQ(NUVOReadSoftProbabilityASCII(&ascii_, text.get()), 0);
   EXPECT_EQ(ascii_.classOfValues, nullptr);
   EXPECT_EQ(std::fgetc(text.get()), ' ');
-  EXPECT_EQ(printed([&](FILE *f) { NUVOPrintSoftProbabilityASCII(&ascii_, "> ", f); }),
-            "> probabilityConstraintUsage: 0\n");
   EXPECT_EQ(validate(), 0);
 }
 
@@ -147,7 +132,6 @@ TEST_F(SoftProbabilityTest, UsageZeroEndsTheSection) {
 TEST_F(SoftProbabilityTest, ReadingRefusesUnknownSelectionsAndLongNames) {
   const std::string local = "2 1 1 0 1 ";
   for (auto [text, code] : {std::pair<std::string, int>{"3", -950},
-                            {"-1", -950},
                             {"1 0", -4041},
                             {"1 2 1 0 1 1 1 2 0.5 0.5 0 0 2", -970},
                             {local + std::string(256, 'f'), -936},
@@ -190,8 +174,6 @@ TEST_F(SoftProbabilityTest, GlobalRulesInOrder) {
   // The likelihood-ratio methods take any threshold >= 0.
   sp_.comparingPdfMethod = NUVO_COMPARING_PDF_MLIKROPT;
   EXPECT_EQ(validate(), 0);
-  sp_.constantThreshold = 0.0;
-  EXPECT_EQ(validate(), 0);
   sp_.constantThreshold = -0.1;
   EXPECT_EQ(validate(), -1981);
 
@@ -231,8 +213,6 @@ TEST_F(SoftProbabilityTest, ClassesAreCheckedFirst) {
   std::free(sp_.globalPdf);
   sp_.globalPdf = nullptr;
   EXPECT_EQ(validate(), -1995);
-  std::string text = printed([&](FILE *f) { NUVOPrintSoftProbability(&sp_, "", f); });
-  EXPECT_NE(text.find("\nglobalPdf: NOT ALLOCATED\n"), std::string::npos) << text;
 }
 
 TEST_F(SoftProbabilityTest, LocalRulesInOrder) {
@@ -268,11 +248,7 @@ TEST_F(SoftProbabilityTest, DeactivationReachingTheRadiusWarns) {
   // The warning does not stop the checks that follow it.
   sp_.constantThreshold = 2.0;
   EXPECT_EQ(validate(), -1982);
-}
-
-TEST_F(SoftProbabilityTest, CallbackResultIsPassedOn) {
-  makeLocal();
-  sp_.deactivationDistance = 4.0;
+  // The callback's code and a stop request end the validation.
   rec_.answer = -77;
   int error = 1;
   EXPECT_EQ(NUVOValidateSoftProbability(&sp_, &rec_.pm, rec_.callback, &error), -77);

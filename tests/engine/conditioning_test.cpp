@@ -27,26 +27,28 @@ std::vector<double> valuesOf(const nuvo_image &image) {
   return {image.var, image.var + image.nxyzv};
 }
 
-// The working image of a simulation: a copy of the input's simulation image.
-struct WorkingImage : nuvo::test::EmptyImage {
-  explicit WorkingImage(const nuvo_simInput &si) {
+// The work on an input: a copy of its simulation image into which the
+// conditioning data are merged, then the data prepared against the training
+// images; the warnings of both steps go to rec.
+struct Work : nuvo::test::EmptyImage {
+  explicit Work(const nuvo_simInput &input) : si(input) {
     EXPECT_EQ(NUVOCopyImage(si.simImage, &image), 0);
   }
+  int merge() {
+    return NUVOSimIntegrateConditioningData(&si, &image, &nIgnoredVar, &nConflict, &rec.pm,
+                                            Recorder::callback);
+  }
+  int prepare() {
+    return nuvo::simPrepareData(si, {si.trainImage, std::size_t(si.ntrainImage)}, image, &p,
+                                &rec.pm, Recorder::callback);
+  }
   std::vector<double> all() const { return valuesOf(image); }
-};
 
-struct Integration {
-  int rc;
-  int nIgnoredVar;
-  int nConflict;
+  const nuvo_simInput &si;
+  Recorder rec;
+  int nIgnoredVar = 0, nConflict = 0;
+  nuvo::PreparedData p;
 };
-
-Integration integrate(const nuvo_simInput &si, WorkingImage *work, Recorder *recorder) {
-  Integration r{};
-  r.rc = NUVOSimIntegrateConditioningData(&si, &work->image, &r.nIgnoredVar, &r.nConflict,
-                                          &recorder->pm, Recorder::callback);
-  return r;
-}
 
 // ---- Merging the conditioning data ----
 
@@ -58,18 +60,15 @@ TEST(IntegrateConditioningData, LaterDataImagesWinAndCountTheirConflicts) {
   OwnedSimInput in(sim.image, {0});
   addDataImage(&in.si, first.image);
   addDataImage(&in.si, second.image);
-  WorkingImage work(in.si);
-  Recorder rec;
-
-  const Integration r = integrate(in.si, &work, &rec);
-  ASSERT_EQ(r.rc, 0);
+  Work w(in.si);
+  ASSERT_EQ(w.merge(), 0);
   // The first data image replaces the simulation image's own value silently; the
   // second one conflicts at node 1 and wins there.
-  EXPECT_EQ(work.all(), (std::vector<double>{2, 3, 3, kMissing}));
-  EXPECT_EQ(r.nConflict, 1);
-  EXPECT_EQ(r.nIgnoredVar, 0);
-  EXPECT_EQ(rec.warnings(), std::vector<int>{45});
-  EXPECT_EQ(rec.pm.warningNumber, 0);
+  EXPECT_EQ(w.all(), (std::vector<double>{2, 3, 3, kMissing}));
+  EXPECT_EQ(w.nConflict, 1);
+  EXPECT_EQ(w.nIgnoredVar, 0);
+  EXPECT_EQ(w.rec.warnings(), std::vector<int>{45});
+  EXPECT_EQ(w.rec.pm.warningNumber, 0);
 }
 
 TEST(IntegrateConditioningData, DataImageWithoutNamesakeChangesNothing) {
@@ -79,15 +78,12 @@ TEST(IntegrateConditioningData, DataImageWithoutNamesakeChangesNothing) {
   TestImage data(2, 2, 1, {"Facies", "perm"}, {0, 0, 0, 0, 7, 7, 7, 7});
   OwnedSimInput in(sim.image, {0, 2});
   addDataImage(&in.si, data.image);
-  WorkingImage work(in.si);
-  Recorder rec;
-
-  const Integration r = integrate(in.si, &work, &rec);
-  ASSERT_EQ(r.rc, 0);
-  EXPECT_EQ(work.all(), valuesOf(sim.image));
-  EXPECT_EQ(r.nIgnoredVar, 2);
+  Work w(in.si);
+  ASSERT_EQ(w.merge(), 0);
+  EXPECT_EQ(w.all(), valuesOf(sim.image));
+  EXPECT_EQ(w.nIgnoredVar, 2);
   // One warning for the image, however many variables it ignores.
-  EXPECT_EQ(rec.warnings(), std::vector<int>{44});
+  EXPECT_EQ(w.rec.warnings(), std::vector<int>{44});
 }
 
 TEST(IntegrateConditioningData, PointSetKeepsItsUsablePointsAndWarnsInOrder) {
@@ -99,15 +95,12 @@ TEST(IntegrateConditioningData, PointSetKeepsItsUsablePointsAndWarnsInOrder) {
   OwnedSimInput in(sim.image, {0});
   addDataImage(&in.si, data.image);
   addDataPointSet(&in.si, points.ps);
-  WorkingImage work(in.si);
-  Recorder rec;
-
-  const Integration r = integrate(in.si, &work, &rec);
-  ASSERT_EQ(r.rc, 0);
-  EXPECT_EQ(work.all(), (std::vector<double>{1, kMissing, 5}));
-  EXPECT_EQ(r.nIgnoredVar, 1);
-  EXPECT_EQ(r.nConflict, 1);
-  EXPECT_EQ(rec.warnings(), (std::vector<int>{43, 42, 41}));
+  Work w(in.si);
+  ASSERT_EQ(w.merge(), 0);
+  EXPECT_EQ(w.all(), (std::vector<double>{1, kMissing, 5}));
+  EXPECT_EQ(w.nIgnoredVar, 1);
+  EXPECT_EQ(w.nConflict, 1);
+  EXPECT_EQ(w.rec.warnings(), (std::vector<int>{43, 42, 41}));
 }
 
 TEST(IntegrateConditioningData, MaskRemovesEveryVariableOfItsNodesOnce) {
@@ -117,23 +110,11 @@ TEST(IntegrateConditioningData, MaskRemovesEveryVariableOfItsNodesOnce) {
   OwnedSimInput in(sim.image, {0, 0});
   addDataImage(&in.si, data.image);
   setMask(&in.si, mask.image);
-  WorkingImage work(in.si);
-  Recorder rec;
-
-  ASSERT_EQ(integrate(in.si, &work, &rec).rc, 0);
-  EXPECT_EQ(work.all(), (std::vector<double>{kMissing, kMissing, kMissing,  //
-                                             kMissing, 2, kMissing}));
-  EXPECT_EQ(rec.warnings(), std::vector<int>{40});
-
-  // A mask over nodes without data removes nothing and says nothing.
-  TestImage dataAtKeptNode(3, 1, 1, {"a", "b"}, {kMissing, 1, kMissing, kMissing, 1, kMissing});
-  OwnedSimInput quietIn(dataAtKeptNode.image, {0, 0});
-  setMask(&quietIn.si, mask.image);
-  WorkingImage quietWork(quietIn.si);
-  Recorder quiet;
-  ASSERT_EQ(integrate(quietIn.si, &quietWork, &quiet).rc, 0);
-  EXPECT_EQ(quietWork.all(), valuesOf(dataAtKeptNode.image));
-  EXPECT_TRUE(quiet.warnings().empty());
+  Work w(in.si);
+  ASSERT_EQ(w.merge(), 0);
+  EXPECT_EQ(w.all(), (std::vector<double>{kMissing, kMissing, kMissing,  //
+                                          kMissing, 2, kMissing}));
+  EXPECT_EQ(w.rec.warnings(), std::vector<int>{40});
 }
 
 TEST(IntegrateConditioningData, RefusesMisplacedOrEmptyConditioning) {
@@ -142,7 +123,6 @@ TEST(IntegrateConditioningData, RefusesMisplacedOrEmptyConditioning) {
   TestImage shifted(2, 1, 1, {"a"}, {1, 1});
   shifted.image.grid->oy = 0.5;
   TestImage longer(3, 1, 1, {"a"}, {1, 1, 1});
-  TestPointSet noPointVariable({0.5}, {0.5}, {0.5}, {}, {});
   struct Case {
     const char *what;
     int expected;
@@ -154,15 +134,11 @@ TEST(IntegrateConditioningData, RefusesMisplacedOrEmptyConditioning) {
       {"data image on another origin", -150,
        [&](nuvo_simInput *si) { addDataImage(si, shifted.image); }},
       {"mask on another grid", -150, [&](nuvo_simInput *si) { setMask(si, longer.image); }},
-      {"point set without variable", -3,
-       [&](nuvo_simInput *si) { addDataPointSet(si, noPointVariable.ps); }},
   };
   for (const Case &c : cases) {
     OwnedSimInput in(sim.image, {0});
     c.add(&in.si);
-    WorkingImage work(in.si);
-    Recorder rec;
-    EXPECT_EQ(integrate(in.si, &work, &rec).rc, c.expected) << c.what;
+    EXPECT_EQ(Work(in.si).merge(), c.expected) << c.what;
   }
 }
 
@@ -173,29 +149,17 @@ TEST(IntegrateConditioningData, CallbackAnswerAndStopRequestEndTheMerge) {
   OwnedSimInput in(sim.image, {0});
   addDataImage(&in.si, unknown.image);
   addDataImage(&in.si, data.image);
-  {
-    WorkingImage work(in.si);
-    Recorder rec;
-    rec.answer = 7;
-    EXPECT_EQ(integrate(in.si, &work, &rec).rc, 7);
-    EXPECT_EQ(work.all(), (std::vector<double>{kMissing, kMissing}));
-  }
-  {
-    WorkingImage work(in.si);
-    Recorder rec;
-    rec.pm.stopFlag = 1;
-    EXPECT_EQ(integrate(in.si, &work, &rec).rc, -1000);
-    EXPECT_TRUE(rec.warnings().empty());
-  }
+  Work answering(in.si);
+  answering.rec.answer = 7;
+  EXPECT_EQ(answering.merge(), 7);
+  EXPECT_EQ(answering.all(), (std::vector<double>{kMissing, kMissing}));
+  Work stopping(in.si);
+  stopping.rec.pm.stopFlag = 1;
+  EXPECT_EQ(stopping.merge(), -1000);
+  EXPECT_TRUE(stopping.rec.warnings().empty());
 }
 
 // ---- Preparing the data against the training images ----
-
-int prepare(const OwnedSimInput &in, const WorkingImage &work, nuvo::PreparedData *p,
-            Recorder *rec) {
-  return nuvo::simPrepareData(in.si, {in.si.trainImage, std::size_t(in.si.ntrainImage)}, work.image,
-                              p, &rec->pm, Recorder::callback);
-}
 
 TEST(PrepareData, FlagsEntriesAndCountsNodesForTheReport) {
   // Variables: facies (categorical) and poro (continuous) on 3 x 2 nodes.
@@ -211,14 +175,11 @@ TEST(PrepareData, FlagsEntriesAndCountsNodesForTheReport) {
   addDataImage(&in.si, data.image);
   setMask(&in.si, mask.image);
   addTrainImage(&in.si, &ti.image);
-  WorkingImage work(in.si);
-  Recorder merging;
-  ASSERT_EQ(integrate(in.si, &work, &merging).rc, 0);
-  EXPECT_EQ(merging.warnings(), std::vector<int>{40});
-
-  Recorder rec;
-  nuvo::PreparedData p;
-  ASSERT_EQ(prepare(in, work, &p, &rec), 0);
+  Work w(in.si);
+  ASSERT_EQ(w.merge(), 0);
+  ASSERT_EQ(w.prepare(), 0);
+  EXPECT_EQ(w.rec.warnings(), std::vector<int>{40});  // from the mask only
+  const nuvo::PreparedData &p = w.p;
   EXPECT_EQ(p.nvar, 2);
   EXPECT_EQ(p.nxyz, 6);
   // Node 0 fully informed, node 1 facies only, nodes 2 and 4 masked.
@@ -239,7 +200,6 @@ TEST(PrepareData, FlagsEntriesAndCountsNodesForTheReport) {
   EXPECT_EQ(poro.min, 0.0);
   EXPECT_EQ(poro.max, 1.0);
   EXPECT_FALSE(poro.widened);
-  EXPECT_TRUE(rec.warnings().empty());
 }
 
 TEST(PrepareData, SimulationGridAsTrainingImageLendsItsData) {
@@ -248,16 +208,13 @@ TEST(PrepareData, SimulationGridAsTrainingImageLendsItsData) {
   OwnedSimInput in(sim.image, {0, 1});
   addTrainImage(&in.si, &ti.image);
   addTrainImage(&in.si, nullptr);
-  WorkingImage work(in.si);
-  Recorder rec;
-
-  nuvo::PreparedData p;
-  ASSERT_EQ(prepare(in, work, &p, &rec), 0);
-  EXPECT_EQ(p.variable[0].value, (std::vector<double>{0, 1, 5}));
-  EXPECT_EQ(p.variable[1].min, 10.0);
-  EXPECT_EQ(p.variable[1].max, 40.0);
-  EXPECT_FALSE(p.variable[1].widened);
-  EXPECT_TRUE(rec.warnings().empty());
+  Work w(in.si);
+  ASSERT_EQ(w.prepare(), 0);
+  EXPECT_EQ(w.p.variable[0].value, (std::vector<double>{0, 1, 5}));
+  EXPECT_EQ(w.p.variable[1].min, 10.0);
+  EXPECT_EQ(w.p.variable[1].max, 40.0);
+  EXPECT_FALSE(w.p.variable[1].widened);
+  EXPECT_TRUE(w.rec.warnings().empty());
 }
 
 TEST(PrepareData, TrainingImagesWithoutSpreadAreRefused) {
@@ -271,43 +228,31 @@ TEST(PrepareData, TrainingImagesWithoutSpreadAreRefused) {
     int expected;
   };
   const Case cases[] = {
-      {&constant.image, 2, -552}, {&nearlyConstant.image, 4, -552}, {&empty.image, 1, -552},
-      {&empty.image, 0, -552},    {&constant.image, 0, 0},  // a single facies is a valid
-                                                            // categorical image
+      {&nearlyConstant.image, 4, -552},
+      {&empty.image, 0, -552},
+      {&constant.image, 0, 0},  // a single facies is a valid categorical image
   };
   for (const Case &c : cases) {
     OwnedSimInput in(sim.image, {c.distanceType});
     addTrainImage(&in.si, c.ti);
-    WorkingImage work(in.si);
-    Recorder rec;
-    nuvo::PreparedData p;
-    EXPECT_EQ(prepare(in, work, &p, &rec), c.expected) << c.distanceType;
+    EXPECT_EQ(Work(in.si).prepare(), c.expected) << c.distanceType;
   }
 }
 
 TEST(PrepareData, CategoricalDataMustBeTrainingValues) {
   TestImage sim(3, 1, 1, {"facies"}, {2, 3, 3});
   TestImage ti(3, 1, 1, {"facies"}, {0, 1, 2});
-  for (double extension : {0.0, 10.0}) {
-    OwnedSimInput in(sim.image, {0});
-    addTrainImage(&in.si, &ti.image);
-    in.si.trainValueRangeExtensionMax = extension;
-    WorkingImage work(in.si);
-    Recorder rec;
-    nuvo::PreparedData p;
-    EXPECT_EQ(prepare(in, work, &p, &rec), -555) << extension;
-  }
-  // A negative extension turns the check into one warning for the variable.
   OwnedSimInput in(sim.image, {0});
   addTrainImage(&in.si, &ti.image);
+  in.si.trainValueRangeExtensionMax = 10.0;  // no allowance for categories
+  Work w(in.si);
+  EXPECT_EQ(w.prepare(), -555);
+  // A negative extension turns the check into one warning for the variable.
   in.si.trainValueRangeExtensionMax = -1.0;
-  WorkingImage work(in.si);
-  Recorder rec;
-  nuvo::PreparedData p;
-  ASSERT_EQ(prepare(in, work, &p, &rec), 0);
-  EXPECT_EQ(rec.warnings(), std::vector<int>{1});
-  EXPECT_EQ(p.variable[0].value, (std::vector<double>{0, 1, 2}));
-  EXPECT_EQ(p.variable[0].ndata, 3);
+  ASSERT_EQ(w.prepare(), 0);
+  EXPECT_EQ(w.rec.warnings(), std::vector<int>{1});
+  EXPECT_EQ(w.p.variable[0].value, (std::vector<double>{0, 1, 2}));
+  EXPECT_EQ(w.p.variable[0].ndata, 3);
 }
 
 // Training range [10, 20]; with extension e a datum is accepted up to 10 e beyond
@@ -321,27 +266,26 @@ TEST(PrepareData, ContinuousDataMayExtendTheRangeWithinTheAllowance) {
     double min, max;
   };
   const Case cases[] = {
-      {15.0, 0.0, 0, 10.0, 20.0}, {20.0, 0.0, 0, 10.0, 20.0}, {20.5, 0.1, 0, 10.0, 20.5},
-      {9.0, 0.1, 0, 9.0, 20.0},   {21.0, 0.1, 0, 10.0, 21.0}, {21.5, 0.1, -556, 0, 0},
-      {20.001, 0.0, -556, 0, 0},  {8.9, 0.1, -556, 0, 0},     {1000.0, -0.5, 0, 10.0, 1000.0},
+      {20.0, 0.0, 0, 10.0, 20.0},      {20.001, 0.0, -556, 0, 0}, {9.0, 0.1, 0, 9.0, 20.0},
+      {21.0, 0.1, 0, 10.0, 21.0},      {21.5, 0.1, -556, 0, 0},   {8.9, 0.1, -556, 0, 0},
+      {1000.0, -0.5, 0, 10.0, 1000.0},
   };
   for (const Case &c : cases) {
     TestImage sim(2, 1, 1, {"poro"}, {c.datum, kMissing});
     OwnedSimInput in(sim.image, {3});
     addTrainImage(&in.si, &ti.image);
     in.si.trainValueRangeExtensionMax = c.extension;
-    WorkingImage work(in.si);
-    Recorder rec;
-    nuvo::PreparedData p;
-    const int rc = prepare(in, work, &p, &rec);
+    Work w(in.si);
+    const int rc = w.prepare();
     ASSERT_EQ(rc, c.expected) << c.datum << " " << c.extension;
     if (rc != 0) continue;
-    EXPECT_EQ(p.variable[0].min, c.min) << c.datum;
-    EXPECT_EQ(p.variable[0].max, c.max) << c.datum;
+    const nuvo::VariableMeasure &poro = w.p.variable[0];
+    EXPECT_EQ(poro.min, c.min) << c.datum;
+    EXPECT_EQ(poro.max, c.max) << c.datum;
     const bool beyond = c.datum < 10.0 || c.datum > 20.0;
-    EXPECT_EQ(p.variable[0].widened, beyond);
-    EXPECT_EQ(rec.warnings(), beyond ? std::vector<int>{2} : std::vector<int>{}) << c.datum;
-    EXPECT_EQ(p.variable[0].value, (std::vector<double>{10.0, 20.0}));
+    EXPECT_EQ(poro.widened, beyond);
+    EXPECT_EQ(w.rec.warnings(), beyond ? std::vector<int>{2} : std::vector<int>{}) << c.datum;
+    EXPECT_EQ(poro.value, (std::vector<double>{10.0, 20.0}));
   }
 }
 
@@ -351,14 +295,12 @@ TEST(PrepareData, WarningsPassOnTheCallbackAnswerAndStopsAreHeard) {
   OwnedSimInput in(sim.image, {2});
   addTrainImage(&in.si, &ti.image);
   in.si.trainValueRangeExtensionMax = 1.0;
-  WorkingImage work(in.si);
-  nuvo::PreparedData p;
-  Recorder answering;
-  answering.answer = 3;
-  EXPECT_EQ(prepare(in, work, &p, &answering), 3);
-  Recorder stopping;
-  stopping.pm.stopFlag = 1;
-  EXPECT_EQ(prepare(in, work, &p, &stopping), -1000);
+  Work answering(in.si);
+  answering.rec.answer = 3;
+  EXPECT_EQ(answering.prepare(), 3);
+  Work stopping(in.si);
+  stopping.rec.pm.stopFlag = 1;
+  EXPECT_EQ(stopping.prepare(), -1000);
 }
 
 }  // namespace

@@ -65,19 +65,14 @@ TEST(ScanOrder, FullScansArePermutationsInStrideOrder) {
   }
 }
 
-TEST(ScanOrder, DependsOnlyOnTheStream) {
+// Reproducibility is checked on whole realizations; here the spread of a
+// partial scan, which strides across the box rather than along one row.
+TEST(ScanOrder, APartialScanStridesAcrossTheBox) {
   nuvo::ScanWindow w{50, 40, 1, 0, 0, 0};
-  nuvo_randContext a, b;
-  NUVOInitRandContext(&a);
-  NUVOInitRandContext(&b);
-  NUVODoubleRand(77, &a);
-  NUVODoubleRand(77, &b);
-  const nuvo::ScanOrder x = nuvo::drawScanOrder(w, 100, &a);
-  const nuvo::ScanOrder y = nuvo::drawScanOrder(w, 100, &b);
-  EXPECT_EQ(x.start, y.start);
-  EXPECT_EQ(x.stride, y.stride);
-  // A partial scan strides across the box rather than along one row.
-  EXPECT_GT(x.stride, 20);
+  nuvo_randContext ctx;
+  NUVOInitRandContext(&ctx);
+  NUVODoubleRand(77, &ctx);
+  EXPECT_GT(nuvo::drawScanOrder(w, 100, &ctx).stride, 20);
 }
 
 // The formula of the candidate error, written plainly, for comparison.

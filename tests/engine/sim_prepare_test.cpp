@@ -2,21 +2,14 @@
 
 #include <vector>
 
+#include "manual_neighborhood.hpp"
 #include "nuvo_path.h"
 #include "nuvo_simneighborhoods.h"
 #include "tests/data/data_builders.hpp"
 
 namespace {
 
-nuvo_searchNeighborhoodParameters ellipsoid(double rx, double ry, double rz, double power) {
-  nuvo_searchNeighborhoodParameters p{};
-  p.radiusMode = SEARCHNEIGHBORHOOD_RADIUS_MANUAL;
-  p.anisotropyRatioMode = SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_MANUAL;
-  p.rx = rx, p.ry = ry, p.rz = rz;
-  p.ax = p.ay = p.az = 1.0;
-  p.power = power;
-  return p;
-}
+using nuvo_test::manualNeighborhood;
 
 // A simulation input whose members point into storage owned by the fixture (so
 // it is never given to NUVOFreeSimInput).
@@ -29,8 +22,8 @@ class SimPrepare : public ::testing::Test {
     simImage_ = nuvo_image{&simGrid_, 3, 0, nullptr, nullptr};
     trainImage_[0] = nuvo_image{&tiGrid_, 3, 0, nullptr, nullptr};
     trainImage_[1] = nuvo_image{};
-    params_ = {ellipsoid(2.0, 1.0, 1.0, 0.0), ellipsoid(3.0, 2.0, 0.0, 1.0),
-               ellipsoid(2.0, 1.0, 1.0, 0.0)};
+    params_ = {manualNeighborhood(2.0, 1.0, 1.0, 0.0), manualNeighborhood(3.0, 2.0, 0.0, 1.0),
+               manualNeighborhood(2.0, 1.0, 1.0, 0.0)};
     params_[2].rotationFlag = SEARCHNEIGHBORHOOD_ROTATION_ON;  // not compared
     in_.simImage = &simImage_;
     in_.nvar = 3;
@@ -77,14 +70,6 @@ TEST_F(SimPrepare, VariablesWithEqualParametersShareOneList) {
     EXPECT_EQ(s_.tiOffset[0][i], b.ix[j] + 20 * b.iy[j] + 100 * b.iz[j]);
     EXPECT_EQ(s_.tiOffset[1][i], s_.simGridOffset[i]);  // the simulation grid as TI
   }
-}
-
-TEST_F(SimPrepare, TransformsLeaveTheTrainingImageOffsetsOut) {
-  in_.rotationUsage = 1;
-  ASSERT_EQ(NUVOSimPrepareSearchNeighborhood(&in_, flag_.data(), &s_, &ctx_, &pm_), 0);
-  EXPECT_EQ(s_.ntiOffset, 0);
-  EXPECT_EQ(s_.tiOffset, nullptr);
-  EXPECT_NE(s_.simGridOffset, nullptr);
 }
 
 TEST_F(SimPrepare, WeightsAreUniformWithPowerZeroUnlessConditioningWeighsOtherwise) {

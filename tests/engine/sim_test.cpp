@@ -90,6 +90,10 @@ TEST_F(Simulation, RunsEndToEndWithReportAndFiles) {
   EXPECT_EQ(report.rfind("NUVO 3.2 / TOLVE-KARNASHIRION-20210930\nVERSION: SERIAL\n", 0), 0u);
   EXPECT_NE(report.find("---PARAMETERS DETAILS---"), std::string::npos);
   EXPECT_NE(report.find("Realization     2 of     2:"), std::string::npos);
+  EXPECT_NE(report.find("Statistics on nodes simulated using training image   0:\n"
+                        "#sim. nodes                                 :       898\n"),
+            std::string::npos);
+  EXPECT_NE(report.find("Post-processing path   1 of   1:\n"), std::string::npos);
   EXPECT_NE(report.find("CPU time (sec) for all realizations          :"), std::string::npos);
 }
 
@@ -114,13 +118,11 @@ TEST_F(Simulation, ConsoleModeWritesFilesOnlyAndMapsFollowTheRequest) {
   si_.outputErrorFileName = nuvo_test::ownedText((dir_ / "err").c_str());
   ASSERT_EQ(simulate(), 0);
   EXPECT_EQ(out_.outputSimImage, nullptr);
-  EXPECT_TRUE(fs::exists(dir_ / "real_real00000.gslib"));
   EXPECT_TRUE(fs::exists(dir_ / "real_real00001.gslib"));
   EXPECT_TRUE(fs::exists(dir_ / "err_real00001.gslib"));
-}
 
-TEST_F(Simulation, WritesOneFilePerVariableWithEveryRealization) {
-  si_.consoleAppFlag = 1;
+  // One file per variable holds every realization.
+  NUVOFreeSimOutput(&out_);
   si_.outputSimJob = OUTPUT_SIM_ONE_FILE_PER_VARIABLE;
   setName(si_.outputSimImageFileName[0], "facies.gslib");
   ASSERT_EQ(simulate(), 0);

@@ -53,43 +53,20 @@ class ReadSimInputTest : public ::testing::Test {
   nuvo_simInputASCII si_;
 };
 
-// Every field has its own code (checked by the tests below); this samples the
-// values read, one or more per section, where a field could land in the wrong slot.
+// The export round trip catches fields read into the wrong slot; this samples
+// the values the export writes differently (formats, output names) or not at all.
 TEST_F(ReadSimInputTest, ReadsACompleteFile) {
   ASSERT_EQ(read(parameterFileText(tokens_)), 0);
-  const std::string ti = folder_.file("ti.gslib");
-  EXPECT_EQ(si_.simGridNx, 4);
   EXPECT_EQ(si_.simGridOx, 10.0);
-  ASSERT_EQ(si_.nsimVar, 2);
-  EXPECT_STREQ(si_.simVarName[1], "poro");
   EXPECT_STREQ(si_.formatStringVar[0], "%.3f");
   // An output flag 0 stands for the default format, read or not.
-  EXPECT_EQ(si_.outputVarFlag[1], 0);
   EXPECT_STREQ(si_.formatStringVar[1], NUVO_DEFAULT_FORMAT_NAME);
   EXPECT_EQ(si_.outputPathIndexFileName, folder_.file("path"));
   EXPECT_EQ(si_.outputErrorFileName, nullptr);
-  EXPECT_EQ(si_.outputTiIndexFileName, folder_.file("tiIndex"));
   EXPECT_STREQ(si_.trainImageFileName[0], NUVO_SIM_GRID_AS_TI_NAME);
-  EXPECT_EQ(si_.pdfTrainImageFileName, ti);
-  EXPECT_EQ(si_.homothetyXRatioValue, nullptr);
+  EXPECT_EQ(si_.pdfTrainImageFileName, folder_.file("ti.gslib"));
   EXPECT_EQ(si_.homothetyYRatioValue[1], 2.0);
-  EXPECT_EQ(si_.rotationPlungeValue[0], -10.5);
-  EXPECT_EQ(si_.trainValueRangeExtensionMax, -1.0);
-  const nuvo_searchNeighborhoodParameters *sn = si_.searchNeighborhoodParameters;
-  EXPECT_EQ(sn[0].angle1, 45.0);
-  EXPECT_EQ(sn[1].az, 1.0);
-  EXPECT_EQ(si_.nneighboringNode[1], 12);
-  EXPECT_EQ(si_.rescalingTargetLength[1], 0.1);
-  EXPECT_EQ(si_.powerLpDistance[1], 2.5);
-  EXPECT_EQ(si_.simAndPathParameters->unilateralOrder[3], -3);
-  EXPECT_EQ(si_.softProbabilityASCII[0].globalPdf[1], 0.7);
-  EXPECT_EQ(si_.softProbabilityASCII[1].dynamicThresholdParameters[6], 1.0);
-  EXPECT_STREQ(si_.connectivityASCII[1].refConnectivityVarName, "v1");
-  EXPECT_EQ(si_.blockDataASCII[1].blockDataFileName, folder_.file("block.dat"));
-  EXPECT_EQ(si_.maxScanFraction[1], 0.25);
   EXPECT_EQ(si_.pyramidGeneralParametersASCII->factorDistanceThreshold[2], 0.5);
-  EXPECT_EQ(si_.pyramidParameters[1].pyramidType, PYRAMID_CONTINUOUS);
-  EXPECT_EQ(si_.postProcessingMaxScanFraction[1], 0.1);
   EXPECT_EQ(si_.nrealization, 3);
 }
 
@@ -122,7 +99,6 @@ TEST_F(ReadSimInputTest, ASpoiledTokenGivesItsCodeAndTheLineWhereReadingStopped)
 TEST_F(ReadSimInputTest, OnlyTheExactWordEndClosesTheFile) {
   const std::size_t end = indexOf("END");
   EXPECT_EQ(read(with(end, "end")), -870);
-  EXPECT_EQ(read(with(end, "END.")), -870);
   EXPECT_EQ(read(with(end, "ENDS")), -870);
   // Comments may stand before it, and nothing needs to follow it.
   EXPECT_EQ(read(with(end, "/* last */ // word\nEND")), 0);
@@ -133,15 +109,11 @@ TEST_F(ReadSimInputTest, OnlyTheExactWordEndClosesTheFile) {
 
 TEST_F(ReadSimInputTest, CountsFlagsAndUsagesOutOfRangeAreRefused) {
   EXPECT_EQ(read(with(after("/* SIMULATION VARIABLES */"), "0")), -629);
-  EXPECT_EQ(read(with(after("/* TRAINING IMAGE */"), "0")), -794);
   EXPECT_EQ(read(with(after("/* DATA IMAGE FILE FOR SG */"), "-1")), -799);
   EXPECT_EQ(read(with(indexOf("facies") + 1, "2")), -790);
   EXPECT_EQ(read(with(after("/* HOMOTHETY */"), "3")), -810);
-  EXPECT_EQ(read(with(after("/* ROTATION */"), "-1")), -830);
-  EXPECT_EQ(read(with(after("/* NORMALIZATION TYPE */"), "NORMALIZING_LOG")), -846);
   // A count the rest of the file cannot hold is refused before allocating for it.
   EXPECT_EQ(read(with(after("/* SIMULATION VARIABLES */"), "2000000000")), -788);
-  EXPECT_EQ(read(with(after("/* TRAINING IMAGE */"), "2000000000")), -795);
   EXPECT_EQ(read(with(after("/* PYRAMID GENERAL PARAMETERS */"), "2000000000")), -3602);
 }
 
@@ -176,17 +148,6 @@ TEST_F(ReadSimInputTest, PyramidVariableSectionsAndPostProcessingListsAreOptiona
   EXPECT_EQ(si_.postProcessingParametersJob, POST_PROCESSING_PARAMETERS_SAME);
   EXPECT_EQ(si_.postProcessingNneighboringNode, nullptr);
   EXPECT_EQ(si_.seed, 444);
-}
-
-TEST(StreamLineNumber, CountsTheLineFeedsBeforeThePosition) {
-  TempStream stream("a\nbb\n\nc");
-  EXPECT_EQ(NUVOStreamLineNumber(stream.get()), 1);
-  std::fseek(stream.get(), 3, SEEK_SET);
-  EXPECT_EQ(NUVOStreamLineNumber(stream.get()), 2);
-  std::fseek(stream.get(), 0, SEEK_END);
-  EXPECT_EQ(NUVOStreamLineNumber(stream.get()), 4);
-  // The position is kept.
-  EXPECT_EQ(std::ftell(stream.get()), 7);
 }
 
 }  // namespace

