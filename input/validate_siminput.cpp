@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "data/values.hpp"
 #include "foundation/check.hpp"
 #include "input/resolve_neighborhood.hpp"
 #include "input/siminput_common.hpp"
@@ -14,7 +15,6 @@
 namespace nuvo {
 namespace {
 
-constexpr int kNotAllocated = -20;
 constexpr int kMaxTrainImage = 100;
 constexpr int kMaxNeighbors = 1000;
 constexpr int kMaxPostProcessingPath = 100;
@@ -58,7 +58,7 @@ bool isTiRangeMode(int radiusMode) {
 int checkOutputs(const nuvo_simInput &si) {
   NUVO_FAIL_IF(si.nvar < 1, -629);
   NUVO_FAIL_IF(si.simImage == nullptr || si.simImage->nvar != si.nvar, -645);
-  NUVO_FAIL_IF(si.simImage->grid == nullptr, kNotAllocated);
+  NUVO_FAIL_IF(si.simImage->grid == nullptr, kMemoryNotAllocated);
   const signed char *flag = si.outputVarFlag;
   NUVO_FAIL_IF(
       flag == nullptr || std::none_of(flag, flag + si.nvar, [](signed char f) { return f != 0; }),
@@ -67,7 +67,7 @@ int checkOutputs(const nuvo_simInput &si) {
     NUVO_FAIL_IF(si.formatStringVar[iv] == nullptr || si.formatStringVar[iv][0] != '%', -648);
   NUVO_FAIL_IF(static_cast<unsigned>(si.outputSimJob) > OUTPUT_SIM_ONE_FILE_PER_REALIZATION, -651);
   const int nname = outputSimImageFileCount(si.outputSimJob, si.outputVarFlag, si.nvar);
-  NUVO_FAIL_IF(nname > 0 && si.outputSimImageFileName == nullptr, kNotAllocated);
+  NUVO_FAIL_IF(nname > 0 && si.outputSimImageFileName == nullptr, kMemoryNotAllocated);
   for (int k = 0; k < nname; ++k) NUVO_FAIL_IF(nameTooLong(si.outputSimImageFileName[k]), -652);
   NUVO_FAIL_IF(nameTooLong(si.outputPathIndexFileName), -595);
   NUVO_FAIL_IF(nameTooLong(si.outputErrorFileName), -596);
@@ -86,10 +86,10 @@ int checkTrainingImages(const nuvo_simInput &si) {
       ++nsimGrid;
       continue;
     }
-    NUVO_FAIL_IF(si.trainImage == nullptr, kNotAllocated);
+    NUVO_FAIL_IF(si.trainImage == nullptr, kMemoryNotAllocated);
     const nuvo_image &ti = si.trainImage[t];
     NUVO_FAIL_IF(ti.nvar != si.nvar, -655);
-    NUVO_FAIL_IF(ti.grid == nullptr || ti.var == nullptr, kNotAllocated);
+    NUVO_FAIL_IF(ti.grid == nullptr || ti.var == nullptr, kMemoryNotAllocated);
   }
   NUVO_FAIL_IF(nsimGrid > 1, -654);
   NUVO_FAIL_IF(si.trainValueRangeExtensionMax > kMaxRangeExtension, -1151);
@@ -113,13 +113,13 @@ int checkRescaling(const nuvo_simInput &si, int iv) {
 
 int checkDistances(const nuvo_simInput &si) {
   NUVO_FAIL_IF(!allAllocated(si.distanceType, si.relativeDistanceFlag, si.rescalingMode),
-               kNotAllocated);
+               kMemoryNotAllocated);
   for (int iv = 0; iv < si.nvar; ++iv) {
     const int type = si.distanceType[iv];
     NUVO_FAIL_IF(static_cast<unsigned>(type) > 4u, -667);
     NUVO_FAIL_IF(si.relativeDistanceFlag[iv] != 0 && type == 0, -710);
     if (type == 3) {
-      NUVO_FAIL_IF(!allAllocated(si.powerLpDistance, si.powerLpDistanceInv), kNotAllocated);
+      NUVO_FAIL_IF(!allAllocated(si.powerLpDistance, si.powerLpDistanceInv), kMemoryNotAllocated);
       const double p = si.powerLpDistance[iv];
       NUVO_FAIL_IF(!(p > 0.0), -668);
       NUVO_FAIL_IF(!(std::fabs(p * si.powerLpDistanceInv[iv] - 1.0) <= kLpPowerTolerance), -669);
@@ -132,7 +132,7 @@ int checkDistances(const nuvo_simInput &si) {
 int checkNeighborhoods(nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progressCallback callback,
                        int *error) {
   if (si.searchNeighborhoodParameters == nullptr) {
-    *error = kNotAllocated;
+    *error = kMemoryNotAllocated;
     return 0;
   }
   const bool simGridTi = anySimGridTi(si);
@@ -150,7 +150,7 @@ int checkNeighborhoods(nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progres
 // Maximal number and density of the neighbors in a data event (main settings or
 // post-processing ones).
 int checkDataEvents(const nuvo_simInput &si, const int *nneighbor, const double *density) {
-  NUVO_FAIL_IF(!allAllocated(nneighbor, density), kNotAllocated);
+  NUVO_FAIL_IF(!allAllocated(nneighbor, density), kMemoryNotAllocated);
   for (int iv = 0; iv < si.nvar; ++iv) {
     NUVO_FAIL_IF(nneighbor[iv] < 1, -663);
     NUVO_FAIL_IF(nneighbor[iv] > kMaxNeighbors, -664);
@@ -160,7 +160,7 @@ int checkDataEvents(const nuvo_simInput &si, const int *nneighbor, const double 
 }
 
 int checkWeightsAndPath(const nuvo_simInput &si) {
-  NUVO_FAIL_IF(!allAllocated(si.conditioningWeightFactor, si.simAndPathParameters), kNotAllocated);
+  NUVO_FAIL_IF(!allAllocated(si.conditioningWeightFactor, si.simAndPathParameters), kMemoryNotAllocated);
   for (int iv = 0; iv < si.nvar; ++iv) NUVO_FAIL_IF(!(si.conditioningWeightFactor[iv] > 0.0), -670);
   int error = 0;
   NUVOValidateSimAndPathParameters(si.simAndPathParameters, &error);
@@ -168,7 +168,7 @@ int checkWeightsAndPath(const nuvo_simInput &si) {
 }
 
 int checkThresholds(const nuvo_simInput &si, const double *threshold) {
-  NUVO_FAIL_IF(threshold == nullptr, kNotAllocated);
+  NUVO_FAIL_IF(threshold == nullptr, kMemoryNotAllocated);
   for (int iv = 0; iv < si.nvar; ++iv)
     NUVO_TRY(rangeVerdict(threshold[iv], kSmallestFraction, 1.0, -672, -673));
   return 0;
@@ -194,7 +194,7 @@ int checkConstraints(nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progressC
 // Scan fractions of the training images; with homothety or rotation the same
 // bounds apply, reported with their own codes.
 int checkScanFractions(const nuvo_simInput &si, const double *fraction) {
-  NUVO_FAIL_IF(fraction == nullptr, kNotAllocated);
+  NUVO_FAIL_IF(fraction == nullptr, kMemoryNotAllocated);
   const bool transformed = usesHomothetyOrRotation(si);
   for (int t = 0; t < si.ntrainImage; ++t)
     NUVO_TRY(rangeVerdict(fraction[t], kSmallestFraction, 1.0, transformed ? -734 : -674,
@@ -209,7 +209,7 @@ int checkPyramids(const nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progre
   NUVO_TRY(NUVOValidatePyramidGeneralParameters(general, pm, callback, error));
   if (*error != 0 || general->npyramidLevel < 1) return 0;
   if (si.pyramidParameters == nullptr) {
-    *error = kNotAllocated;
+    *error = kMemoryNotAllocated;
     return 0;
   }
   for (int iv = 0; iv < si.nvar && *error == 0; ++iv)
