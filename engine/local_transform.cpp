@@ -33,40 +33,36 @@ void OffsetMap::apply(int *dx, int *dy, int *dz) const {
   *dz = nearestNode(m[2][0] * x + m[2][1] * y + m[2][2] * z);
 }
 
-int LocalTransform::prepareParameters(int usage, const signed char *flag, double *const *value,
-                                      nuvo_image *const *image, const nuvo_image *mask,
-                                      bool homothety, std::array<Parameter, 3> &out) {
-  if (usage == 0) return 0;
+int LocalTransform::prepareParameters(const TransformParameters &t, const nuvo_image *mask,
+                                      std::array<Parameter, 3> &out) {
+  if (t.usage == 0) return 0;
   std::array<double *, 3> values{};
   std::array<nuvo_image *, 3> images{};
   for (int axis = 0; axis < 3; ++axis) {
     Parameter &p = out[axis];
-    p.fromImage = flag[axis] != 0;
+    p.fromImage = t.imageFlag[axis] != 0;
     if (p.fromImage) {
-      NUVO_TRY(NUVOCopyImage(image[axis], &p.image.image));
+      NUVO_TRY(NUVOCopyImage(t.image[axis], &p.image.image));
       images[axis] = &p.image.image;
     } else {
-      for (int i = 0; i < usage; ++i) p.value[i] = value[axis][i];
+      std::copy_n(t.value[axis], t.usage, p.value);
       values[axis] = p.value;
     }
   }
-  if (homothety) {
-    NUVO_TRY(NUVOSimTransformHomothetyValue(usage, values[0], values[1], values[2]));
-    return NUVOSimTransformHomothetyImage(usage, mask, images[0], images[1], images[2]);
+  if (t.kind == TransformKind::kHomothety) {
+    NUVO_TRY(NUVOSimTransformHomothetyValue(t.usage, values[0], values[1], values[2]));
+    return NUVOSimTransformHomothetyImage(t.usage, mask, images[0], images[1], images[2]);
   }
-  NUVO_TRY(NUVOSimTransformRotationValue(usage, values[0], values[1], values[2]));
-  return NUVOSimTransformRotationImage(usage, mask, images[0], images[1], images[2]);
+  NUVO_TRY(NUVOSimTransformRotationValue(t.usage, values[0], values[1], values[2]));
+  return NUVOSimTransformRotationImage(t.usage, mask, images[0], images[1], images[2]);
 }
 
 int LocalTransform::prepare(const nuvo_simInput &si) {
   homothetyUsage_ = si.homothetyUsage;
   rotationUsage_ = si.rotationUsage;
   const nuvo_image *mask = si.maskImageFlag ? si.maskImage : nullptr;
-  const TransformParameters h = homothetyParameters(si), r = rotationParameters(si);
-  NUVO_TRY(prepareParameters(h.usage, h.imageFlag.data(), h.value.data(), h.image.data(), mask,
-                             true, ratio_));
-  return prepareParameters(r.usage, r.imageFlag.data(), r.value.data(), r.image.data(), mask, false,
-                           angle_);
+  NUVO_TRY(prepareParameters(homothetyParameters(si), mask, ratio_));
+  return prepareParameters(rotationParameters(si), mask, angle_);
 }
 
 double LocalTransform::sample(const Parameter &p, int usage, int k, double neutral,

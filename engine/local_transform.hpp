@@ -31,6 +31,7 @@
 #include <vector>
 
 #include "engine/owned.hpp"
+#include "input/transform_checks.hpp"
 #include "nuvo_random.h"
 #include "nuvo_siminput.h"
 
@@ -63,8 +64,7 @@ class LocalTransform {
     bool fromImage = false;
     double value[2] = {0.0, 0.0};
   };
-  int prepareParameters(int usage, const signed char *flag, double *const *value,
-                        nuvo_image *const *image, const nuvo_image *mask, bool homothety,
+  int prepareParameters(const TransformParameters &t, const nuvo_image *mask,
                         std::array<Parameter, 3> &out);
   // The parameter's value at node k, or `neutral` where it has none.
   static double sample(const Parameter &p, int usage, int k, double neutral, nuvo_randContext *ctx);
