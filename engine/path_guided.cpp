@@ -9,6 +9,7 @@
 
 #include "engine/path_distance.hpp"
 #include "foundation/check.hpp"
+#include "foundation/random.hpp"
 #include "nuvo_path.h"
 
 namespace nuvo {
@@ -27,14 +28,22 @@ Range rangeOf(const std::vector<double> &d) {
 
 // Weighted draws without replacement, weight a^(d - dmin) with a = 1 + s*(a0 - 1)
 // and a0 = 1e-10^(1/R): with s = 1 the farthest entry weighs 1e-10 times the nearest.
-int pdfOrder(int n, int *entries, const std::vector<double> &d, double s, nuvo_randContext *ctx) {
-  Range r = rangeOf(d);
+// The distances are turned into the n+1 cumulative weights in place (d has room
+// for one more value), sparing a list-long buffer.
+int pdfOrder(int n, int *entries, std::vector<double> *d, double s, nuvo_randContext *ctx) {
+  Range r = rangeOf(*d);
   if (r.span < kFlatRange) return NUVOPathRandom(n, entries, ctx);
   double a0 = std::clamp(std::pow(kFlatRange, 1.0 / r.span), 1e-10, 10.0);
   double a = 1.0 + s * (a0 - 1.0);
-  std::vector<double> cumWeight(static_cast<std::size_t>(n) + 1);
+  std::vector<double> &cumWeight = *d;
+  cumWeight.push_back(0.0);
+  double distance = cumWeight[0];
   cumWeight[0] = 0.0;
-  for (int i = 0; i < n; ++i) cumWeight[i + 1] = cumWeight[i] + std::pow(a, d[i] - r.min);
+  for (std::size_t i = 0; i < static_cast<std::size_t>(n); ++i) {
+    const double next = cumWeight[i + 1];
+    cumWeight[i + 1] = cumWeight[i] + std::pow(a, distance - r.min);
+    distance = next;
+  }
   return NUVORandomizeWeightedListOfInt(n, entries, cumWeight.data(), ctx);
 }
 
@@ -118,9 +127,10 @@ void sortByKey(std::span<const double> keys, std::span<int> entries) {
 // The keys take the place of the distances.
 int sortOrder(int n, int *entries, std::vector<double> *d, double s, nuvo_randContext *ctx) {
   Range r = rangeOf(*d);
+  DrawStream draws(ctx);
   for (double &key : *d) {
     double normalised = r.span < kFlatRange ? 0.0 : (key - r.min) / r.span;
-    key = s * normalised + (1.0 - s) * NUVODoubleRand(0, ctx);
+    key = s * normalised + (1.0 - s) * draws.next();
   }
   sortByKey(*d, std::span(entries, static_cast<std::size_t>(n)));
   return 0;
@@ -142,6 +152,7 @@ int guided(const PathGrid &g, EntryForm form, int n, int *entries, const signed 
   const PathEntries e{form, n, entries, simFlag};
   return guardedCall([&] {
     std::vector<double> d;
+    d.reserve(static_cast<std::size_t>(n) + 1);  // room for the cumulative weights
     if (guide.metric == Metric::kNearest) {
       NUVO_TRY(nearestDatumDistances(g, e, ctx, &d));
     } else {
@@ -149,7 +160,7 @@ int guided(const PathGrid &g, EntryForm form, int n, int *entries, const signed 
       NUVO_TRY(summedDistances(g, e, guide.p, &d, &found));
       if (!found) return NUVOPathRandom(n, entries, ctx);
     }
-    return guide.order == Order::kPdf ? pdfOrder(n, entries, d, guide.s, ctx)
+    return guide.order == Order::kPdf ? pdfOrder(n, entries, &d, guide.s, ctx)
                                       : sortOrder(n, entries, &d, guide.s, ctx);
   });
 }

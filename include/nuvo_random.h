@@ -62,18 +62,23 @@ NUVO_API int NUVORandomizeListOfInt(int n, int *list, nuvo_randContext *ctx);
  *
  *  The permutation is the one of the step-by-step form, which updates every
  *  cumulative weight by subtraction after each step (O(n^2)), obtained here in
- *  O(n log n) with a tree of the weights. The two agree exactly whenever the sums of weights
- * involved are exact in double (for instance integer weights, or multiples of a common power of
- * two, totalling less than 2^53 such units). Otherwise the two ways of summing may round
- * differently, and a draw within rounding error of a cumulative weight may pick a neighbour of the
- * entry the step-by-step form would pick.
+ *  O(n log n) with a tree of the weights, and with exact sums: each weight is
+ *  rounded to a whole number of units of 2^s, s chosen so that the weights total
+ *  between 2^60 and 2^61 units (a unit is at most 2^-60 of the total, finer than
+ *  the precision of the cumulative weights near the total), and each draw x to
+ *  the whole units below it. The draw then falls on the position exact arithmetic
+ *  gives for those weights, whatever the order of summation. This is the
+ *  step-by-step form's result whenever its own sums are exact (for instance
+ *  integer weights, or multiples of a common power of two, totalling less than
+ *  2^53 such units); otherwise its rounding, not this one, may pick a neighbour
+ *  of the entry for a draw within rounding error of a cumulative weight.
+ *  Weights that are negative or not finite count as zero.
  *
  *  On return cumWeight[0] ... cumWeight[n-1] are 0 and cumWeight[n] is the weight
- *  of the entry placed last, the state the step-by-step form ends in (its
- *  cumWeight[n] reaches that weight by repeated subtraction, so up to rounding
- *  when sums are not exact). Lists shorter than two entries are left unchanged
- *  and draw nothing. Returns 0, or -1 when scratch memory cannot be allocated
- *  (then nothing is changed and nothing is drawn). */
+ *  of the entry placed last (in units as above), the state the step-by-step form
+ *  ends in. Lists shorter than two entries are left unchanged and draw nothing.
+ *  Returns 0, or -1 when scratch memory cannot be allocated (then nothing is
+ *  changed and nothing is drawn). */
 NUVO_API int NUVORandomizeWeightedListOfInt(int n, int *list, double *cumWeight,
                                             nuvo_randContext *ctx);
 

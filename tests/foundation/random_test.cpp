@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/random.hpp"
 #include "nuvo_random.h"
 
 namespace {
@@ -139,6 +140,20 @@ TEST(DoubleRand, StaysStrictlyInsideTheUnitInterval) {
       ASSERT_GT(r, 0.0);
       ASSERT_LT(r, 1.0);
     }
+  }
+}
+
+TEST(DrawStream, GivesTheDrawsAndStateOfSingleDraws) {
+  for (int seed : {0, 5, INT_MIN}) {
+    nuvo_randContext single;
+    NUVOInitRandContext(&single);
+    if (seed != 0) NUVODoubleRand(seed, &single);
+    nuvo_randContext streamed = single;
+    {
+      nuvo::DrawStream stream(&streamed);
+      for (int i = 0; i < 1000; ++i) ASSERT_EQ(stream.next(), NUVODoubleRand(0, &single)) << i;
+    }
+    EXPECT_TRUE(sameState(single, streamed)) << seed;
   }
 }
 
@@ -329,6 +344,64 @@ TEST(RandomizeWeightedListOfInt, AgreesWithTheExactStepsOnAListOfAMillionEntries
   std::vector<int> list(kN);
   std::iota(list.begin(), list.end(), 0);
   expectReferenceResult(fenwickWeightedShuffle, siteWeights(kN, 19), list, 31);
+}
+
+// Shuffles 0 ... n-1 with the given weights from the seed; returns the
+// permutation and the final cumWeight[n].
+std::pair<std::vector<int>, double> weightedShuffle(const std::vector<double> &weights, int seed) {
+  const int n = static_cast<int>(weights.size());
+  std::vector<int> list(n);
+  std::iota(list.begin(), list.end(), 0);
+  std::vector<double> cum = cumulative(weights);
+  nuvo_randContext ctx = seededContext(seed);
+  EXPECT_EQ(NUVORandomizeWeightedListOfInt(n, list.data(), cum.data(), &ctx), 0);
+  return {list, cum[n]};
+}
+
+TEST(RandomizeWeightedListOfInt, TakesUnusableWeightsAsZero) {
+  // Cumulative weights as a caller may pass them by mistake. Without usable
+  // weight, or with a total that is not a finite number, every draw lies beyond
+  // what remains: each step takes the entry currently last.
+  const double inf = INFINITY;
+  const std::vector<std::vector<double>> cases{{0.0, 0.0, 0.0, 0.0, 0.0},
+                                               {0.0, -1.0, -2.0, -4.0, -8.0},
+                                               {0.0, 1.0, 2.0, 3.0, NAN},
+                                               {0.0, 1.0, 2.0, 3.0, inf},
+                                               {0.0, 2.0, -1.0, 0.0, 4.0},
+                                               {0.0, NAN, 1.0, inf, -inf}};
+  for (std::size_t c = 0; c < cases.size(); ++c) {
+    std::vector<double> cum = cases[c];
+    std::vector<int> list{0, 1, 2, 3};
+    nuvo_randContext ctx = seededContext(8);
+    nuvo_randContext advanced = ctx;
+    for (int i = 0; i < 3; ++i) NUVODoubleRand(0, &advanced);
+    ASSERT_EQ(NUVORandomizeWeightedListOfInt(4, list.data(), cum.data(), &ctx), 0);
+    EXPECT_TRUE(sameState(ctx, advanced)) << c;
+    if (c < 4) {
+      EXPECT_EQ(list, (std::vector<int>{3, 0, 1, 2})) << c;
+    } else {
+      std::sort(list.begin(), list.end());
+      EXPECT_EQ(list, (std::vector<int>{0, 1, 2, 3})) << c;
+    }
+  }
+}
+
+TEST(RandomizeWeightedListOfInt, GivesTheSamePermutationAtAnyScale) {
+  // Weights that no power of two makes exact, over ten orders of magnitude,
+  // scaled exactly (all stay normal doubles) to both ends of the double range.
+  nuvo_randContext values = seededContext(41);
+  std::vector<double> weights(3000);
+  for (double &w : weights) w = std::pow(10.0, -10.0 * NUVODoubleRand(0, &values));
+  for (int seed : {1, 2}) {
+    const auto [expected, last] = weightedShuffle(weights, seed);
+    for (int e : {-900, -60, 60, 1000}) {
+      std::vector<double> scaled = weights;
+      for (double &w : scaled) w = std::ldexp(w, e);
+      const auto [actual, scaledLast] = weightedShuffle(scaled, seed);
+      EXPECT_EQ(actual, expected) << e;
+      EXPECT_EQ(scaledLast, std::ldexp(last, e)) << e;
+    }
+  }
 }
 
 }  // namespace
