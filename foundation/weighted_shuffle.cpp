@@ -162,14 +162,6 @@ class WeightTree {
     return level == 0 ? std::span<const double>(mass_) : std::span<const double>(sums_[level - 1]);
   }
 
-  // The mass of the group of `level` that starts at `first`.
-  Mass groupMass(std::size_t level, std::size_t first) const {
-    const std::span<const double> values = entries(level);
-    Mass sum = 0;
-    for (std::size_t i = first; i < std::min(first + kFanout, values.size()); ++i) sum += load(values[i]);
-    return sum;
-  }
-
   // A search made one level at a time: the group it reads next, in `level`, and
   // x less the mass before that group.
   struct Cursor {
@@ -181,7 +173,8 @@ class WeightTree {
   Cursor startSearch(Mass x) const { return {x, 0, sums_.size()}; }
 
   // Reads the cursor's group and moves it one level down; the cursor must be
-  // above level 0 and its x below the mass of its group.
+  // above level 0. With x below the mass of the group this is the search's
+  // path; otherwise it goes on from the group's last entry.
   void descend(Cursor *c) const {
     const std::span<const double> values = entries(c->level);
     const std::size_t i = scanGroup(values, c->first, c->x);
@@ -257,14 +250,12 @@ class Lookahead {
   };
 
   // Takes the search of `step` one level down from `level` (the first steps,
-  // started late, are left where they are). The search may meanwhile have come
-  // to ask for more than its group holds: it stops there.
+  // started late, are left where they are). The tree has changed since the
+  // search began, so it may now end in a neighbouring group: only a prefetch.
   void advance(std::size_t step, std::size_t level) {
     if (step >= steps_) return;
     Slot &s = ring_[step % kDepth];
     if (!s.alive || s.search.level != level) return;
-    s.alive = s.search.x < tree_.groupMass(level, s.search.first);
-    if (!s.alive) return;
     tree_.descend(&s.search);
     fetch(s.search);
   }
