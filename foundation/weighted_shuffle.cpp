@@ -151,7 +151,7 @@ class WeightTree {
     if (x >= total_) return mass_.size();
     Cursor c = startSearch(x);
     while (c.level > 0) descend(&c);
-    return scanGroup(entries(0), c.first, c.x);
+    return scanGroup(entries(0), c.first, c.x).index;
   }
 
   // Number of levels above the masses.
@@ -176,23 +176,40 @@ class WeightTree {
   // above level 0. With x below the mass of the group this is the search's
   // path; otherwise it goes on from the group's last entry.
   void descend(Cursor *c) const {
-    const std::span<const double> values = entries(c->level);
-    const std::size_t i = scanGroup(values, c->first, c->x);
-    for (std::size_t k = c->first; k < i; ++k) c->x -= load(values[k]);
-    c->first = i * kFanout;
+    const Found found = scanGroup(entries(c->level), c->first, c->x);
+    c->x -= found.before;
+    c->first = found.index * kFanout;
     --c->level;
   }
 
  private:
-  // The entry of the group at `first` in which the running sum first exceeds x;
-  // the group's last entry at the latest (it always is within, x being below
-  // the group's mass).
-  static std::size_t scanGroup(std::span<const double> values, std::size_t first, Mass x) {
-    const std::size_t last = std::min(first + kFanout, values.size()) - 1;
-    std::size_t i = first;
-    for (Mass sum = load(values[i]); i < last && sum <= x; sum += load(values[++i])) {
+  // The entry of a group in which the running sum of its masses first exceeds
+  // x (the group's last entry at the latest), and the mass before that entry.
+  struct Found {
+    std::size_t index;
+    Mass before;
+  };
+
+  // The running sums are compared with x all along the group rather than up to
+  // the first that exceeds it: the search then takes no branch that depends on
+  // the data, and the one chain of additions is all that it waits for.
+  static Found scanGroup(std::span<const double> values, std::size_t first, Mass x) {
+    const std::size_t count = std::min(kFanout, values.size() - first);
+    if (count == kFanout) return scan(std::span<const double, kFanout>(&values[first], kFanout), first, x);
+    return scan(values.subspan(first, count), first, x);
+  }
+
+  template <std::size_t kExtent>
+  static Found scan(std::span<const double, kExtent> group, std::size_t first, Mass x) {
+    Mass sum = 0, before = 0;
+    std::size_t below = 0;  // running sums not above x, the last one left out
+    for (std::size_t t = 0; t + 1 < group.size(); ++t) {
+      sum += load(group[t]);
+      const bool notAbove = sum <= x;
+      below += notAbove;
+      before = notAbove ? sum : before;
     }
-    return i;
+    return {first + below, before};
   }
 
   std::span<double> mass_;
@@ -202,60 +219,77 @@ class WeightTree {
 
 // On long lists a search waits for memory at the lowest levels of the tree (the
 // masses, the level above and the one above that) and for the entry it swaps.
-// So the draws are made ahead, in their order, and searched for ahead, one level
-// at a time on the tree as it is then, only to prefetch: kAhead * 3 steps before
-// its own search a draw has its group in level 2 fetched, kAhead * 2 steps before
-// its group in level 1, and kAhead steps before its groups of masses and list
-// entries. Two groups there, since the masses placed in the meantime move the
-// answer on by about one group.
+// So the draws are made ahead of their steps, and those that will fall within
+// the remaining mass are searched for ahead, one level at a time on the tree as
+// it is then, only to prefetch: a search is staged at level 2 when its draw is
+// made, taken to level 1 kAhead * 2 searches before its own and to the masses
+// kAhead searches before it. The distance counts searches rather than steps,
+// since late in the shuffle most draws fall beyond the remaining mass and cost
+// next to nothing.
+//
+// By its step, a draw's answer has moved on by the mass placed in the meantime:
+// about the masses of the positions up to that step, which stand first. The
+// search ahead adds them to the draw, and fetches the group it ends in and the
+// next.
+template <typename Draw>
 class Lookahead {
-  static constexpr std::size_t kAhead = 4;
+  static constexpr std::size_t kAhead = 2;
+  static constexpr std::size_t kQueue = 3 * kAhead;
+  static constexpr std::size_t kWindow = 4096;  // steps whose draws are made ahead, at most
   static constexpr std::size_t kGroup = WeightTree::kFanout;
   // Below five levels (about a million masses) the tree stays in the cache and
   // the searches ahead would cost more than they save.
   static constexpr std::size_t kStagedLevels = 5;
 
  public:
-  static constexpr std::size_t kDepth = 3 * kAhead;
+  Lookahead(const WeightTree &tree, const int *list, std::size_t steps, Draw draw)
+      : tree_(tree), list_(list), steps_(steps), draw_(draw), staged_(tree.levels() >= kStagedLevels) {}
 
-  Lookahead(const WeightTree &tree, const int *list, std::size_t steps)
-      : tree_(tree), list_(list), steps_(steps), staged_(tree.levels() >= kStagedLevels) {}
+  // The draw of step k, with the searches ahead taken on by one level.
+  Mass take(std::size_t k) {
+    if (made_ == k) make();
+    const Mass x = draws_[k % kWindow];
+    window_ -= tree_.mass(k);
+    if (head_ < tail_ && queue_[head_ % kQueue].step == k) {
+      ++head_;
+      advance(head_ + kAhead - 1, 1);
+      advance(head_ + 2 * kAhead - 1, 2);
+    }
+    return x;
+  }
 
-  // Starts the search of the draw x, for step k. A draw at or beyond the mass
-  // left now stays beyond it (the mass left only shrinks): nothing to fetch.
-  void add(std::size_t k, Mass x) {
-    Slot &s = ring_[k % kDepth];
-    s.draw = x;
-    s.alive = staged_ && x < tree_.total();
-    if (!s.alive) return;
-    s.search = tree_.startSearch(x);
+  // After step k, which changed the mass of position j by `change` (wrapping),
+  // the draws of the coming steps are made.
+  void stepped(std::size_t k, std::size_t j, Mass change) {
+    if (j > k && j < made_) window_ += change;
+    while (staged_ && made_ < steps_ && made_ <= k + kWindow && tail_ - head_ < kQueue) make();
+  }
+
+ private:
+  struct Staged {
+    std::size_t step;
+    WeightTree::Cursor search;
+  };
+
+  void make() {
+    const std::size_t step = made_++;
+    const Mass x = draw_();
+    draws_[step % kWindow] = x;
+    const Mass expected = x + window_;  // below 2^64: x is at most 2^63, the window below 2^61
+    window_ += tree_.mass(step);
+    if (!staged_ || expected >= tree_.total()) return;
+    Staged &s = queue_[tail_++ % kQueue];
+    s = {step, tree_.startSearch(expected)};
     while (s.search.level > 2) tree_.descend(&s.search);
     fetch(s.search);
   }
 
-  // The draw of step k, after the searches of the later steps have gone on.
-  Mass next(std::size_t k) {
-    if (staged_) {
-      advance(k + 2 * kAhead, 2);
-      advance(k + kAhead, 1);
-    }
-    return ring_[k % kDepth].draw;
-  }
-
- private:
-  struct Slot {
-    Mass draw;
-    bool alive;
-    WeightTree::Cursor search;
-  };
-
-  // Takes the search of `step` one level down from `level` (the first steps,
-  // started late, are left where they are). The tree has changed since the
-  // search began, so it may now end in a neighbouring group: only a prefetch.
-  void advance(std::size_t step, std::size_t level) {
-    if (step >= steps_) return;
-    Slot &s = ring_[step % kDepth];
-    if (!s.alive || s.search.level != level) return;
+  // Takes the search numbered `a` one level down from `level`, if it is there
+  // (the first searches, staged late, are left where they are).
+  void advance(std::size_t a, std::size_t level) {
+    if (a >= tail_) return;
+    Staged &s = queue_[a % kQueue];
+    if (s.search.level != level) return;
     tree_.descend(&s.search);
     fetch(s.search);
   }
@@ -273,8 +307,14 @@ class Lookahead {
   const WeightTree &tree_;
   const int *list_;
   std::size_t steps_;
-  bool staged_;  // the tree is tall enough to leave the cache
-  Slot ring_[kDepth];
+  Draw draw_;
+  bool staged_;                // the tree is tall enough to leave the cache
+  std::size_t made_ = 0;       // steps whose draws are made
+  Mass draws_[kWindow];        // by step, a ring over the window
+  Mass window_ = 0;            // masses of the positions from the next step up to made_
+  std::size_t head_ = 0;       // searches staged and taken, counted from the start
+  std::size_t tail_ = 0;
+  Staged queue_[kQueue];
 };
 
 int weightedShuffle(int n, int *list, double *cumWeight, nuvo_randContext *ctx) {
@@ -283,21 +323,20 @@ int weightedShuffle(int n, int *list, double *cumWeight, nuvo_randContext *ctx) 
   const double total = cumWeight[size];
   const MassScale scale(std::span<const double>(cumWeight, size + 1));
   WeightTree tree(std::span<double>(cumWeight, size + 1), scale);
-  Lookahead ahead(tree, list, steps);
-  std::size_t drawn = 0;
   DrawStream draws(ctx);
-  auto draw = [&] { return scale.target(draws.next() * total); };
-  for (; drawn < steps && drawn < Lookahead::kDepth; ++drawn) ahead.add(drawn, draw());
+  Lookahead ahead(tree, list, steps, [&] { return scale.target(draws.next() * total); });
   for (std::size_t k = 0; k < steps; ++k) {
-    const Mass x = ahead.next(k);
-    if (drawn < steps) ahead.add(drawn++, draw());
+    const Mass x = ahead.take(k);
     // A draw beyond the remaining mass falls on the last position; placed
     // positions hold no mass, so a draw within it falls at k or after.
     const std::size_t j = std::min(tree.lastPrefixNotAbove(x), size - 1);
     std::swap(list[k], list[j]);
     // The entry that was at k moves to j; position k is placed and leaves the tree.
-    if (j != k) tree.set(j, tree.mass(k));
+    const Mass moving = tree.mass(k);
+    const Mass change = moving - tree.mass(j);
+    if (j != k) tree.set(j, moving);
     tree.set(k, 0);
+    ahead.stepped(k, j, change);
   }
   // The state the step-by-step update of the cumulative weights ends in.
   cumWeight[size] = scale.weight(tree.mass(size - 1));
