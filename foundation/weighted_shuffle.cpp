@@ -48,7 +48,9 @@ class MassScale {
  public:
   explicit MassScale(std::span<const double> cumWeight) : scale_(exponentFor(cumWeight)) {}
 
-  Mass mass(double weight) const { return static_cast<Mass>(std::llrint(scale_.times(usable(weight)))); }
+  Mass mass(double weight) const {
+    return static_cast<Mass>(std::llrint(scale_.times(usable(weight))));
+  }
 
   // The draw x in units, rounded down: a position's prefix sum exceeds x exactly
   // when it exceeds this. Draws at or beyond 2^63 units, which no total reaches,
@@ -64,7 +66,9 @@ class MassScale {
   static constexpr Mass kBeyond = Mass{1} << 63;
 
  private:
-  static double usable(double weight) { return weight > 0.0 && std::isfinite(weight) ? weight : 0.0; }
+  static double usable(double weight) {
+    return weight > 0.0 && std::isfinite(weight) ? weight : 0.0;
+  }
 
   // 61 less the exponent of the total weight, found without overflow or
   // underflow: the weights are summed as fractions of a power of two above the
@@ -89,8 +93,12 @@ class MassScale {
 };
 
 // A mass kept in the bits of a double (see WeightTree).
-inline Mass load(double bits) { return std::bit_cast<Mass>(bits); }
-inline double stored(Mass mass) { return std::bit_cast<double>(mass); }
+inline Mass load(double bits) {
+  return std::bit_cast<Mass>(bits);
+}
+inline double stored(Mass mass) {
+  return std::bit_cast<double>(mass);
+}
 
 // Sums of the masses by list position in a tree of fanout kFanout: level 0 holds
 // the masses themselves, each level above the sums of consecutive groups of
@@ -195,7 +203,8 @@ class WeightTree {
   // the data, and the one chain of additions is all that it waits for.
   static Found scanGroup(std::span<const double> values, std::size_t first, Mass x) {
     const std::size_t count = std::min(kFanout, values.size() - first);
-    if (count == kFanout) return scan(std::span<const double, kFanout>(&values[first], kFanout), first, x);
+    if (count == kFanout)
+      return scan(std::span<const double, kFanout>(&values[first], kFanout), first, x);
     return scan(values.subspan(first, count), first, x);
   }
 
@@ -243,7 +252,11 @@ class Lookahead {
 
  public:
   Lookahead(const WeightTree &tree, const int *list, std::size_t steps, Draw draw)
-      : tree_(tree), list_(list), steps_(steps), draw_(draw), staged_(tree.levels() >= kStagedLevels) {}
+      : tree_(tree),
+        list_(list),
+        steps_(steps),
+        draw_(draw),
+        staged_(tree.levels() >= kStagedLevels) {}
 
   // The draw of step k, with the searches ahead taken on by one level.
   Mass take(std::size_t k) {
@@ -308,11 +321,11 @@ class Lookahead {
   const int *list_;
   std::size_t steps_;
   Draw draw_;
-  bool staged_;                // the tree is tall enough to leave the cache
-  std::size_t made_ = 0;       // steps whose draws are made
-  Mass draws_[kWindow];        // by step, a ring over the window
-  Mass window_ = 0;            // masses of the positions from the next step up to made_
-  std::size_t head_ = 0;       // searches staged and taken, counted from the start
+  bool staged_;           // the tree is tall enough to leave the cache
+  std::size_t made_ = 0;  // steps whose draws are made
+  Mass draws_[kWindow];   // by step, a ring over the window
+  Mass window_ = 0;       // masses of the positions from the next step up to made_
+  std::size_t head_ = 0;  // searches staged and taken, counted from the start
   std::size_t tail_ = 0;
   Staged queue_[kQueue];
 };
