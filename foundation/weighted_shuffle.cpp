@@ -110,32 +110,31 @@ inline double stored(Mass mass) {
 // Every level keeps its masses in the bits of doubles, so that level 0 can take
 // over the caller's cumulative weights, which are no longer needed once turned
 // into masses: a second list-long buffer would cost as much again in first
-// touches of fresh memory as the shuffle's own work.
+// touches of fresh memory as the shuffle's own work. Groups fill whole cache
+// lines: the levels above are allocated aligned, and level 0 is grouped by slot,
+// position + shift_, with the shift that aligns slot 0 in the caller's buffer.
 class WeightTree {
  public:
   static constexpr std::size_t kFanout = 16;
+  static constexpr int kFanoutBits = 4;
 
   // Takes over `cumWeight` (n+1 values) as storage for the masses of its n
   // weights. The levels above are allocated before anything is changed.
   WeightTree(std::span<double> cumWeight, const MassScale &scale)
-      : mass_(cumWeight.first(cumWeight.size() - 1)) {
-    for (std::size_t size = mass_.size(); size > kFanout;) {
-      size = (size + kFanout - 1) / kFanout;
-      sums_.emplace_back(size, stored(0));
-    }
+      : mass_(cumWeight.first(cumWeight.size() - 1)), shift_(groupOffset(mass_.data())) {
+    allocateLevels();
     double before = cumWeight[0];
     for (std::size_t i = 0; i < mass_.size(); ++i) {
       const double after = cumWeight[i + 1];
       mass_[i] = stored(scale.mass(after - before));
       before = after;
     }
-    std::span<const double> lower(mass_);
-    for (std::vector<double> &level : sums_) {
-      for (std::size_t i = 0; i < lower.size(); ++i)
-        level[i / kFanout] = stored(load(level[i / kFanout]) + load(lower[i]));
-      lower = level;
-    }
-    for (double m : lower) total_ += load(m);
+    if (!sums_.empty())
+      for (std::size_t i = 0; i < mass_.size(); ++i) add(&sums_[0][(i + shift_) >> kFanoutBits], load(mass_[i]));
+    for (std::size_t level = 1; level < sums_.size(); ++level)
+      for (std::size_t i = 0; i < sums_[level - 1].size(); ++i)
+        add(&sums_[level][i >> kFanoutBits], load(sums_[level - 1][i]));
+    for (double m : sums_.empty() ? mass_ : sums_.back()) total_ += load(m);
   }
 
   Mass mass(std::size_t position) const { return load(mass_[position]); }
@@ -147,9 +146,10 @@ class WeightTree {
     const Mass delta = value - mass(position);
     mass_[position] = stored(value);
     total_ += delta;
-    for (std::vector<double> &level : sums_) {
-      position /= kFanout;
-      level[position] = stored(load(level[position]) + delta);
+    std::size_t index = position + shift_;
+    for (std::span<double> level : sums_) {
+      index >>= kFanoutBits;
+      add(&level[index], delta);
     }
   }
 
@@ -159,57 +159,134 @@ class WeightTree {
     if (x >= total_) return mass_.size();
     Cursor c = startSearch(x);
     while (c.level > 0) descend(&c);
-    return scanGroup(entries(0), c.first, c.x).index;
+    return finish(c);
   }
 
   // Number of levels above the masses.
   std::size_t levels() const { return sums_.size(); }
 
-  // The entries of `level`, 0 being the masses.
-  std::span<const double> entries(std::size_t level) const {
-    return level == 0 ? std::span<const double>(mass_) : std::span<const double>(sums_[level - 1]);
-  }
-
-  // A search made one level at a time: the group it reads next, in `level`, and
-  // x less the mass before that group.
+  // A search made one level at a time: the group it reads next, the list
+  // positions under that group and their mass, and x less the mass before them.
+  // While x is below the group's mass, the search's answer lies in the group.
   struct Cursor {
     Mass x;
-    std::size_t first;
     std::size_t level;
+    std::size_t first;       // the group's first entry (slot at level 0)
+    std::size_t start, end;  // the positions under the group
+    Mass mass;
   };
 
-  Cursor startSearch(Mass x) const { return {x, 0, sums_.size()}; }
+  Cursor startSearch(Mass x) const { return {x, sums_.size(), 0, 0, mass_.size(), total_}; }
 
   // Reads the cursor's group and moves it one level down; the cursor must be
   // above level 0. With x below the mass of the group this is the search's
   // path; otherwise it goes on from the group's last entry.
   void descend(Cursor *c) const {
-    const Found found = scanGroup(entries(c->level), c->first, c->x);
+    const Found found = scanGroup(c->level, c->first, c->x);
     c->x -= found.before;
-    c->first = found.index * kFanout;
+    c->mass = found.mass;
     --c->level;
+    aim(c, found.index);
+  }
+
+  // Moves a cursor whose x has left its group, below or beyond, to the group
+  // beside it at the same level, which must be below the top; false when there
+  // is none.
+  bool slide(Cursor *c) const {
+    const std::span<const double> parents = sums_[c->level];
+    std::size_t parent = c->first >> kFanoutBits;
+    if (c->x >= kNegative) {
+      if (parent == 0) return false;
+      c->mass = load(parents[--parent]);
+      c->x += c->mass;
+    } else {
+      if (parent + 1 == parents.size()) return false;
+      c->x -= c->mass;
+      c->mass = load(parents[++parent]);
+    }
+    aim(c, parent);
+    return true;
+  }
+
+  // The position a cursor at level 0 ends on.
+  std::size_t finish(const Cursor &c) const { return scanGroup(0, c.first, c.x).index - shift_; }
+
+  // Asks for the cursor's group and, at level 0, for the list entries beside it.
+  [[gnu::always_inline]] void fetch(const Cursor &c, const int *list) const {
+    if (c.level > 0) {
+      const std::span<const double> level = sums_[c.level - 1];
+      prefetchRange(level.data(), c.first, kFanout, level.size());
+      return;
+    }
+    prefetchRange(mass_.data(), c.start, c.end - c.start, mass_.size());
+    prefetchRange(list, c.start, c.end - c.start, mass_.size());
   }
 
  private:
+  // Differences of masses wrap around 2^64 (see set), so a negative x is one at
+  // or above 2^63, which no mass reaches.
+  static constexpr Mass kNegative = Mass{1} << 63;
+
+  static void add(double *sum, Mass mass) { *sum = stored(load(*sum) + mass); }
+
+  // Slots before the first whole group of level 0 in the caller's buffer.
+  static std::size_t groupOffset(const double *masses) {
+    return reinterpret_cast<std::uintptr_t>(masses) / sizeof(double) % kFanout;
+  }
+
+  // One buffer for the levels above the masses, each starting on a group boundary.
+  void allocateLevels() {
+    std::vector<std::size_t> sizes;
+    std::size_t room = kFanout;  // for the alignment of the first level
+    for (std::size_t size = mass_.size() + shift_; size > kFanout;) {
+      size = (size + kFanout - 1) >> kFanoutBits;
+      sizes.push_back(size);
+      room += roundUp(size);
+    }
+    buffer_.assign(room, stored(0));
+    double *level = buffer_.data() + (kFanout - groupOffset(buffer_.data())) % kFanout;
+    for (std::size_t size : sizes) {
+      sums_.emplace_back(level, size);
+      level += roundUp(size);
+    }
+  }
+
+  static std::size_t roundUp(std::size_t size) { return (size + kFanout - 1) / kFanout * kFanout; }
+
+  // Points a cursor at the group under entry `index` of the level above its own.
+  void aim(Cursor *c, std::size_t index) const {
+    const int bits = kFanoutBits * static_cast<int>(c->level + 1);
+    c->first = index << kFanoutBits;
+    c->start = std::max(index << bits, shift_) - shift_;
+    c->end = std::min((index + 1) << bits, mass_.size() + shift_) - shift_;
+  }
+
   // The entry of a group in which the running sum of its masses first exceeds
-  // x (the group's last entry at the latest), and the mass before that entry.
+  // x (the group's last entry at the latest), its mass and the mass before it.
   struct Found {
     std::size_t index;
     Mass before;
+    Mass mass;
   };
+
+  // The group at `first` of `level`; at level 0, the slots of positions within
+  // the list.
+  Found scanGroup(std::size_t level, std::size_t first, Mass x) const {
+    const std::size_t begin = level > 0 ? first : std::max(first, shift_);
+    const std::size_t end =
+        std::min(first + kFanout, level > 0 ? sums_[level - 1].size() : mass_.size() + shift_);
+    const double *values = level > 0 ? &sums_[level - 1][begin] : &mass_[begin - shift_];
+    Found found = end - begin == kFanout ? scan(std::span<const double, kFanout>(values, kFanout), x)
+                                         : scan(std::span<const double>(values, end - begin), x);
+    found.index += begin;
+    return found;
+  }
 
   // The running sums are compared with x all along the group rather than up to
   // the first that exceeds it: the search then takes no branch that depends on
   // the data, and the one chain of additions is all that it waits for.
-  static Found scanGroup(std::span<const double> values, std::size_t first, Mass x) {
-    const std::size_t count = std::min(kFanout, values.size() - first);
-    if (count == kFanout)
-      return scan(std::span<const double, kFanout>(&values[first], kFanout), first, x);
-    return scan(values.subspan(first, count), first, x);
-  }
-
   template <std::size_t kExtent>
-  static Found scan(std::span<const double, kExtent> group, std::size_t first, Mass x) {
+  static Found scan(std::span<const double, kExtent> group, Mass x) {
     Mass sum = 0, before = 0;
     std::size_t below = 0;  // running sums not above x, the last one left out
     for (std::size_t t = 0; t + 1 < group.size(); ++t) {
@@ -218,34 +295,41 @@ class WeightTree {
       below += notAbove;
       before = notAbove ? sum : before;
     }
-    return {first + below, before};
+    return {below, before, load(group[below])};
   }
 
   std::span<double> mass_;
-  std::vector<std::vector<double>> sums_;
+  std::size_t shift_;
+  std::vector<double> buffer_;
+  std::vector<std::span<double>> sums_;
   Mass total_ = 0;
 };
 
 // On long lists a search waits for memory at the lowest levels of the tree (the
 // masses, the level above and the one above that) and for the entry it swaps.
 // So the draws are made ahead of their steps, and those that will fall within
-// the remaining mass are searched for ahead, one level at a time on the tree as
-// it is then, only to prefetch: a search is staged at level 2 when its draw is
+// the remaining mass are searched for ahead, one level at a time, each group
+// fetched well before it is read: a search is staged at level 2 when its draw is
 // made, taken to level 1 kAhead * 2 searches before its own and to the masses
 // kAhead searches before it. The distance counts searches rather than steps,
 // since late in the shuffle most draws fall beyond the remaining mass and cost
 // next to nothing.
 //
-// By its step, a draw's answer has moved on by the mass placed in the meantime:
-// about the masses of the positions up to that step, which stand first. The
-// search ahead adds them to the draw, and fetches the group it ends in and the
-// next.
+// A search ahead is made on the tree as it is then, for the draw plus the mass
+// of the positions to be placed before its step (the window), and is kept exact
+// up to its step. While its group starts at or after its step, the placements in
+// between take mass from both the target and what stands before the group, so
+// they leave x as it is: only a change at a position between the step and the
+// group (moving x) or within the group (changing its mass) needs following, and
+// a search that leaves its group slides to the group beside it. At its step the
+// search reads the one group that holds its answer. Searches whose group reaches
+// back before their step, or onto the last position, where every draw beyond the
+// remaining mass moves an entry, are not kept and are made again at their step.
 template <typename Draw>
 class Lookahead {
   static constexpr std::size_t kAhead = 2;
   static constexpr std::size_t kQueue = 3 * kAhead;
   static constexpr std::size_t kWindow = 4096;  // steps whose draws are made ahead, at most
-  static constexpr std::size_t kGroup = WeightTree::kFanout;
   // Below five levels (about a million masses) the tree stays in the cache and
   // the searches ahead would cost more than they save.
   static constexpr std::size_t kStagedLevels = 5;
@@ -258,23 +342,28 @@ class Lookahead {
         draw_(draw),
         staged_(tree.levels() >= kStagedLevels) {}
 
-  // The draw of step k, with the searches ahead taken on by one level.
-  Mass take(std::size_t k) {
+  // The position the draw of step k falls on; the searches ahead are taken on by
+  // one level.
+  std::size_t take(std::size_t k) {
     if (made_ == k) make();
     const Mass x = draws_[k % kWindow];
     window_ -= tree_.mass(k);
     if (head_ < tail_ && queue_[head_ % kQueue].step == k) {
-      ++head_;
+      const Staged s = queue_[head_++ % kQueue];
       advance(head_ + kAhead - 1, 1);
       advance(head_ + 2 * kAhead - 1, 2);
+      if (s.kept && s.search.level == 0 && s.search.x < s.search.mass) return tree_.finish(s.search);
     }
-    return x;
+    // A draw beyond the remaining mass falls on the last position; placed
+    // positions hold no mass, so a draw within it falls at k or after.
+    return std::min(tree_.lastPrefixNotAbove(x), steps_);
   }
 
   // After step k, which changed the mass of position j by `change` (wrapping),
-  // the draws of the coming steps are made.
+  // the searches ahead are kept exact and the draws of the coming steps made.
   void stepped(std::size_t k, std::size_t j, Mass change) {
     if (j > k && j < made_) window_ += change;
+    if (j != k && j != steps_) follow(j, change);
     while (staged_ && made_ < steps_ && made_ <= k + kWindow && tail_ - head_ < kQueue) make();
   }
 
@@ -282,19 +371,41 @@ class Lookahead {
   struct Staged {
     std::size_t step;
     WeightTree::Cursor search;
+    bool kept;
   };
 
   void make() {
     const std::size_t step = made_++;
     const Mass x = draw_();
     draws_[step % kWindow] = x;
-    const Mass expected = x + window_;  // below 2^64: x is at most 2^63, the window below 2^61
+    const Mass target = x + window_;  // below 2^64: x is at most 2^63, the window below 2^61
     window_ += tree_.mass(step);
-    if (!staged_ || expected >= tree_.total()) return;
+    if (!staged_ || target >= tree_.total()) return;
     Staged &s = queue_[tail_++ % kQueue];
-    s = {step, tree_.startSearch(expected)};
+    s = {step, tree_.startSearch(target), false};
     while (s.search.level > 2) tree_.descend(&s.search);
+    s.kept = keepable(s);
     fetch(s.search);
+  }
+
+  bool keepable(const Staged &s) const { return s.search.start >= s.step && s.search.end <= steps_; }
+
+  // Follows a change of mass at position j in the searches kept.
+  void follow(std::size_t j, Mass change) {
+    for (std::size_t a = head_; a < tail_; ++a) {
+      Staged &s = queue_[a % kQueue];
+      WeightTree::Cursor &c = s.search;
+      if (!s.kept) continue;
+      if (j >= c.start && j < c.end)
+        c.mass += change;
+      else if (j >= s.step && j < c.start)
+        c.x -= change;
+      else
+        continue;
+      if (c.x < c.mass) continue;
+      s.kept = tree_.slide(&c) && keepable(s);
+      if (s.kept) fetch(c);
+    }
   }
 
   // Takes the search numbered `a` one level down from `level`, if it is there
@@ -307,15 +418,7 @@ class Lookahead {
     fetch(s.search);
   }
 
-  [[gnu::always_inline]] void fetch(const WeightTree::Cursor &c) const {
-    const std::span<const double> values = tree_.entries(c.level);
-    if (c.level > 0) {
-      prefetchRange(values.data(), c.first, kGroup, values.size());
-      return;
-    }
-    prefetchRange(values.data(), c.first, 2 * kGroup, values.size());
-    prefetchRange(list_, c.first, 2 * kGroup, values.size());
-  }
+  [[gnu::always_inline]] void fetch(const WeightTree::Cursor &c) const { tree_.fetch(c, list_); }
 
   const WeightTree &tree_;
   const int *list_;
@@ -339,10 +442,7 @@ int weightedShuffle(int n, int *list, double *cumWeight, nuvo_randContext *ctx) 
   DrawStream draws(ctx);
   Lookahead ahead(tree, list, steps, [&] { return scale.target(draws.next() * total); });
   for (std::size_t k = 0; k < steps; ++k) {
-    const Mass x = ahead.take(k);
-    // A draw beyond the remaining mass falls on the last position; placed
-    // positions hold no mass, so a draw within it falls at k or after.
-    const std::size_t j = std::min(tree.lastPrefixNotAbove(x), size - 1);
+    const std::size_t j = ahead.take(k);
     std::swap(list[k], list[j]);
     // The entry that was at k moves to j; position k is placed and leaves the tree.
     const Mass moving = tree.mass(k);
