@@ -4,8 +4,11 @@
 // in the one-by-one form (the variable's informed entries), a single one in the
 // vector form (the nodes whose variables are all informed). A map is first known
 // per node, then turned into one distance per entry.
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <memory>
+#include <span>
 #include <vector>
 
 #include "engine/path_distance.hpp"
@@ -76,23 +79,33 @@ Conditioning conditioningOf(const PathGrid &g, const PathEntries &e) {
 
 // One distance per entry from the per-node maps (nmap*nxyz values). In the
 // one-by-one form the entry's own variable counts fully and the others for 1/nvar.
-void entryDistances(const PathGrid &g, const PathEntries &e, const std::vector<double> &map,
+// The distances are appended to the caller's reserved buffer, which is not
+// written twice.
+void entryDistances(const PathGrid &g, const PathEntries &e, std::span<const double> map,
                     std::vector<double> *distance) {
-  distance->resize(e.n);
-  if (e.form == EntryForm::kVector) {
-    for (int i = 0; i < e.n; ++i) (*distance)[i] = map[e.entries[i]];
+  distance->clear();
+  if (e.form == EntryForm::kVector || g.nvar == 1) {
+    for (int i = 0; i < e.n; ++i) distance->push_back(map[e.entries[i]]);
     return;
   }
-  std::size_t nxyz = g.nxyz();
+  const std::size_t nxyz = g.nxyz();
   for (int i = 0; i < e.n; ++i) {
-    std::size_t entry = e.entries[i];
-    std::size_t own = entry / nxyz;
-    std::size_t k = entry - own * nxyz;
+    std::size_t own = 0, k = e.entries[i];
+    for (; k >= nxyz; k -= nxyz) ++own;
     double others = 0.0;
     for (std::size_t w = 0; w < static_cast<std::size_t>(g.nvar); ++w)
       if (w != own) others += map[w * nxyz + k];
-    (*distance)[i] = map[entry] + others / g.nvar;
+    distance->push_back(map[own * nxyz + k] + others / g.nvar);
   }
+}
+
+// Room for nmap per-node maps. The maps of sets without any conditioning node
+// are 0 everywhere; the others are left for their distances to fill.
+std::unique_ptr<double[]> mapsFor(const Conditioning &c, std::size_t nxyz) {
+  auto maps = std::make_unique_for_overwrite<double[]>(nxyz * c.nmap);
+  for (int w = 0; w < c.nmap; ++w)
+    if (c.count[w] == 0) std::fill_n(maps.get() + w * nxyz, nxyz, 0.0);
+  return maps;
 }
 
 // Conditioning nodes of one map as contiguous coordinates, scaled by the cell sizes.
@@ -171,11 +184,11 @@ int nearestDatumDistances(const PathGrid &g, const PathEntries &e, nuvo_randCont
     }
     const nuvo_grid grid{g.nx, g.ny, g.nz, g.sx, g.sy, g.sz, 0.0, 0.0, 0.0, g.nxy(), g.nxyz()};
     std::size_t nxyz = g.nxyz();
-    std::vector<double> map(nxyz * c.nmap, 0.0);
+    std::unique_ptr<double[]> map = mapsFor(c, nxyz);
     for (int w = 0; w < c.nmap; ++w)
       if (c.count[w] > 0)
-        NUVO_TRY(NUVOEuclideanDistanceMap(&grid, c.mask.data() + w * nxyz, map.data() + w * nxyz));
-    entryDistances(g, e, map, distance);
+        NUVO_TRY(NUVOEuclideanDistanceMap(&grid, c.mask.data() + w * nxyz, map.get() + w * nxyz));
+    entryDistances(g, e, std::span(map.get(), nxyz * c.nmap), distance);
     return 0;
   });
 }
@@ -188,11 +201,11 @@ int summedDistances(const PathGrid &g, const PathEntries &e, double p,
     if (!*found) return 0;
     std::size_t nxyz = g.nxyz();
     std::vector<int> nodes = nodesOf(g, e);
-    std::vector<double> map(nxyz * c.nmap, 0.0);
+    std::unique_ptr<double[]> map = mapsFor(c, nxyz);
     for (int w = 0; w < c.nmap; ++w)
       if (c.count[w] > 0)
-        powerMeans(g, pointsOf(g, c.mask.data() + w * nxyz), p, nodes, map.data() + w * nxyz);
-    entryDistances(g, e, map, distance);
+        powerMeans(g, pointsOf(g, c.mask.data() + w * nxyz), p, nodes, map.get() + w * nxyz);
+    entryDistances(g, e, std::span(map.get(), nxyz * c.nmap), distance);
     return 0;
   });
 }

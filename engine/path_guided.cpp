@@ -1,8 +1,11 @@
 // Distance-guided random paths: entries near the conditioning data tend to come
 // first, the more so as the strength s grows from 0 (a random path) to 1.
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <numeric>
 #include <span>
 #include <vector>
@@ -26,6 +29,31 @@ Range rangeOf(const std::vector<double> &d) {
   return {*lo, *hi - *lo};
 }
 
+// a^(d - dmin) for the distances of a whole grid, which take few distinct values
+// (square roots of sums of squared offsets): each result is kept in a small table
+// indexed by the bits of d and used again while no other distance takes its slot.
+class PowerOfDistance {
+ public:
+  // The slots start on NaN, which equals no distance.
+  PowerOfDistance(double a, double dmin)
+      : a_(a), dmin_(dmin), slots_(std::size_t{1} << kBits, {kNaN, 0.0}) {}
+
+  double operator()(double d) {
+    Slot &slot = slots_[std::bit_cast<std::uint64_t>(d) * 0x9E3779B97F4A7C15u >> (64 - kBits)];
+    if (!(slot.d == d)) slot = {d, std::pow(a_, d - dmin_)};
+    return slot.weight;
+  }
+
+ private:
+  static constexpr int kBits = 12;
+  static constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+  struct Slot {
+    double d, weight;
+  };
+  double a_, dmin_;
+  std::vector<Slot> slots_;
+};
+
 // Weighted draws without replacement, weight a^(d - dmin) with a = 1 + s*(a0 - 1)
 // and a0 = 1e-10^(1/R): with s = 1 the farthest entry weighs 1e-10 times the nearest.
 // The distances are turned into the n+1 cumulative weights in place (d has room
@@ -39,9 +67,10 @@ int pdfOrder(int n, int *entries, std::vector<double> *d, double s, nuvo_randCon
   cumWeight.push_back(0.0);
   double distance = cumWeight[0];
   cumWeight[0] = 0.0;
+  PowerOfDistance weight(a, r.min);
   for (std::size_t i = 0; i < static_cast<std::size_t>(n); ++i) {
     const double next = cumWeight[i + 1];
-    cumWeight[i + 1] = cumWeight[i] + std::pow(a, distance - r.min);
+    cumWeight[i + 1] = cumWeight[i] + weight(distance);
     distance = next;
   }
   return NUVORandomizeWeightedListOfInt(n, entries, cumWeight.data(), ctx);
