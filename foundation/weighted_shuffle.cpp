@@ -130,7 +130,8 @@ class WeightTree {
       before = after;
     }
     if (!sums_.empty())
-      for (std::size_t i = 0; i < mass_.size(); ++i) add(&sums_[0][(i + shift_) >> kFanoutBits], load(mass_[i]));
+      for (std::size_t i = 0; i < mass_.size(); ++i)
+        add(&sums_[0][(i + shift_) >> kFanoutBits], load(mass_[i]));
     for (std::size_t level = 1; level < sums_.size(); ++level)
       for (std::size_t i = 0; i < sums_[level - 1].size(); ++i)
         add(&sums_[level][i >> kFanoutBits], load(sums_[level - 1][i]));
@@ -276,8 +277,9 @@ class WeightTree {
     const std::size_t end =
         std::min(first + kFanout, level > 0 ? sums_[level - 1].size() : mass_.size() + shift_);
     const double *values = level > 0 ? &sums_[level - 1][begin] : &mass_[begin - shift_];
-    Found found = end - begin == kFanout ? scan(std::span<const double, kFanout>(values, kFanout), x)
-                                         : scan(std::span<const double>(values, end - begin), x);
+    Found found = end - begin == kFanout
+                      ? scan(std::span<const double, kFanout>(values, kFanout), x)
+                      : scan(std::span<const double>(values, end - begin), x);
     found.index += begin;
     return found;
   }
@@ -352,7 +354,8 @@ class Lookahead {
       const Staged s = queue_[head_++ % kQueue];
       advance(head_ + kAhead - 1, 1);
       advance(head_ + 2 * kAhead - 1, 2);
-      if (s.kept && s.search.level == 0 && s.search.x < s.search.mass) return tree_.finish(s.search);
+      if (s.kept && s.search.level == 0 && s.search.x < s.search.mass)
+        return tree_.finish(s.search);
     }
     // A draw beyond the remaining mass falls on the last position; placed
     // positions hold no mass, so a draw within it falls at k or after.
@@ -388,7 +391,9 @@ class Lookahead {
     fetch(s.search);
   }
 
-  bool keepable(const Staged &s) const { return s.search.start >= s.step && s.search.end <= steps_; }
+  bool keepable(const Staged &s) const {
+    return s.search.start >= s.step && s.search.end <= steps_;
+  }
 
   // Follows a change of mass at position j in the searches kept.
   void follow(std::size_t j, Mass change) {
