@@ -110,9 +110,11 @@ inline double stored(Mass mass) {
 // Every level keeps its masses in the bits of doubles, so that level 0 can take
 // over the caller's cumulative weights, which are no longer needed once turned
 // into masses: a second list-long buffer would cost as much again in first
-// touches of fresh memory as the shuffle's own work. Groups fill whole cache
-// lines: the levels above are allocated aligned, and level 0 is grouped by slot,
-// position + shift_, with the shift that aligns slot 0 in the caller's buffer.
+// touches of fresh memory as the shuffle's own work. Every group starts on a
+// 128-byte boundary and so fills two whole cache lines: the levels above are
+// allocated aligned, and level 0 is grouped by slot, position + shift_, where
+// shift_ counts the doubles between the boundary before the caller's buffer and
+// its start (slots below shift_ stand for no position).
 class WeightTree {
  public:
   static constexpr std::size_t kFanout = 16;
@@ -230,9 +232,9 @@ class WeightTree {
 
   static void add(double *sum, Mass mass) { *sum = stored(load(*sum) + mass); }
 
-  // Slots before the first whole group of level 0 in the caller's buffer.
-  static std::size_t groupOffset(const double *masses) {
-    return reinterpret_cast<std::uintptr_t>(masses) / sizeof(double) % kFanout;
+  // Doubles from the 128-byte boundary at or before `at` up to `at`.
+  static std::size_t groupOffset(const double *at) {
+    return reinterpret_cast<std::uintptr_t>(at) / sizeof(double) % kFanout;
   }
 
   // One buffer for the levels above the masses, each starting on a group boundary.
