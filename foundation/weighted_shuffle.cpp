@@ -402,14 +402,16 @@ class Lookahead {
     for (std::size_t a = head_; a < tail_; ++a) {
       Staged &s = queue_[a % kQueue];
       WeightTree::Cursor &c = s.search;
-      if (!s.kept) continue;
-      if (j >= c.start && j < c.end)
-        c.mass += change;
-      else if (j >= s.step && j < c.start)
-        c.x -= change;
-      else
+      // Where j falls is as good as random, so the change is applied through masks
+      // rather than branches. Each range test is one unsigned comparison: start <= j
+      // < end, and step <= j < start (a kept search's group starts at its step or after).
+      const Mass kept = s.kept ? ~Mass{0} : 0;
+      const Mass inGroup = j - c.start < c.end - c.start ? kept : 0;
+      const Mass between = j - s.step < c.start - s.step ? kept : 0;
+      c.mass += change & inGroup;
+      c.x -= change & between;
+      if (c.x < c.mass || !s.kept) [[likely]]
         continue;
-      if (c.x < c.mass) continue;
       s.kept = tree_.slide(&c) && keepable(s);
       if (s.kept) fetch(c);
     }
