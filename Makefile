@@ -4,7 +4,8 @@ CMAKE_COMMON = -DNUVO_WERROR=ON
 
 .PHONY: all test sanitize demo bench fuzz fuzz-run format deps clean
 
-all:
+# Every build target first installs the Debian packages it needs, when missing.
+all: deps
 	cmake -S . -B build/release -DCMAKE_BUILD_TYPE=Release $(CMAKE_COMMON)
 	cmake --build build/release -j$(JOBS)
 
@@ -13,7 +14,7 @@ test: all
 	ctest --test-dir build/release --output-on-failure -j$(JOBS)
 
 # AddressSanitizer + UndefinedBehaviorSanitizer build, then every test.
-sanitize:
+sanitize: deps
 	cmake -S . -B build/sanitize -DCMAKE_BUILD_TYPE=Sanitize $(CMAKE_COMMON)
 	cmake --build build/sanitize -j$(JOBS)
 	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
@@ -37,14 +38,14 @@ demo: all
 	    $(CHANNELS)/output/channels_real$$r.png || exit 1; \
 	done
 
-bench:
+bench: deps
 	cmake -S . -B build/bench -DCMAKE_BUILD_TYPE=Release -DNUVO_ASSERTIONS=OFF \
 	  -DNUVO_BUILD_TESTS=OFF -DNUVO_BUILD_BENCH=ON
 	cmake --build build/bench -j$(JOBS)
 	build/bench/bench/nuvo_bench
 
 # libFuzzer targets, built with clang.
-fuzz:
+fuzz: deps
 	CC=clang CXX=clang++ cmake -S . -B build/fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo \
 	  -DNUVO_BUILD_TESTS=OFF -DNUVO_BUILD_FUZZ=ON -DBUILD_SHARED_LIBS=OFF
 	cmake --build build/fuzz -j$(JOBS)

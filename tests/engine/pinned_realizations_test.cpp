@@ -1,0 +1,114 @@
+// Realizations of a few standard cases pinned by a checksum of their values.
+//
+// Speed work on the engine must leave every realization bit-identical; a change
+// of these checksums is a deliberate decision, to be explained in the commit
+// that updates them.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "../input/siminput_builder.hpp"
+#include "nuvo_sim.h"
+#include "nuvo_synthetic.h"
+
+namespace {
+
+using nuvo_test::require;
+
+// FNV-1a over the bytes of every value of the output image.
+std::uint64_t checksum(const nuvo_image &image) {
+  std::uint64_t h = 14695981039346656037ull;
+  const auto *bytes = reinterpret_cast<const unsigned char *>(image.var);
+  for (std::size_t i = 0; i < sizeof(double) * static_cast<std::size_t>(image.nxyzv); ++i) {
+    h ^= bytes[i];
+    h *= 1099511628211ull;
+  }
+  return h;
+}
+
+class PinnedRealizations : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    NUVOInitSimInput(&si_);
+    NUVOInitSimOutput(&out_);
+  }
+  void TearDown() override {
+    NUVOFreeSimOutput(&out_);
+    NUVOFreeSimInput(&si_);
+  }
+
+  // The valid input of the builder on `ti`, with an nx x ny x nz simulation grid,
+  // written to memory only, two realizations.
+  void build(const nuvo_image &ti, int nx, int ny, int nz, double radius, int nneighbor) {
+    nuvo_test::buildValidSimInput(&si_, ti);
+    NUVOFreeImage(si_.simImage);
+    require(nuvo_test::makeImage(si_.simImage, nx, ny, nz, {ti.varName[0]},
+                                 [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
+    si_.outputSimJob = OUTPUT_SIM_NO_FILE;
+    si_.outputReportFlag = 0;
+    nuvo_searchNeighborhoodParameters &p = si_.searchNeighborhoodParameters[0];
+    p.rx = p.ry = radius;
+    p.rz = nz > 1 ? radius / 2 : 0.0;
+    si_.nneighboringNode[0] = nneighbor;
+    si_.seed = 1234;
+    si_.nrealization = 2;
+  }
+
+  std::uint64_t simulate() {
+    EXPECT_EQ(NUVOSim(&si_, &out_, nullptr, nullptr), 0);
+    return out_.outputSimImage != nullptr ? checksum(*out_.outputSimImage) : 0;
+  }
+
+  nuvo_simInput si_;
+  nuvo_simOutput out_;
+};
+
+struct OwnedImage {
+  OwnedImage() { NUVOInitImage(&image); }
+  ~OwnedImage() { NUVOFreeImage(&image); }
+  nuvo_image image;
+};
+
+TEST_F(PinnedRealizations, Channels2D) {
+  OwnedImage ti;
+  require(NUVOGenerateChannelImage(&ti.image, 80, 80, 1, 0.3, 5.0, 2));
+  build(ti.image, 50, 50, 1, 8.0, 30);
+  EXPECT_EQ(simulate(), 0xe4e5f19ac46594e5ull);
+}
+
+TEST_F(PinnedRealizations, Channels2DConditioned) {
+  OwnedImage ti, reference;
+  require(NUVOGenerateChannelImage(&ti.image, 80, 80, 1, 0.3, 5.0, 2));
+  require(NUVOGenerateChannelImage(&reference.image, 50, 50, 1, 0.3, 5.0, 7));
+  build(ti.image, 50, 50, 1, 8.0, 30);
+  nuvo_pointSet points;
+  NUVOInitPointSet(&points);
+  require(NUVOSampleImage(&reference.image, 40, 3, &points));
+  nuvo_test::addDataPointSet(&si_, points);
+  NUVOFreePointSet(&points);
+  si_.simAndPathParameters->pathType = PATH_RANDOM_HD_DISTANCE_PDF;
+  si_.simAndPathParameters->strength = 0.5;
+  EXPECT_EQ(simulate(), 0x23cc44f244b35de5ull);
+}
+
+TEST_F(PinnedRealizations, Lenses3D) {
+  OwnedImage ti;
+  require(NUVOGenerateLensImage(&ti.image, 30, 30, 10, 2));
+  build(ti.image, 20, 20, 8, 4.0, 24);
+  si_.maxScanFraction[0] = 0.2;
+  EXPECT_EQ(simulate(), 0x16920908aa505ef8ull);
+}
+
+TEST_F(PinnedRealizations, ContinuousField) {
+  OwnedImage ti;
+  require(NUVOGenerateContinuousImage(&ti.image, 50, 50, 1, 6.0, 4));
+  build(ti.image, 30, 30, 1, 5.0, 16);
+  si_.distanceType[0] = 2;
+  si_.distanceThreshold[0] = 0.05;
+  si_.postProcessingDistanceThreshold[0] = 0.05;
+  EXPECT_EQ(simulate(), 0x2ca59051a9158052ull);
+}
+
+}  // namespace
