@@ -7,6 +7,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 
 #include "engine/distance_kernel.hpp"
 #include "engine/scan_window.hpp"
@@ -16,16 +17,31 @@ namespace nuvo {
 
 inline constexpr int kMaxEventVariables = 100;
 
-// The data event of every variable at one node with the kernel chosen for each.
+// The probability constraint of one simulated variable at a node: the error term
+// of a candidate is the term of its class, one look-up per candidate.
+struct ClassPenalty {
+  const std::int16_t *trainClass = nullptr;  // class index of every training-image node
+  const double *penalty = nullptr;           // per class
+};
+
+// The data event of every variable at one node with the kernel chosen for each,
+// and the probability constraints that apply there.
 struct DataEvent {
   int nvar = 0;
   std::array<VariableKernel, kMaxEventVariables> kernel{};
   std::array<VariableEvent, kMaxEventVariables> event{};
+  int nconstraint = 0;
+  std::array<ClassPenalty, kMaxEventVariables> constraint{};
 
   // Error of the candidate at training-image node `node`, or kAbandoned when it
-  // must end above `best`. Variables are taken in increasing index.
+  // must end above `best`: the constraint terms first, then the variables in
+  // increasing index.
   double errorAt(int node, double best) const {
     double e = 0.0;
+    for (int c = 0; c < nconstraint; ++c) {
+      e += constraint[c].penalty[constraint[c].trainClass[node]];
+      if (e > best) return kAbandoned;
+    }
     for (int v = 0; v < nvar; ++v) {
       e = kernel[v](event[v], node, e, best);
       if (e > best) return kAbandoned;

@@ -35,6 +35,8 @@ struct GatheredVariable {
   std::vector<double> value, weight;
   std::vector<std::int8_t> code;  // category codes of the values (coded variables)
   std::vector<int> tiOffset;      // in the chosen training image
+  std::vector<int> node;          // grid nodes, and their distances in the search
+  std::vector<double> distance;   //   neighborhood, as gathered (before any transform)
   int count = 0;
 };
 
@@ -52,13 +54,15 @@ class RealizationRun {
         stats_(setup.ti.size()) {
     for (int v = 0; v < setup.nvar; ++v) {
       const int size = setup.neighborhood[v]->size;
-      for (auto *a : {&gathered_[v].dx, &gathered_[v].dy, &gathered_[v].dz, &gathered_[v].tiOffset})
-        a->resize(size);
-      gathered_[v].value.resize(size);
-      gathered_[v].weight.resize(size);
-      gathered_[v].code.resize(size);
+      GatheredVariable &g = gathered_[v];
+      for (auto *a : {&g.dx, &g.dy, &g.dz, &g.tiOffset, &g.node}) a->resize(size);
+      for (auto *a : {&g.value, &g.weight, &g.distance}) a->resize(size);
+      g.code.resize(size);
     }
     targets_.reserve(setup.nvar);
+    penalty_.resize(setup.nvar);
+    for (int v = 0; v < setup.nvar; ++v)
+      if (const ProbabilityConstraint *c = setup.constraint(v)) penalty_[v].resize(c->nclass());
   }
 
   // Simulates `path` with `settings`. The initial path writes the maps and
@@ -86,6 +90,7 @@ class RealizationRun {
                      Outcome *outcome);
   void listTargets(int entry);
   bool gather(int node, const PathSettings &settings);
+  void applyConstraints(int node);
   void deformOffsets(int node, nuvo_randContext *ctx);
   int chooseTrainingImage(int node, nuvo_randContext *ctx) const;
   bool usable(const nuvo_image &ti, int tiNode) const;
@@ -93,7 +98,7 @@ class RealizationRun {
   EventExtent gatheredExtent() const;
   void prepareEvent(int t, const PathSettings &settings);
   int maxScanFor(int t, const PathSettings &settings) const;
-  void copy(const nuvo_image &ti, int tiNode, int node);
+  void copy(int t, int tiNode, int node);
   void writeMaps(int entry, int node, int pathIndex, const Outcome &o);
 
   const RealizationSetup &setup_;
@@ -102,7 +107,9 @@ class RealizationRun {
   std::span<const signed char> toSimulate_;
   const RealizationMaps &maps_;
   std::vector<GatheredVariable> gathered_;
-  std::vector<int> targets_;  // variables simulated at the current entry
+  std::vector<int> targets_;                  // variables simulated at the current entry
+  std::vector<int> constrained_;              // targets whose constraint applies at the entry
+  std::vector<std::vector<double>> penalty_;  // per variable: the constraint term per class
   DataEvent event_;
   std::vector<double> weightScratch_;
   RealizationStats stats_;
@@ -149,12 +156,28 @@ bool RealizationRun::gather(int node, const PathSettings &settings) {
       g.dz[n] = nb.iz[j];
       g.value[n] = values[neighbor];
       g.weight[n] = nb.weight[j] * (simulated[neighbor] ? 1.0 : setup_.conditioningWeight[v]);
+      g.node[n] = neighbor;
+      g.distance[n] = nb.distance[j];
       ++n;
     }
     g.count = n;
     any = any || n > 0;
   }
   return any;
+}
+
+// The probability constraints of the entry's variables that apply at `node`,
+// their terms per candidate class computed once before the scan.
+void RealizationRun::applyConstraints(int node) {
+  constrained_.clear();
+  for (int v : targets_) {
+    ProbabilityConstraint *c = setup_.constraint(v);
+    if (c == nullptr) continue;
+    const GatheredVariable &g = gathered_[v];
+    const std::size_t n = static_cast<std::size_t>(g.count);
+    const EventNodes event{std::span(g.node).first(n), std::span(g.distance).first(n)};
+    if (c->penalties(node, event, penalty_[v])) constrained_.push_back(v);
+  }
 }
 
 // Takes the gathered offsets into the training images' frame at `node`, keeping
@@ -267,6 +290,10 @@ void RealizationRun::prepareEvent(int t, const PathSettings &settings) {
                                                 setup_.relativeDistance[v] != 0, tiCode != nullptr);
     ++event_.nvar;
   }
+  event_.nconstraint = 0;
+  for (int v : constrained_)
+    event_.constraint[event_.nconstraint++] = {setup_.constraint(v)->trainClass(t),
+                                               penalty_[v].data()};
 }
 
 // The scan limit of the entry: its variable's, or in vector mode the largest of
@@ -277,8 +304,14 @@ int RealizationRun::maxScanFor(int t, const PathSettings &settings) const {
   return limit;
 }
 
-void RealizationRun::copy(const nuvo_image &ti, int tiNode, int node) {
-  for (int v : targets_) valueAt(sim_, v, node) = valueAt(ti, v, tiNode);
+// Copies the values of training image t at tiNode to the node, keeping the
+// constraints' classes of the grid up to date.
+void RealizationRun::copy(int t, int tiNode, int node) {
+  const nuvo_image &ti = *setup_.ti[t];
+  for (int v : targets_) {
+    valueAt(sim_, v, node) = valueAt(ti, v, tiNode);
+    if (ProbabilityConstraint *c = setup_.constraint(v)) c->assign(node, c->trainClass(t)[tiNode]);
+  }
 }
 
 void RealizationRun::writeMaps(int entry, int node, int pathIndex, const Outcome &o) {
@@ -300,6 +333,7 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
   const int node = setup_.vectorMode ? entry : entry % grid_.nxyz;
   listTargets(entry);
   const bool informed = gather(node, settings);
+  if (informed) applyConstraints(node);
   if (informed && setup_.transform != nullptr) deformOffsets(node, ctx);
   o->ti = chooseTrainingImage(node, ctx);
   const nuvo_image &ti = *setup_.ti[o->ti];
@@ -329,7 +363,7 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
       o->error = r.error;
       o->iterations = r.iterations;
       o->marginal = false;
-      if (r.tiNode >= 0) copy(ti, r.tiNode, node);
+      if (r.tiNode >= 0) copy(o->ti, r.tiNode, node);
       return;
     }
     o->emptyWindow = true;
@@ -340,7 +374,7 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
   o->iterations = 0;
   o->error = 0.0;
   o->tiNode = drawMarginalNode(ti, ctx);
-  if (o->tiNode >= 0) copy(ti, o->tiNode, node);
+  if (o->tiNode >= 0) copy(o->ti, o->tiNode, node);
 }
 
 int RealizationRun::runPath(std::span<const int> path, const PathSettings &settings, int baseSeed,
@@ -437,7 +471,9 @@ int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
           const bool target = setup.vectorMode
                                   ? toSimulate[static_cast<long long>(v) * nxyz + e] != 0
                                   : v == e / nxyz;
-          if (target) valueAt(sim, v, node) = NUVO_MISSING_VALUE;
+          if (!target) continue;
+          valueAt(sim, v, node) = NUVO_MISSING_VALUE;
+          if (ProbabilityConstraint *c = setup.constraint(v)) c->clear(node);
         }
       }
       NUVO_TRY(run.runPath(again, setup.postProcessing, base, false, state, pm, callback));

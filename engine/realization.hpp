@@ -28,6 +28,7 @@
 #include <span>
 #include <vector>
 
+#include "constraints/probability_constraint.hpp"
 #include "engine/local_transform.hpp"
 #include "nuvo_image.h"
 #include "nuvo_progress.h"
@@ -60,6 +61,14 @@ struct RealizationSetup {
   PathSettings initial, postProcessing;
   int npostProcessingPathMax = 0;
   const LocalTransform *transform = nullptr;  // homothety and rotation, when in use
+  // Probability constraints, when some variable has one. Not read-only: the
+  // realization keeps their running counts and grid classes up to date.
+  ProbabilityConstraints *probability = nullptr;
+
+  // Variable v's probability constraint, or null.
+  ProbabilityConstraint *constraint(int v) const {
+    return probability == nullptr ? nullptr : probability->of(v);
+  }
 
   // Categorical variables compared on one-byte codes: categories[v] holds the
   // sorted training values of a coded variable (empty for the others), and

@@ -96,6 +96,7 @@ class StandardSimulation {
   std::vector<std::vector<double>> normalized_;  // per variable: its normalisation table
   OwnedImage work_;                              // the realization being simulated
   PreparedData prepared_;
+  ProbabilityConstraints probability_;
   LocalTransform transform_;
   OwnedNeighborhoods neighborhoods_;
   RealizationSetup setup_;
@@ -110,6 +111,8 @@ int StandardSimulation::prepare() {
   NUVO_TRY(NUVOSimIntegrateConditioningData(&si_, &conditioned_.image, &nIgnoredVar, &nConflict,
                                             pm_, callback_));
   NUVO_TRY(prepareTrainingImages());
+  NUVO_TRY(probability_.prepare(si_, std::span<const nuvo_image>(trainImage_, si_.ntrainImage),
+                                conditioned_.image));
   NUVO_TRY(simPrepareData(si_, std::span<const nuvo_image>(trainImage_, si_.ntrainImage),
                           conditioned_.image, &prepared_, pm_, callback_));
   NUVO_TRY(checkStop(pm_));
@@ -231,6 +234,11 @@ void StandardSimulation::prepareSetup() {
                                 si_.distanceThreshold, si_.maxScanFraction, si_.tolerance);
   setup_.npostProcessingPathMax = si_.npostProcessingPathMax;
   setup_.transform = transform_.active() ? &transform_ : nullptr;
+  if (!probability_.empty()) {
+    setup_.probability = &probability_;
+    for (int v = 0; v < si_.nvar; ++v)
+      if (ProbabilityConstraint *c = probability_.of(v)) c->attach(*setup_.neighborhood[v]);
+  }
   if (si_.npostProcessingPathMax > 0)
     setup_.postProcessing =
         pathSettings(si_.postProcessingNneighboringNode, si_.postProcessingNeighboringNodeDensity,
@@ -292,6 +300,7 @@ int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
   NUVODoubleRand(seed, ctx);
   std::memcpy(work_.image.var, conditioned_.image.var,
               sizeof(double) * static_cast<std::size_t>(work_.image.nxyzv));
+  probability_.beginRealization();
   std::vector<int> path(pathTemplate_);
   NUVO_TRY(orderPath(path, ctx));
   writer_.startRealization(r);

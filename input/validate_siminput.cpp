@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "constraints/probability_checks.hpp"
 #include "data/values.hpp"
 #include "foundation/check.hpp"
 #include "input/resolve_neighborhood.hpp"
@@ -160,7 +161,8 @@ int checkDataEvents(const nuvo_simInput &si, const int *nneighbor, const double 
 }
 
 int checkWeightsAndPath(const nuvo_simInput &si) {
-  NUVO_FAIL_IF(!allAllocated(si.conditioningWeightFactor, si.simAndPathParameters), kMemoryNotAllocated);
+  NUVO_FAIL_IF(!allAllocated(si.conditioningWeightFactor, si.simAndPathParameters),
+               kMemoryNotAllocated);
   for (int iv = 0; iv < si.nvar; ++iv) NUVO_FAIL_IF(!(si.conditioningWeightFactor[iv] > 0.0), -670);
   int error = 0;
   NUVOValidateSimAndPathParameters(si.simAndPathParameters, &error);
@@ -256,14 +258,11 @@ int checkTrainImagePdf(const nuvo_simInput &si) {
   return 0;
 }
 
-// Constraints and pyramids are read, printed and validated, but the simulation
-// does not apply them yet: an input that uses them is refused rather than
-// simulated without them.
+// Connectivity constraints, block data and pyramids are read, printed and
+// validated, but the simulation does not apply them yet: an input that uses them
+// is refused rather than simulated without them.
 int refuseUnavailableConstraints(const nuvo_simInput &si) {
   for (int iv = 0; iv < si.nvar; ++iv) {
-    NUVO_FAIL_IF(
-        si.softProbability != nullptr && si.softProbability[iv].probabilityConstraintUsage != 0,
-        -1909);
     NUVO_FAIL_IF(si.connectivity != nullptr && si.connectivity[iv].connectivityConstraintUsage != 0,
                  -2095);
     NUVO_FAIL_IF(si.blockData != nullptr && si.blockData[iv].blockDataUsage != 0, -2919);
@@ -291,7 +290,9 @@ int validateSimInput(nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progressC
       failed(checkWeightsAndPath(si)) || failed(checkThresholds(si, si.distanceThreshold)))
     return 0;
   NUVO_TRY(checkConstraints(si, pm, callback, error));
-  if (*error != 0 || failed(checkScanFractions(si, si.maxScanFraction))) return 0;
+  if (*error != 0 || failed(checkProbabilityConstraintsWithInput(si)) ||
+      failed(checkScanFractions(si, si.maxScanFraction)))
+    return 0;
   NUVO_TRY(checkPyramids(si, pm, callback, error));
   if (*error != 0 || failed(checkPostProcessing(si))) return 0;
   if (failed(si.nrealization > kMaxRealization ? -678 : 0)) return 0;

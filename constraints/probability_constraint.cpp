@@ -1,0 +1,174 @@
+#include "constraints/probability_constraint.hpp"
+
+#include <algorithm>
+
+#include "constraints/pdf_comparison.hpp"
+#include "foundation/check.hpp"
+
+namespace nuvo {
+namespace {
+
+constexpr int kTrainValueInNoClass = -1928;
+constexpr int kDatumInNoClass = -1929;
+
+bool isMissing(double v) {
+  return v == NUVO_MISSING_VALUE;
+}
+
+// The class index of every node of variable v of `image`; `failure` when an
+// informed value lies in no class.
+int classifyImage(const nuvo_classOfValues &classes, const nuvo_image &image, int v, int failure,
+                  std::vector<std::int16_t> *out) {
+  const int nxyz = image.grid->nxyz;
+  const double *values = image.var + static_cast<long long>(v) * nxyz;
+  out->assign(static_cast<std::size_t>(nxyz), kNoClass);
+  for (int k = 0; k < nxyz; ++k) {
+    if (isMissing(values[k])) continue;
+    const int c = classOfValue(classes, values[k]);
+    NUVO_FAIL_IF(c == kNoClass, failure);
+    (*out)[k] = static_cast<std::int16_t>(c);
+  }
+  return 0;
+}
+
+void addClasses(std::span<const std::int16_t> classes, std::span<std::int64_t> count) {
+  for (std::int16_t c : classes)
+    if (c != kNoClass) ++count[c];
+}
+
+}  // namespace
+
+int classOfValue(const nuvo_classOfValues &classes, double value) {
+  for (int c = 0; c < classes.nclass; ++c)
+    for (int i = 0; i < classes.ninterval[c]; ++i)
+      if (classes.intervalInf[c][i] <= value && value < classes.intervalSup[c][i]) return c;
+  return kNoClass;
+}
+
+int ProbabilityConstraint::prepare(const nuvo_softProbability &sp, int variable,
+                                   std::span<const nuvo_image *const> trainImage,
+                                   const nuvo_image &conditioned) {
+  sp_ = &sp;
+  variable_ = variable;
+  grid_ = conditioned.grid;
+  const nuvo_classOfValues &classes = *sp.classOfValues;
+  const int nclass = classes.nclass;
+  count_.assign(static_cast<std::size_t>(nclass), 0);
+  localCount_.assign(static_cast<std::size_t>(nclass), 0);
+  target_.assign(static_cast<std::size_t>(nclass), 0.0);
+  lowerHalfWidth_.assign(static_cast<std::size_t>(nclass), 0.0);
+
+  NUVO_TRY(classifyImage(classes, conditioned, variable, kDatumInNoClass, &conditionedClass_));
+  gridClass_ = conditionedClass_;
+  trainClass_.assign(trainImage.size(), {});
+  // Training proportions: the simulation grid used as a training image counts
+  // with its conditioning data.
+  std::vector<std::int64_t> trainCount(static_cast<std::size_t>(nclass), 0);
+  for (std::size_t t = 0; t < trainImage.size(); ++t) {
+    if (trainImage[t] == nullptr) {
+      addClasses(conditionedClass_, trainCount);
+      continue;
+    }
+    NUVO_TRY(
+        classifyImage(classes, *trainImage[t], variable, kTrainValueInNoClass, &trainClass_[t]));
+    addClasses(trainClass_[t], trainCount);
+  }
+  optimalTable_.clear();
+  if (sp.comparingPdfMethod == NUVO_COMPARING_PDF_MLIKROPT) {
+    std::int64_t total = 0;
+    for (std::int64_t n : trainCount) total += n;
+    for (int c = 0; c < nclass; ++c) {
+      const double pi = total > 0 ? static_cast<double>(trainCount[c]) / total : 0.0;
+      optimalTable_.push_back(optimalIntervalTable(pi, sp.constantThreshold));
+    }
+  }
+  return 0;
+}
+
+void ProbabilityConstraint::beginRealization() {
+  gridClass_ = conditionedClass_;
+  std::fill(count_.begin(), count_.end(), 0);
+  addClasses(gridClass_, count_);
+}
+
+void ProbabilityConstraint::assign(int node, int cls) {
+  clear(node);
+  gridClass_[node] = static_cast<std::int16_t>(cls);
+  ++count_[cls];
+}
+
+void ProbabilityConstraint::clear(int node) {
+  std::int16_t &c = gridClass_[node];
+  if (c == kNoClass) return;
+  --count_[c];
+  c = kNoClass;
+}
+
+void ProbabilityConstraint::countNeighborhood(int node) {
+  const nuvo_grid &g = *grid_;
+  const nuvo_searchNeighborhood &nb = *neighborhood_;
+  const double radius = *sp_->localPdfSupportRadius;
+  const int x = node % g.nx, y = node % g.nxy / g.nx, z = node / g.nxy;
+  for (int j = 0; j < nb.size && nb.distance[j] <= radius; ++j) {
+    const int xx = x + nb.ix[j], yy = y + nb.iy[j], zz = z + nb.iz[j];
+    if (xx < 0 || xx >= g.nx || yy < 0 || yy >= g.ny || zz < 0 || zz >= g.nz) continue;
+    const std::int16_t c = gridClass_[xx + g.nx * yy + g.nxy * zz];
+    if (c != kNoClass) ++localCount_[c];
+  }
+}
+
+void ProbabilityConstraint::countEvent(EventNodes event) {
+  const double radius = *sp_->localPdfSupportRadius;
+  for (std::size_t i = 0; i < event.node.size() && event.distance[i] <= radius; ++i) {
+    const std::int16_t c = gridClass_[event.node[i]];
+    if (c != kNoClass) ++localCount_[c];
+  }
+}
+
+bool ProbabilityConstraint::penalties(int node, EventNodes event, std::span<double> out) {
+  const nuvo_softProbability &sp = *sp_;
+  if (!event.distance.empty() && event.distance.back() < sp.deactivationDistance) return false;
+  const int nclass = this->nclass();
+  std::span<const std::int64_t> count = count_;
+  if (sp.probabilityConstraintUsage == NUVO_PROBABILITY_CONSTRAINT_GLOBAL) {
+    std::copy_n(sp.globalPdf, nclass, target_.begin());
+  } else {
+    const nuvo_image &pdf = *sp.localPdfImage;
+    const long long nxyz = pdf.grid->nxyz;
+    if (isMissing(pdf.var[node])) return false;
+    double sum = 0.0;
+    for (int c = 0; c < nclass; ++c) sum += target_[c] = pdf.var[c * nxyz + node];
+    for (double &p : target_) p /= sum;
+    std::fill(localCount_.begin(), localCount_.end(), 0);
+    if (sp.localCurrentPdfComputation == NUVO_LOCAL_CURRENT_PDF_COMPLETE)
+      countNeighborhood(node);
+    else
+      countEvent(event);
+    count = localCount_;
+  }
+  if (!optimalTable_.empty())
+    for (int c = 0; c < nclass; ++c)
+      lowerHalfWidth_[c] = lookUpLowerHalfWidth(optimalTable_[c], target_[c]);
+  candidatePenalties(sp, target_, count, lowerHalfWidth_, out);
+  return true;
+}
+
+int ProbabilityConstraints::prepare(const nuvo_simInput &si, std::span<const nuvo_image> trainImage,
+                                    const nuvo_image &conditioned) {
+  constraint_.clear();
+  index_.assign(static_cast<std::size_t>(si.nvar), -1);
+  if (si.softProbability == nullptr) return 0;
+  std::vector<const nuvo_image *> images;
+  for (int t = 0; t < si.ntrainImage; ++t)
+    images.push_back(si.simGridAsTiFlag[t] ? nullptr : &trainImage[t]);
+  for (int v = 0; v < si.nvar; ++v) {
+    const nuvo_softProbability &sp = si.softProbability[v];
+    if (sp.probabilityConstraintUsage == NUVO_PROBABILITY_CONSTRAINT_NONE) continue;
+    index_[v] = static_cast<int>(constraint_.size());
+    NUVO_TRY(constraint_.emplace_back().prepare(sp, v, images, conditioned));
+  }
+  if (constraint_.empty()) index_.clear();
+  return 0;
+}
+
+}  // namespace nuvo

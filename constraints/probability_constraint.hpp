@@ -1,0 +1,112 @@
+// Probability constraints during a simulation: the tables the pattern search
+// reads and the running state of the realization.
+//
+// Preparation, once per simulation (the training images do not change between
+// realizations): the class index of every training-image node and of every
+// conditioned grid node, -1 where the value is missing. The classes are those of
+// the values the simulation copies, after rescaling and before normalisation. An
+// informed training value in no class fails with -1928, a conditioning value in
+// none with -1929. For MLikRopt, the optimal interval table of every class from
+// its proportion among the informed training values (pdf_comparison.hpp).
+//
+// Per realization (beginRealization): the class of every grid node is reset to
+// the conditioned state, and the running counts per class are recounted from it
+// (the global constraint reads them). While the realization runs, the engine reports
+// every value it copies (assign) and every value post-processing empties (clear),
+// so the counts always cover exactly the informed nodes of the grid. The
+// simulation grid used as a training image reads the grid's classes.
+//
+// At a node (penalties), the counted nodes are: global, every informed node of
+// the grid; local "COMPLETE", the informed nodes of the variable's search
+// neighborhood within the support radius; local "APPROXIMATE", the nodes of the
+// data event within it. The local constraint applies where the local pdf image is
+// informed, its probabilities taken divided by their sum at the node (input
+// validation accepts sums within 0.01 of 1). The constraint does not apply while
+// the farthest node of the variable's data event is closer than the deactivation
+// distance; a variable without any informed neighbour is never deactivated.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "nuvo_classofvalues.h"
+#include "nuvo_image.h"
+#include "nuvo_searchneighborhood.h"
+#include "nuvo_siminput.h"
+
+namespace nuvo {
+
+inline constexpr std::int16_t kNoClass = -1;
+
+// The index of the first class holding `value`, or kNoClass.
+int classOfValue(const nuvo_classOfValues &classes, double value);
+
+// The data event of the constrained variable at a node, closest node first.
+struct EventNodes {
+  std::span<const int> node;         // grid nodes
+  std::span<const double> distance;  // their distances in the search neighborhood
+};
+
+// The constraint of one simulated variable.
+class ProbabilityConstraint {
+ public:
+  // `trainImage[t]` null marks the simulation grid used as training image t.
+  int prepare(const nuvo_softProbability &sp, int variable,
+              std::span<const nuvo_image *const> trainImage, const nuvo_image &conditioned);
+  // The variable's search neighborhood, read by the "COMPLETE" local pdf.
+  void attach(const nuvo_searchNeighborhood &neighborhood) { neighborhood_ = &neighborhood; }
+
+  void beginRealization();
+  void assign(int node, int cls);
+  void clear(int node);
+
+  // Fills out[k], for every class k, with the error term of a candidate of class
+  // k at `node`; false when the constraint does not apply there.
+  bool penalties(int node, EventNodes event, std::span<double> out);
+
+  int variable() const { return variable_; }
+  int nclass() const { return static_cast<int>(count_.size()); }
+  // Class index of every node of training image t.
+  const std::int16_t *trainClass(int t) const {
+    return trainClass_[t].empty() ? gridClass_.data() : trainClass_[t].data();
+  }
+  const std::int16_t *gridClass() const { return gridClass_.data(); }
+
+ private:
+  void countNeighborhood(int node);
+  void countEvent(EventNodes event);
+
+  const nuvo_softProbability *sp_ = nullptr;
+  int variable_ = 0;
+  const nuvo_grid *grid_ = nullptr;
+  const nuvo_searchNeighborhood *neighborhood_ = nullptr;
+  std::vector<std::vector<std::int16_t>> trainClass_;  // per training image; empty: the grid's
+  std::vector<std::int16_t> conditionedClass_;         // per grid node, before simulation
+  std::vector<std::int16_t> gridClass_;                // per grid node, as simulated
+  std::vector<std::int64_t> count_;                    // informed grid nodes per class
+  std::vector<std::vector<double>> optimalTable_;      // MLikRopt: per class
+  std::vector<std::int64_t> localCount_;               // scratch of one node
+  std::vector<double> target_, lowerHalfWidth_;        // scratch of one node
+};
+
+// The constraints of every variable of a simulation.
+class ProbabilityConstraints {
+ public:
+  int prepare(const nuvo_simInput &si, std::span<const nuvo_image> trainImage,
+              const nuvo_image &conditioned);
+  bool empty() const { return constraint_.empty(); }
+  // Variable v's constraint, or null.
+  ProbabilityConstraint *of(int v) {
+    return index_.empty() || index_[v] < 0 ? nullptr : &constraint_[index_[v]];
+  }
+  void beginRealization() {
+    for (ProbabilityConstraint &c : constraint_) c.beginRealization();
+  }
+
+ private:
+  std::vector<ProbabilityConstraint> constraint_;
+  std::vector<int> index_;  // per variable: its constraint, or -1
+};
+
+}  // namespace nuvo
