@@ -31,8 +31,10 @@ demo: all
 	$(NUVOSIM) generate lenses examples/lenses3d/ti.gslib --nx 60 --ny 60 --nz 20 --seed 2
 	$(NUVOSIM) run $(CHANNELS)/channels2d.in
 	$(NUVOSIM) run $(CHANNELS)/turned.in
+	$(NUVOSIM) run $(CHANNELS)/sand45.in
 	$(NUVOSIM) render $(CHANNELS)/ti.gslib $(CHANNELS)/output/ti.png
 	$(NUVOSIM) render $(CHANNELS)/output/turned_real00000.gslib $(CHANNELS)/output/turned.png
+	$(NUVOSIM) render $(CHANNELS)/output/sand45_real00000.gslib $(CHANNELS)/output/sand45.png
 	for r in 00000 00001 00002; do \
 	  $(NUVOSIM) render $(CHANNELS)/output/channels_real$$r.gslib \
 	    $(CHANNELS)/output/channels_real$$r.png || exit 1; \
