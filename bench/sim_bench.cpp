@@ -10,8 +10,13 @@
 //   scanning at most 2 % of the training image per node (close matches of a
 //   30-node 3D pattern are rare, and a larger fraction mostly buys full scans).
 //
-// Counters: simulated nodes per second and candidates scanned per node (read
-// back from the report's scan statistics).
+// - channels 2D under a probability constraint: the unconditional channel case
+//   with a global target of 45 % of channel nodes (MAE, threshold 0.02), or a
+//   local channel probability rising from 0.1 to 0.6 across x (MAE, threshold
+//   0.05, "COMPLETE" current pdf within a support radius of 10).
+//
+// Counters: simulated nodes per second, candidates scanned per node (read back
+// from the report's scan statistics) and the time per scanned candidate.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -94,7 +99,10 @@ void runCase(benchmark::State &state, Case *c) {
   const double nodes = c->si.simImage->grid->nxyz;
   state.counters["nodes/s"] =
       benchmark::Counter(nodes, benchmark::Counter::kIsIterationInvariantRate);
-  state.counters["scans/node"] = scansPerNode(c->report);
+  const double scans = scansPerNode(c->report);
+  state.counters["scans/node"] = scans;
+  state.counters["s/candidate"] = benchmark::Counter(
+      nodes * scans, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
 // The channel training image simulated on a 200 x 200 grid; `ti` keeps the image.
@@ -149,6 +157,50 @@ void BM_Channels2DTransformed(benchmark::State &state) {
   runCase(state, &c);
 }
 BENCHMARK(BM_Channels2DTransformed)->Unit(benchmark::kSecond)->Iterations(3);
+
+template <typename T>
+T *cArray(std::initializer_list<T> values) {
+  auto *a = static_cast<T *>(std::calloc(values.size(), sizeof(T)));
+  std::copy(values.begin(), values.end(), a);
+  return a;
+}
+
+// Background [-0.5, 0.5[ and channel [0.5, 1.5[, compared by MAE.
+void constrainChannels(nuvo_softProbability *sp, int usage, double threshold) {
+  sp->probabilityConstraintUsage = usage;
+  sp->classOfValues = cArray<nuvo_classOfValues>({{}});
+  nuvo_classOfValues &c = *sp->classOfValues;
+  c.nclass = 2;
+  c.ninterval = cArray<int>({1, 1});
+  c.intervalInf = cArray<double *>({cArray<double>({-0.5}), cArray<double>({0.5})});
+  c.intervalSup = cArray<double *>({cArray<double>({0.5}), cArray<double>({1.5})});
+  sp->comparingPdfMethod = NUVO_COMPARING_PDF_MAE;
+  sp->constantThreshold = threshold;
+}
+
+void BM_Channels2DProbability(benchmark::State &state) {
+  nuvo_image ti;
+  Case c;
+  configureChannels2D(&c, &ti);
+  NUVOFreeImage(&ti);
+  nuvo_softProbability *sp = &c.si.softProbability[0];
+  if (state.range(0) == 0) {
+    constrainChannels(sp, NUVO_PROBABILITY_CONSTRAINT_GLOBAL, 0.02);
+    sp->globalPdf = cArray<double>({0.55, 0.45});
+  } else {
+    constrainChannels(sp, NUVO_PROBABILITY_CONSTRAINT_LOCAL, 0.05);
+    sp->localPdfImage = cArray<nuvo_image>({{}});
+    const int nx = c.si.simImage->grid->nx;
+    nuvo_test::makeImage(sp->localPdfImage, nx, c.si.simImage->grid->ny, 1, {"p0", "p1"},
+                         [nx](int x, int, int, int iv) {
+                           const double sand = 0.1 + 0.5 * x / (nx - 1);
+                           return iv == 1 ? sand : 1.0 - sand;
+                         });
+    sp->localPdfSupportRadius = cArray<double>({10.0});
+  }
+  runCase(state, &c);
+}
+BENCHMARK(BM_Channels2DProbability)->Arg(0)->Arg(1)->Unit(benchmark::kSecond)->Iterations(3);
 
 void BM_Lenses3D(benchmark::State &state) {
   nuvo_image ti;

@@ -4,6 +4,11 @@
 // candidates whose own simulated value is missing in the training image, and
 // keeps the first candidate with the smallest error: an equal error never
 // replaces an earlier one, and an error of 0 ends the scan at once.
+//
+// Under probability constraints no candidate can have an error below the sum of
+// the smallest term of each constraint (DataEvent::floor), so a candidate that
+// reaches it ends the scan too: every later candidate could only tie with it,
+// and a tie keeps the earlier one, so the result is the one of the full scan.
 #pragma once
 
 #include <array>
@@ -32,6 +37,7 @@ struct DataEvent {
   std::array<VariableEvent, kMaxEventVariables> event{};
   int nconstraint = 0;
   std::array<ClassPenalty, kMaxEventVariables> constraint{};
+  double floor = 0.0;  // the smallest possible error: the constraints' smallest terms
 
   // Error of the candidate at training-image node `node`, or kAbandoned when it
   // must end above `best`: the constraint terms first, then the variables in
@@ -69,7 +75,7 @@ ScanResult scanTrainingImage(ScanWalker walker, int nscan, const DataEvent &even
     if (e < result.error) {
       result.error = e;
       result.tiNode = node;
-      if (e == 0.0) {
+      if (e <= event.floor) {
         result.iterations = j + 1;
         return result;
       }

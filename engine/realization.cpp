@@ -291,9 +291,12 @@ void RealizationRun::prepareEvent(int t, const PathSettings &settings) {
     ++event_.nvar;
   }
   event_.nconstraint = 0;
-  for (int v : constrained_)
+  event_.floor = 0.0;
+  for (int v : constrained_) {
     event_.constraint[event_.nconstraint++] = {setup_.constraint(v)->trainClass(t),
                                                penalty_[v].data()};
+    event_.floor += *std::min_element(penalty_[v].begin(), penalty_[v].end());
+  }
 }
 
 // The scan limit of the entry: its variable's, or in vector mode the largest of

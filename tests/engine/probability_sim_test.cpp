@@ -9,6 +9,7 @@
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
 #include "tests/constraints/test_files.hpp"
+#include "tests/support/checksum.hpp"
 
 namespace {
 
@@ -151,6 +152,23 @@ TEST_F(ProbabilitySimulation, LocalTrendIsFollowedAcrossTheGrid) {
     EXPECT_NEAR(left, 0.1 + 0.5 / 6, 0.1) << "mode " << mode;
     EXPECT_NEAR(right, 0.6 - 0.5 / 6, 0.12) << "mode " << mode;
   }
+}
+
+// Speed work must leave the realizations under constraints unchanged too.
+TEST_F(ProbabilitySimulation, RealizationsArePinned) {
+  constrainGlobal(0.45, NUVO_COMPARING_PDF_MLIKROPT, 0.02);
+  sandProportions();
+  EXPECT_EQ(nuvo_test::checksum(*out_.outputSimImage), 0xd1a73f2ccd05ade5ull);
+  nuvo_softProbability &sp =
+      constrain(NUVO_PROBABILITY_CONSTRAINT_LOCAL, NUVO_COMPARING_PDF_JSD, 0.01);
+  sp.localPdfImage = nuvo_test::initialisedRecords<nuvo_image>(1, NUVOInitImage);
+  require(nuvo_test::makeImage(
+      sp.localPdfImage, kN, kN, 1, {"p0", "p1"},
+      [](int, int y, int, int iv) { return iv == 1 ? 0.6 - 0.01 * y : 0.4 + 0.01 * y; }));
+  sp.localPdfSupportRadius = nuvo_test::valuesOf<double>({4.0});
+  sp.deactivationDistance = 1.5;
+  sandProportions();
+  EXPECT_EQ(nuvo_test::checksum(*out_.outputSimImage), 0x6386d2495e89ebe5ull);
 }
 
 TEST_F(ProbabilitySimulation, InconsistentInputsGiveTheirCodes) {
