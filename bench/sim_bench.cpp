@@ -13,12 +13,16 @@
 // - channels 2D under a probability constraint: the unconditional channel case
 //   with a global target of 45 % of channel nodes (MAE, threshold 0.02), or a
 //   local channel probability rising from 0.1 to 0.6 across x (MAE, threshold
-//   0.05, "COMPLETE" current pdf within a support radius of 10).
+//   0.05, "COMPLETE" current pdf within a support radius of 10), or a global
+//   target equal to the training image's own proportion (MAE, threshold 0.02):
+//   the last one measures the constraint's own cost, the first two add the
+//   longer scans of steering far from the training image.
 //
 // Counters: simulated nodes per second, candidates scanned per node (read back
 // from the report's scan statistics) and the time per scanned candidate.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -182,11 +186,16 @@ void BM_Channels2DProbability(benchmark::State &state) {
   nuvo_image ti;
   Case c;
   configureChannels2D(&c, &ti);
+  const double tiChannel =
+      std::count(ti.var, ti.var + ti.grid->nxyz, 1.0) / static_cast<double>(ti.grid->nxyz);
   NUVOFreeImage(&ti);
   nuvo_softProbability *sp = &c.si.softProbability[0];
   if (state.range(0) == 0) {
     constrainChannels(sp, NUVO_PROBABILITY_CONSTRAINT_GLOBAL, 0.02);
     sp->globalPdf = cArray<double>({0.55, 0.45});
+  } else if (state.range(0) == 2) {
+    constrainChannels(sp, NUVO_PROBABILITY_CONSTRAINT_GLOBAL, 0.02);
+    sp->globalPdf = cArray<double>({1.0 - tiChannel, tiChannel});
   } else {
     constrainChannels(sp, NUVO_PROBABILITY_CONSTRAINT_LOCAL, 0.05);
     sp->localPdfImage = cArray<nuvo_image>({{}});
@@ -200,7 +209,7 @@ void BM_Channels2DProbability(benchmark::State &state) {
   }
   runCase(state, &c);
 }
-BENCHMARK(BM_Channels2DProbability)->Arg(0)->Arg(1)->Unit(benchmark::kSecond)->Iterations(3);
+BENCHMARK(BM_Channels2DProbability)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kSecond)->Iterations(3);
 
 void BM_Lenses3D(benchmark::State &state) {
   nuvo_image ti;
