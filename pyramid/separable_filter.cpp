@@ -44,7 +44,7 @@ void linePass(Sums in, const Layout &l, const TapTable &taps, double *outValue, 
     const double *sw = kWeighted ? in.weight + o * l.n : nullptr;
     for (std::size_t i = 0; i < nOut; ++i) {
       double v = 0.0, w = 0.0;
-      for (int t = taps.first[i]; t < taps.first[i + 1]; ++t) {
+      for (std::size_t t = taps.first[i]; t < taps.first[i + 1]; ++t) {
         const int j = taps.index[t];
         const double c = taps.weight[t];
         if constexpr (kWeighted) {
@@ -73,7 +73,7 @@ void pass(Sums in, const Layout &l, const TapTable &taps, double *outValue, doub
       double *dw = outWeight + (o * nOut + i) * l.inner;
       std::fill(dv, dv + l.inner, 0.0);
       std::fill(dw, dw + l.inner, 0.0);
-      for (int t = taps.first[i]; t < taps.first[i + 1]; ++t) {
+      for (std::size_t t = taps.first[i]; t < taps.first[i + 1]; ++t) {
         const std::size_t from = (o * l.n + static_cast<std::size_t>(taps.index[t])) * l.inner;
         const double *sv = in.value + from;
         const double c = taps.weight[t];
@@ -108,7 +108,7 @@ TapTable reductionTaps(int n, int k, const double *w, int shift, int nOut) {
         t.index.push_back(static_cast<int>(c + d));
         t.weight.push_back(w[std::abs(d)]);
       }
-    t.first.push_back(static_cast<int>(t.index.size()));
+    t.first.push_back(t.index.size());
   }
   return t;
 }
@@ -119,15 +119,15 @@ TapTable expansionTaps(int n, int k, const double *w, int nOut) {
   t.first.push_back(0);
   for (int i = 0; i < nOut; ++i) {
     // Coarse nodes j with j k in [i - k, i + k].
-    const int jmin = std::max(0, (i + k - 1) / k - 1);
-    const int jmax = std::min(n - 1, i / k + 1);
-    for (int j = jmin; j <= jmax; ++j) {
-      const long long d = std::llabs(i - static_cast<long long>(j) * k);
+    const long long jmin = std::max(0LL, (i + k - 1LL) / k - 1);
+    const long long jmax = std::min(n - 1LL, i / k + 1LL);
+    for (long long j = jmin; j <= jmax; ++j) {
+      const long long d = std::llabs(i - j * k);
       if (d > k) continue;
-      t.index.push_back(j);
+      t.index.push_back(static_cast<int>(j));
       t.weight.push_back(k * w[d]);
     }
-    t.first.push_back(static_cast<int>(t.index.size()));
+    t.first.push_back(t.index.size());
   }
   return t;
 }

@@ -13,7 +13,7 @@ namespace nuvo {
 // the weights weight[t], for t in [first[i], first[i + 1]). Built once per call,
 // so that the passes allocate nothing per node.
 struct TapTable {
-  std::vector<int> first;
+  std::vector<std::size_t> first;
   std::vector<int> index;
   std::vector<double> weight;
 };

@@ -22,6 +22,7 @@ using nuvo_test::makeStripeImage;
 using nuvo_test::setTrainingImageCount;
 using nuvo_test::valuesOf;
 
+using nuvo::test::TempStream;
 using Recorder = nuvo::test::WarningRecorder;
 
 // Replaces an owned text by one of `length` characters.
@@ -106,53 +107,6 @@ nuvo_image *transformImage(int nx, int ny, double value) {
   nuvo_image *image = initialisedRecords<nuvo_image>(1, NUVOInitImage);
   makeImage(image, nx, ny, 1, {"lower"}, [value](int, int, int, int) { return value; });
   return image;
-}
-
-// Valid constraint records on the classes [-0.5, 0.5[ and [0.5, 1.5[ of the
-// stripes, for the checks that pyramids exclude them.
-nuvo_softProbability validGlobalConstraint() {
-  nuvo_softProbability sp;
-  NUVOInitSoftProbability(&sp);
-  sp.probabilityConstraintUsage = NUVO_PROBABILITY_CONSTRAINT_GLOBAL;
-  sp.classOfValues = nuvo_test::newClasses("2  1 -0.5 0.5  1 0.5 1.5");
-  sp.comparingPdfMethod = NUVO_COMPARING_PDF_JSD;
-  sp.constantThreshold = 0.01;
-  sp.globalPdf = valuesOf<double>({0.5, 0.5});
-  return sp;
-}
-nuvo_blockData validBlockData() {
-  nuvo_blockData bd;
-  NUVOInitBlockData(&bd);
-  bd.blockDataUsage = NUVO_BLOCK_DATA_MEAN;
-  EXPECT_EQ(NUVOReadBlockData(&bd, nuvo::test::TempStream("1\n1 0.5 0.1 0 1\n0 0 0\n").get()), 0);
-  return bd;
-}
-nuvo_connectivity validConnectivity(int usage) {
-  nuvo_connectivity c;
-  NUVOInitConnectivity(&c);
-  c.connectivityConstraintUsage = usage;
-  c.classOfValues = nuvo_test::newClasses("2  1 -0.5 0.5  1 0.5 1.5");
-  c.varName = nuvo_test::ownedText("label");
-  c.tiAsRefFlag = 1;
-  c.threshold = 0.1;
-  return c;
-}
-
-// One pyramid level (steps 2, 2, 0, hierarchical, default factors) for the only
-// variable, of the given type.
-void oneLevelPyramid(nuvo_simInput &s, int type) {
-  nuvo_pyramidGeneralParameters &g = *s.pyramidGeneralParameters;
-  g.npyramidLevel = 1;
-  g.kx = valuesOf<int>({2});
-  g.ky = valuesOf<int>({2});
-  g.kz = valuesOf<int>({0});
-  g.pyramidSimulationMode = PYRAMID_SIM_HIERARCHICAL;
-  g.factorNneighboringNode = valuesOf<double>({0.5, 0.5, 0.5 / 3, 0.5, 1.0});
-  g.factorDistanceThreshold = valuesOf<double>({1, 1, 1, 1, 1});
-  g.factorMaxScanFraction = valuesOf<double>({1, 4});
-  s.pyramidParameters = initialisedRecords<nuvo_pyramidParameters>(1, NUVOInitPyramidParameters);
-  s.pyramidParameters[0].nlevel = 1;
-  s.pyramidParameters[0].pyramidType = type;
 }
 
 struct Case {
@@ -246,58 +200,6 @@ const Case kCases[] = {
      [](nuvo_simInput &s) { s.maxScanFraction[0] = 0.0, s.homothetyUsage = 1; }, -734},
     {"pyramid levels -1", [](nuvo_simInput &s) { s.pyramidGeneralParameters->npyramidLevel = -1; },
      -3621},
-    // A consistent pyramid passes every check, then meets the refusal of pyramid
-    // simulation, which is not available yet.
-    {"categorical pyramid", [](nuvo_simInput &s) { oneLevelPyramid(s, PYRAMID_CATEGORICAL_AUTO); },
-     -3520},
-    {"pyramid variable short of the levels",
-     [](nuvo_simInput &s) {
-       oneLevelPyramid(s, PYRAMID_CATEGORICAL_AUTO);
-       s.pyramidParameters[0].nlevel = 0;
-     },
-     -3655},
-    {"categorical pyramid on a continuous distance",
-     [](nuvo_simInput &s) {
-       oneLevelPyramid(s, PYRAMID_CATEGORICAL_TO_CONTINUOUS);
-       s.distanceType[0] = 1;
-     },
-     -3657},
-    {"continuous pyramid on categories",
-     [](nuvo_simInput &s) { oneLevelPyramid(s, PYRAMID_CONTINUOUS); }, -3658},
-    {"continuous pyramid on a continuous distance",
-     [](nuvo_simInput &s) {
-       oneLevelPyramid(s, PYRAMID_CONTINUOUS);
-       s.distanceType[0] = 2;
-     },
-     -3520},
-    {"pyramid with a probability constraint",
-     [](nuvo_simInput &s) {
-       oneLevelPyramid(s, PYRAMID_CATEGORICAL_AUTO);
-       NUVOFreeSoftProbability(&s.softProbability[0]);
-       s.softProbability[0] = validGlobalConstraint();
-     },
-     -3665},
-    {"pyramid with block data",
-     [](nuvo_simInput &s) {
-       oneLevelPyramid(s, PYRAMID_CATEGORICAL_AUTO);
-       NUVOFreeBlockData(&s.blockData[0]);
-       s.blockData[0] = validBlockData();
-     },
-     -3666},
-    {"pyramid with a connectivity pattern",
-     [](nuvo_simInput &s) {
-       oneLevelPyramid(s, PYRAMID_CATEGORICAL_AUTO);
-       NUVOFreeConnectivity(&s.connectivity[0]);
-       s.connectivity[0] = validConnectivity(NUVO_CONNECTIVITY_PATTERN);
-     },
-     -3667},
-    {"pyramid with connecting paths",
-     [](nuvo_simInput &s) {
-       oneLevelPyramid(s, PYRAMID_CATEGORICAL_AUTO);
-       NUVOFreeConnectivity(&s.connectivity[0]);
-       s.connectivity[0] = validConnectivity(NUVO_CONNECTIVITY_PATHS_RANDOM_ORDER);
-     },
-     -2095},
     {"tolerance 100", [](nuvo_simInput &s) { s.tolerance = 100.0; }, 0},
     {"tolerance 100.5", [](nuvo_simInput &s) { s.tolerance = 100.5; }, -677},
     {"post-processing paths 101", [](nuvo_simInput &s) { s.npostProcessingPathMax = 101; }, -1662},
@@ -557,6 +459,56 @@ TEST_F(ValidateSimInputTest, AStopRequestOrACallbackCodeEndsValidation) {
   EXPECT_EQ(NUVOValidateSimInput(&si_, nullptr, nullptr, &error), 0);
   EXPECT_EQ(error, 0);
   EXPECT_EQ(neighborhood().rx, 9.0);
+}
+
+// One pyramid level (steps 2, 2, 0, default factors) for the only variable, then
+// one inconsistency with the rest of the input at a time.
+TEST_F(ValidateSimInputTest, PyramidsAgainstTheInput) {
+  *si_.pyramidGeneralParameters = {1,
+                                   valuesOf<int>({2}),
+                                   valuesOf<int>({2}),
+                                   valuesOf<int>({0}),
+                                   PYRAMID_SIM_HIERARCHICAL,
+                                   valuesOf<double>({0.5, 0.5, 0.5 / 3, 0.5, 1}),
+                                   valuesOf<double>({1, 1, 1, 1, 1}),
+                                   valuesOf<double>({1, 4})};
+  si_.pyramidParameters = initialisedRecords<nuvo_pyramidParameters>(1, NUVOInitPyramidParameters);
+  nuvo_pyramidParameters &p = si_.pyramidParameters[0];
+  p = {1, PYRAMID_CATEGORICAL_AUTO, nullptr};
+  EXPECT_EQ(verdict(), -3520);  // consistent: refused only because pyramid simulation is not built
+  p.nlevel = 0;
+  EXPECT_EQ(verdict(), -3655);
+  p.nlevel = 1;
+  si_.distanceType[0] = 1;
+  EXPECT_EQ(verdict(), -3657);
+  p.pyramidType = PYRAMID_CONTINUOUS;
+  EXPECT_EQ(verdict(), -3520);
+  si_.distanceType[0] = 0;
+  EXPECT_EQ(verdict(), -3658);
+  p.pyramidType = PYRAMID_CATEGORICAL_TO_CONTINUOUS;
+
+  constexpr char kClasses[] = "2  1 -0.5 0.5  1 0.5 1.5";  // the two stripe values
+  nuvo_softProbability &sp = si_.softProbability[0];
+  sp.probabilityConstraintUsage = NUVO_PROBABILITY_CONSTRAINT_GLOBAL;
+  sp.classOfValues = nuvo_test::newClasses(kClasses);
+  sp.comparingPdfMethod = NUVO_COMPARING_PDF_JSD;
+  sp.constantThreshold = 0.01;
+  sp.globalPdf = valuesOf<double>({0.5, 0.5});
+  EXPECT_EQ(verdict(), -3665);
+  NUVOFreeSoftProbability(&sp);
+  si_.blockData[0].blockDataUsage = NUVO_BLOCK_DATA_MEAN;
+  ASSERT_EQ(NUVOReadBlockData(&si_.blockData[0], TempStream("1\n1 0.5 0.1 0 1\n0 0 0\n").get()), 0);
+  EXPECT_EQ(verdict(), -3666);
+  NUVOFreeBlockData(&si_.blockData[0]);
+  nuvo_connectivity &c = si_.connectivity[0];
+  c.connectivityConstraintUsage = NUVO_CONNECTIVITY_PATHS_DISTANCE_ORDER;
+  c.classOfValues = nuvo_test::newClasses(kClasses);
+  c.varName = nuvo_test::ownedText("label");
+  c.tiAsRefFlag = 1;
+  c.threshold = 0.1;
+  EXPECT_EQ(verdict(), -2095);  // connecting paths pass the pyramid checks
+  c.connectivityConstraintUsage = NUVO_CONNECTIVITY_PATTERN;
+  EXPECT_EQ(verdict(), -3667);
 }
 
 }  // namespace
