@@ -18,6 +18,7 @@
 #include "nuvo_path.h"
 #include "nuvo_pointset.h"
 #include "nuvo_progress.h"
+#include "nuvo_pyramid.h"
 #include "nuvo_pyramidparams.h"
 #include "nuvo_random.h"
 #include "nuvo_searchneighborhood.h"

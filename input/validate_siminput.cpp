@@ -204,6 +204,37 @@ int checkScanFractions(const nuvo_simInput &si, const double *fraction) {
   return 0;
 }
 
+// Pyramids against the rest of the input: the deepest variable must reach the
+// general number of levels; a variable compared by non-matching nodes (distance
+// type 0) is a category and needs a categorical pyramid type, any other needs the
+// continuous one; probability constraints, block data and connectivity patterns
+// act on the full-resolution grid only and are excluded.
+int checkPyramidsWithInput(const nuvo_simInput &si) {
+  int deepest = 0;
+  for (int iv = 0; iv < si.nvar; ++iv) deepest = std::max(deepest, si.pyramidParameters[iv].nlevel);
+  NUVO_FAIL_IF(deepest != si.pyramidGeneralParameters->npyramidLevel, -3655);
+  for (int iv = 0; iv < si.nvar; ++iv) {
+    if (si.pyramidParameters[iv].nlevel < 1) continue;
+    const bool categoricalType = si.pyramidParameters[iv].pyramidType != PYRAMID_CONTINUOUS;
+    const bool categoricalDistance = si.distanceType[iv] == 0;
+    NUVO_FAIL_IF(categoricalType && !categoricalDistance, -3657);
+    NUVO_FAIL_IF(!categoricalType && categoricalDistance, -3658);
+  }
+  for (int iv = 0; iv < si.nvar; ++iv)
+    NUVO_FAIL_IF(
+        si.softProbability != nullptr &&
+            si.softProbability[iv].probabilityConstraintUsage != NUVO_PROBABILITY_CONSTRAINT_NONE,
+        -3665);
+  for (int iv = 0; iv < si.nvar; ++iv)
+    NUVO_FAIL_IF(si.blockData != nullptr && si.blockData[iv].blockDataUsage != NUVO_BLOCK_DATA_NONE,
+                 -3666);
+  for (int iv = 0; iv < si.nvar; ++iv)
+    NUVO_FAIL_IF(si.connectivity != nullptr &&
+                     si.connectivity[iv].connectivityConstraintUsage >= NUVO_CONNECTIVITY_PATTERN,
+                 -3667);
+  return 0;
+}
+
 int checkPyramids(const nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progressCallback callback,
                   int *error) {
   const nuvo_pyramidGeneralParameters *general = si.pyramidGeneralParameters;
@@ -216,6 +247,7 @@ int checkPyramids(const nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progre
   }
   for (int iv = 0; iv < si.nvar && *error == 0; ++iv)
     NUVO_TRY(NUVOValidatePyramidParameters(&si.pyramidParameters[iv], pm, callback, error));
+  if (*error == 0) *error = checkPyramidsWithInput(si);
   return 0;
 }
 

@@ -91,5 +91,13 @@ int main(void) {
   NUVOIntToString(7, text, 3);
   check(strcmp(text, "007") == 0, "NUVOIntToString");
 
+  /* A row of 5 values reduced by 2: the centre node takes (1, 4, 6, 4, 1) / 16. */
+  double w[3], row[5] = {0.0, 0.0, 16.0, 0.0, 0.0}, coarse[3], weight[3];
+  NUVOPyramidWeight(2, -1.0, w);
+  check(NUVOPyramidReduce(row, 5, 1, 1, 2, 0, 0, w, NULL, NULL, 0, 0, 0, 3, 1, 1, coarse, weight,
+                          0.6) == 0 &&
+            coarse[1] == 6.0,
+        "NUVOPyramidReduce");
+
   return failures == 0 ? 0 : 1;
 }

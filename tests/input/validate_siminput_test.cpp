@@ -9,6 +9,8 @@
 #include "nuvo_siminput.h"
 #include "nuvo_synthetic.h"
 #include "siminput_builder.hpp"
+#include "tests/constraints/test_files.hpp"
+#include "tests/support/temp_stream.hpp"
 #include "tests/support/warning_recorder.hpp"
 
 namespace {
@@ -20,6 +22,7 @@ using nuvo_test::makeStripeImage;
 using nuvo_test::setTrainingImageCount;
 using nuvo_test::valuesOf;
 
+using nuvo::test::TempStream;
 using Recorder = nuvo::test::WarningRecorder;
 
 // Replaces an owned text by one of `length` characters.
@@ -456,6 +459,56 @@ TEST_F(ValidateSimInputTest, AStopRequestOrACallbackCodeEndsValidation) {
   EXPECT_EQ(NUVOValidateSimInput(&si_, nullptr, nullptr, &error), 0);
   EXPECT_EQ(error, 0);
   EXPECT_EQ(neighborhood().rx, 9.0);
+}
+
+// One pyramid level (steps 2, 2, 0, default factors) for the only variable, then
+// one inconsistency with the rest of the input at a time.
+TEST_F(ValidateSimInputTest, PyramidsAgainstTheInput) {
+  *si_.pyramidGeneralParameters = {1,
+                                   valuesOf<int>({2}),
+                                   valuesOf<int>({2}),
+                                   valuesOf<int>({0}),
+                                   PYRAMID_SIM_HIERARCHICAL,
+                                   valuesOf<double>({0.5, 0.5, 0.5 / 3, 0.5, 1}),
+                                   valuesOf<double>({1, 1, 1, 1, 1}),
+                                   valuesOf<double>({1, 4})};
+  si_.pyramidParameters = initialisedRecords<nuvo_pyramidParameters>(1, NUVOInitPyramidParameters);
+  nuvo_pyramidParameters &p = si_.pyramidParameters[0];
+  p = {1, PYRAMID_CATEGORICAL_AUTO, nullptr};
+  EXPECT_EQ(verdict(), -3520);  // consistent: refused only because pyramid simulation is not built
+  p.nlevel = 0;
+  EXPECT_EQ(verdict(), -3655);
+  p.nlevel = 1;
+  si_.distanceType[0] = 1;
+  EXPECT_EQ(verdict(), -3657);
+  p.pyramidType = PYRAMID_CONTINUOUS;
+  EXPECT_EQ(verdict(), -3520);
+  si_.distanceType[0] = 0;
+  EXPECT_EQ(verdict(), -3658);
+  p.pyramidType = PYRAMID_CATEGORICAL_TO_CONTINUOUS;
+
+  constexpr char kClasses[] = "2  1 -0.5 0.5  1 0.5 1.5";  // the two stripe values
+  nuvo_softProbability &sp = si_.softProbability[0];
+  sp.probabilityConstraintUsage = NUVO_PROBABILITY_CONSTRAINT_GLOBAL;
+  sp.classOfValues = nuvo_test::newClasses(kClasses);
+  sp.comparingPdfMethod = NUVO_COMPARING_PDF_JSD;
+  sp.constantThreshold = 0.01;
+  sp.globalPdf = valuesOf<double>({0.5, 0.5});
+  EXPECT_EQ(verdict(), -3665);
+  NUVOFreeSoftProbability(&sp);
+  si_.blockData[0].blockDataUsage = NUVO_BLOCK_DATA_MEAN;
+  ASSERT_EQ(NUVOReadBlockData(&si_.blockData[0], TempStream("1\n1 0.5 0.1 0 1\n0 0 0\n").get()), 0);
+  EXPECT_EQ(verdict(), -3666);
+  NUVOFreeBlockData(&si_.blockData[0]);
+  nuvo_connectivity &c = si_.connectivity[0];
+  c.connectivityConstraintUsage = NUVO_CONNECTIVITY_PATHS_DISTANCE_ORDER;
+  c.classOfValues = nuvo_test::newClasses(kClasses);
+  c.varName = nuvo_test::ownedText("label");
+  c.tiAsRefFlag = 1;
+  c.threshold = 0.1;
+  EXPECT_EQ(verdict(), -2095);  // connecting paths pass the pyramid checks
+  c.connectivityConstraintUsage = NUVO_CONNECTIVITY_PATTERN;
+  EXPECT_EQ(verdict(), -3667);
 }
 
 }  // namespace
