@@ -9,7 +9,7 @@ namespace nuvo {
 // A node is in the class when its value is informed and not 0, so an indicator
 // variable (1 inside, 0 outside) names its class directly.
 inline bool inClass(double value) {
-  return value != 0.0 && value != NUVO_MISSING_VALUE;
+  return (value != 0.0) & (value != NUVO_MISSING_VALUE);
 }
 
 // part / whole, or the missing value when no pair qualifies.

@@ -14,9 +14,9 @@ LagStatistic connectivityFunction(int connectivity) {
     return [&g, labels = labelGeobodies(g, v, connectivity)](int hx, int hy, int hz) {
       long long both = 0, connected = 0;
       forEachLagPair(g, labels.data(), hx, hy, hz, [&](int a, int b) {
-        if (a == 0 || b == 0) return;
-        ++both;
-        connected += a == b;
+        const bool inside = (a != 0) & (b != 0);
+        both += inside;
+        connected += inside & (a == b);
       });
       return classShare(connected, both);
     };

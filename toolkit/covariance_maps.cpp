@@ -17,15 +17,17 @@ struct PairMoments {
 
 PairMoments momentsAt(const nuvo_grid &g, const double *v, double shift, int hx, int hy, int hz) {
   PairMoments m;
-  forEachInformedPair(g, v, hx, hy, hz, [&](double a, double b) {
-    a -= shift;
-    b -= shift;
+  forEachLagPair(g, v, hx, hy, hz, [&](double a, double b) {
+    // An uninformed pair becomes (0, 0), which adds nothing to the sums.
+    const bool informed = informedPair(a, b);
+    a = informed ? a - shift : 0.0;
+    b = informed ? b - shift : 0.0;
     m.a += a;
     m.b += b;
     m.aa += a * a;
     m.bb += b * b;
     m.ab += a * b;
-    ++m.n;
+    m.n += informed;
   });
   return m;
 }

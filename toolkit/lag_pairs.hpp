@@ -28,13 +28,12 @@ void forEachLagPair(const nuvo_grid &g, const T *v, int hx, int hy, int hz, Visi
     }
 }
 
-// As forEachLagPair, over the pairs whose two values are both informed.
-template <typename Visit>
-void forEachInformedPair(const nuvo_grid &g, const double *v, int hx, int hy, int hz,
-                         Visit &&visit) {
-  forEachLagPair(g, v, hx, hy, hz, [&](double a, double b) {
-    if (a != NUVO_MISSING_VALUE && b != NUVO_MISSING_VALUE) visit(a, b);
-  });
+// True when both values of a pair are informed. The statistics below take every
+// pair and let this flag zero the uninformed ones instead of branching on it: the
+// pair walk then runs without a mispredicted branch at each missing value, and
+// adding a zero leaves a sum as it was.
+inline bool informedPair(double a, double b) {
+  return (a != NUVO_MISSING_VALUE) & (b != NUVO_MISSING_VALUE);
 }
 
 struct LagSum {
@@ -46,9 +45,11 @@ struct LagSum {
 template <typename PairStat>
 LagSum sumOverLag(const nuvo_grid &g, const double *v, int hx, int hy, int hz, PairStat &&stat) {
   LagSum r;
-  forEachInformedPair(g, v, hx, hy, hz, [&](double a, double b) {
-    r.sum += stat(a, b);
-    ++r.pairs;
+  forEachLagPair(g, v, hx, hy, hz, [&](double a, double b) {
+    const bool informed = informedPair(a, b);
+    const double s = stat(a, b);
+    r.sum += informed ? s : 0.0;
+    r.pairs += informed;
   });
   return r;
 }

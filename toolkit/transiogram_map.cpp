@@ -11,10 +11,12 @@ namespace {
 LagValue transiogram(const nuvo_grid &g, const double *v) {
   return [&g, v](int hx, int hy, int hz) {
     long long from = 0, to = 0;
-    forEachInformedPair(g, v, hx, hy, hz, [&](double a, double b) {
-      if (!inClass(a)) return;
-      ++from;
-      to += inClass(b);
+    forEachLagPair(g, v, hx, hy, hz, [&](double a, double b) {
+      // Pairs from the class to an informed head, and those of them that land
+      // in the class.
+      const bool leaves = inClass(a) & (b != NUVO_MISSING_VALUE);
+      from += leaves;
+      to += leaves & (b != 0.0);
     });
     return classShare(to, from);
   };
