@@ -33,53 +33,56 @@ int variableIndex(const nuvo_image &image, const std::string &path, const std::s
   return -1;
 }
 
-// Reads one image and measures it; its patterns go into `patterns` (categorical
-// variables only).
-int measureFile(const std::string &path, const AnalyzeOptions &options, const MeasurePlan &plan,
-                std::vector<Measure> *measures, PatternHistogram *patterns) {
-  Image image;
-  if (const int status = readImageFile(path, ImageFormat::kByExtension, *image.get());
-      status != kSuccess)
+// Reads one image and finds the analysed variable in it.
+int readAnalysed(const std::string &path, const AnalyzeOptions &options, nuvo_image *image,
+                 int *iv) {
+  if (const int status = readImageFile(path, ImageFormat::kByExtension, *image); status != kSuccess)
     return status;
-  const int iv = variableIndex(*image.get(), path, options.variable);
-  if (iv < 0) return kInputError;
-  if (const int rc = measureImage(*image.get(), iv, plan, measures); rc != 0) {
+  *iv = variableIndex(*image, path, options.variable);
+  return *iv < 0 ? kInputError : kSuccess;
+}
+
+// Measures variable iv of one image; its patterns go into `patterns` (categorical
+// variables only).
+int measure(const nuvo_image &image, int iv, const std::string &path, const MeasurePlan &plan,
+            std::vector<Measure> *measures, PatternHistogram *patterns) {
+  if (const int rc = measureImage(image, iv, plan, measures); rc != 0) {
     reportFailure(path, libraryMessage(rc));
     return kInputError;
   }
-  if (!plan.categories.empty()) patterns->add(*image.get(), iv);
+  if (!plan.categories.empty()) patterns->add(image, iv);
   return kSuccess;
 }
 
 int runAnalyze(const AnalyzeOptions &options) {
   MeasurePlan plan{{}, options.lags};
-  std::string variableName;
-  {
-    Image ti;
-    if (const int status =
-            readImageFile(options.trainingImage, ImageFormat::kByExtension, *ti.get());
-        status != kSuccess)
-      return status;
-    const int iv = variableIndex(*ti.get(), options.trainingImage, options.variable);
-    if (iv < 0) return kInputError;
-    variableName = ti->varName[iv];
-    if (const int rc = findCategories(*ti.get(), iv, &plan.categories); rc != 0) {
-      reportFailure(options.trainingImage, libraryMessage(rc));
-      return kInputError;
-    }
+  Image ti;
+  int tiVariable = 0;
+  if (const int status = readAnalysed(options.trainingImage, options, ti.get(), &tiVariable);
+      status != kSuccess)
+    return status;
+  if (const int rc = findCategories(*ti.get(), tiVariable, &plan.categories); rc != 0) {
+    reportFailure(options.trainingImage, libraryMessage(rc));
+    return kInputError;
   }
   std::vector<Measure> tiMeasures;
   PatternHistogram tiPatterns(plan.categories), realizationPatterns(plan.categories);
   if (const int status =
-          measureFile(options.trainingImage, options, plan, &tiMeasures, &tiPatterns);
+          measure(*ti.get(), tiVariable, options.trainingImage, plan, &tiMeasures, &tiPatterns);
       status != kSuccess)
     return status;
+  // One realization in memory at a time.
   std::vector<std::vector<Measure>> realizationMeasures(options.realizations.size());
-  for (std::size_t r = 0; r < options.realizations.size(); ++r)
-    if (const int status = measureFile(options.realizations[r], options, plan,
-                                       &realizationMeasures[r], &realizationPatterns);
-        status != kSuccess)
-      return status;
+  for (std::size_t r = 0; r < options.realizations.size(); ++r) {
+    Image realization;
+    int iv = 0;
+    const std::string &path = options.realizations[r];
+    int status = readAnalysed(path, options, realization.get(), &iv);
+    if (status == kSuccess)
+      status = measure(*realization.get(), iv, path, plan, &realizationMeasures[r],
+                       &realizationPatterns);
+    if (status != kSuccess) return status;
+  }
 
   const bool categorical = !plan.categories.empty();
   const Report report{summarise(tiMeasures, realizationMeasures),
@@ -87,7 +90,7 @@ int runAnalyze(const AnalyzeOptions &options) {
                           ? PatternHistogram::jensenShannonBits(tiPatterns, realizationPatterns)
                           : std::numeric_limits<double>::quiet_NaN()};
   std::printf("Training image: %s, variable %s, %s", options.trainingImage.c_str(),
-              variableName.c_str(), categorical ? "categorical" : "continuous");
+              ti->varName[tiVariable], categorical ? "categorical" : "continuous");
   if (categorical) std::printf(" (%zu categories)", plan.categories.size());
   std::printf("\nRealizations: %zu, summarised by their mean and 5-95 %% envelope\n",
               options.realizations.size());

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "nuvo_memory.h"
+#include "nuvo_text.h"
 #include "nuvo_variogram.h"
 #include "quantile.hpp"
 #include "records.hpp"
@@ -64,7 +65,7 @@ int makeIndicators(const nuvo_image &image, int iv, const std::vector<double> &c
   indicators->nxyzv = n * ncat;
   const double *v = image.var + static_cast<long long>(iv) * n;
   for (int k = 0; k < ncat; ++k) {
-    std::snprintf(indicators->varName[k], 128, "category%d", k);
+    std::snprintf(indicators->varName[k], NUVO_VAR_NAME_MAX + 1, "category%d", k);
     double *ind = indicators->var + static_cast<long long>(k) * n;
     for (int i = 0; i < n; ++i)
       ind[i] = v[i] == NUVO_MISSING_VALUE ? NUVO_MISSING_VALUE : v[i] == categories[k];
