@@ -2,6 +2,7 @@
 // three readings of the same moments of the pairs at each lag.
 #include <cmath>
 
+#include "data/values.hpp"
 #include "nuvo_variogram.h"
 #include "toolkit/lag_map.hpp"
 #include "toolkit/lag_pairs.hpp"
@@ -37,14 +38,8 @@ PairMoments momentsAt(const nuvo_grid &g, const double *v, double shift, int hx,
 // difference of products that gives a covariance then loses no digits to a large
 // common offset of the values.
 double informedMean(const nuvo_grid &g, const double *v) {
-  double sum = 0.0;
-  long long n = 0;
-  for (int i = 0; i < g.nxyz; ++i)
-    if (v[i] != NUVO_MISSING_VALUE) {
-      sum += v[i];
-      ++n;
-    }
-  return n > 0 ? sum / n : 0.0;
+  const InformedSummary s = summarizeInformed({v, static_cast<std::size_t>(g.nxyz)});
+  return s.n > 0 ? s.mean() : 0.0;
 }
 
 double covariance(const PairMoments &m) {
