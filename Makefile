@@ -21,7 +21,8 @@ sanitize: deps
 	  ctest --test-dir build/sanitize --output-on-failure -j$(JOBS)
 
 # The examples' training images and conditioning points, then the 2D example run
-# and its realizations and training image drawn as PNG in examples/channels2d/output/.
+# and its realizations and training image drawn as PNG in examples/channels2d/output/,
+# and the realizations' statistics compared with the training image's.
 NUVOSIM = build/release/apps/nuvosim
 CHANNELS = examples/channels2d
 demo: all
@@ -39,6 +40,8 @@ demo: all
 	  $(NUVOSIM) render $(CHANNELS)/output/channels_real$$r.gslib \
 	    $(CHANNELS)/output/channels_real$$r.png || exit 1; \
 	done
+	$(NUVOSIM) analyze $(CHANNELS)/ti.gslib $(CHANNELS)/output/channels_real0000*.gslib \
+	  --csv $(CHANNELS)/output/analysis.csv
 
 bench: deps
 	cmake -S . -B build/bench -DCMAKE_BUILD_TYPE=Release -DNUVO_ASSERTIONS=OFF \

@@ -39,6 +39,7 @@ int main(int argc, char **argv) {
   addRenderCommand(app);
   addGenerateCommand(app);
   addSampleCommand(app);
+  addAnalyzeCommand(app);
   app.footer(kFooter);  // after the subcommands, which would otherwise repeat it
 
   try {

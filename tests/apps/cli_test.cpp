@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -99,6 +100,8 @@ TEST_F(Cli, FailuresExitWithTheirStatusAndMessageAndWriteNothing) {
       {"info a.xyz", 1, "a.xyz"},
       {"render a.gslib b.png --var nope", 1, "no variable named nope"},
       {"render a.gslib b.png --slice 1", 1, "no slice 1"},
+      {"analyze a.gslib", 1, "REALIZATION is required"},
+      {"analyze a.gslib a.gslib --var nope", 2, "a.gslib: no variable named nope"},
       {"generate channels b.gslib --proportion 1.5", 1, "--proportion"},
       {"info short.gslib", 2, "short.gslib: ERROR 00730"},
       {"convert missing.vtk b.gslib", 2, "missing.vtk: ERROR 00109"},
@@ -122,8 +125,9 @@ TEST_F(Cli, VersionAndHelpWorkEverywhere) {
   r = run("--help");
   EXPECT_EQ(r.status, 0);
   EXPECT_NE(r.out.find("Exit status"), std::string::npos);
-  for (const char *command : {"run", "check", "info", "convert", "render", "generate",
-                              "generate channels", "generate lenses", "generate field", "sample"}) {
+  for (const char *command :
+       {"run", "check", "info", "convert", "render", "generate", "generate channels",
+        "generate lenses", "generate field", "sample", "analyze"}) {
     r = run(std::string(command) + " --help");
     EXPECT_EQ(r.status, 0) << command;
     EXPECT_NE(r.out.find(std::string("Usage: nuvosim ") + command), std::string::npos) << r.out;
@@ -149,6 +153,67 @@ TEST_F(Cli, ConvertRoundTripsThroughEveryImageFormat) {
   const Outcome info = run("info lenses.vtk");
   EXPECT_EQ(info.status, 0);
   EXPECT_NE(info.out.find("Number of variables:   1"), std::string::npos) << info.out;
+}
+
+// The rows of an analysis CSV file: value by "statistic,category,lag" and source.
+std::map<std::string, std::map<std::string, double>> readAnalysis(const fs::path &csv) {
+  std::map<std::string, std::map<std::string, double>> rows;
+  std::istringstream lines(readText(csv));
+  std::string line;
+  std::getline(lines, line);
+  EXPECT_EQ(line, "statistic,category,lag,source,value");
+  while (std::getline(lines, line)) {
+    std::vector<std::string> field;
+    std::istringstream cells(line);
+    for (std::string cell; std::getline(cells, cell, ',');) field.push_back(cell);
+    EXPECT_EQ(field.size(), 5u) << line;
+    if (field.size() == 5u)
+      rows[field[0] + "," + field[1] + "," + field[2]][field[3]] = std::stod(field[4]);
+  }
+  return rows;
+}
+
+TEST_F(Cli, AnalyzeSeesNoDifferenceInTheTrainingImageAndTheLossOfAShuffledCopy) {
+  ASSERT_EQ(run("generate channels ti.gslib --nx 60 --ny 50 --width 4 --seed 5").status, 0);
+  Outcome r = run("analyze ti.gslib ti.gslib ti.gslib --lags 3 --csv same.csv");
+  ASSERT_EQ(r.status, 0) << r.err;
+  EXPECT_NE(r.out.find("categorical (2 categories)"), std::string::npos) << r.out;
+  auto rows = readAnalysis(path("same.csv"));
+  // Proportions, two axes of variograms and connectivity at three lags, per category.
+  EXPECT_EQ(rows.size(), 2u * (1 + 2 * 2 * 3) + 1);
+  for (const auto &[key, sources] : rows) {
+    if (key.starts_with("js_divergence")) {
+      EXPECT_EQ(sources.at("realizations"), 0.0);
+      continue;
+    }
+    for (const char *source : {"mean", "p05", "p95"})
+      EXPECT_EQ(sources.at(source), sources.at("ti")) << key;
+  }
+
+  // The same values in another order: proportions kept, structure lost.
+  nuvo::test::EmptyImage image;
+  readImage("ti.gslib", NUVO_IMAGE_FORMAT_GSLIB, &image.image);
+  const int n = image->grid->nxyz;
+  std::vector<double> values(image->var, image->var + n);
+  for (int i = 0; i < n; ++i) image->var[i] = values[(i * 7919L) % n];
+  FILE *stream = std::fopen(path("shuffled.gslib").c_str(), "wb");
+  ASSERT_EQ(NUVOWriteImage(&image.image, "%.0f", NUVO_IMAGE_FORMAT_GSLIB, stream), 0);
+  std::fclose(stream);
+  r = run("analyze ti.gslib shuffled.gslib --lags 3 --csv shuffled.csv");
+  ASSERT_EQ(r.status, 0) << r.err;
+  rows = readAnalysis(path("shuffled.csv"));
+  EXPECT_EQ(rows.at("proportion,1,").at("mean"), rows.at("proportion,1,").at("ti"));
+  EXPECT_GT(rows.at("variogram_x,1,1").at("mean"), 4.0 * rows.at("variogram_x,1,1").at("ti"));
+  EXPECT_LT(rows.at("connectivity_y,1,3").at("mean"), 0.5 * rows.at("connectivity_y,1,3").at("ti"));
+  EXPECT_GT(rows.at("js_divergence_3x3,,").at("realizations"), 0.2);
+
+  ASSERT_EQ(run("generate field field.gslib --nx 30 --ny 20").status, 0);
+  r = run("analyze field.gslib field.gslib --lags 2 --csv field.csv");
+  ASSERT_EQ(r.status, 0) << r.err;
+  EXPECT_NE(r.out.find("continuous"), std::string::npos) << r.out;
+  rows = readAnalysis(path("field.csv"));
+  EXPECT_EQ(rows.size(), 7u + 2 * 2);
+  EXPECT_EQ(rows.at("median,,").at("mean"), rows.at("median,,").at("ti"));
 }
 
 // What is drawn is checked in the toolkit tests; here the file it is written to.

@@ -1,0 +1,131 @@
+// nuvosim analyze TI REALIZATION...: how well realizations reproduce the
+// statistics of their training image.
+#include <limits>
+#include <memory>
+
+#include "analysis_report.hpp"
+#include "commands.hpp"
+#include "files.hpp"
+#include "image_io.hpp"
+#include "image_measures.hpp"
+#include "pattern_histogram.hpp"
+#include "records.hpp"
+
+namespace nuvo::cli {
+
+namespace {
+
+struct AnalyzeOptions {
+  std::string trainingImage;
+  std::vector<std::string> realizations;
+  std::string variable;  // empty: the first variable of each image
+  int lags = 10;
+  std::string csv;
+};
+
+// The index of the analysed variable in `image`, or -1 (reported) when it has
+// no variable of that name.
+int variableIndex(const nuvo_image &image, const std::string &path, const std::string &name) {
+  if (name.empty()) return 0;
+  for (int iv = 0; iv < image.nvar; ++iv)
+    if (name == image.varName[iv]) return iv;
+  reportFailure(path, "no variable named " + name);
+  return -1;
+}
+
+// Reads one image and finds the analysed variable in it.
+int readAnalysed(const std::string &path, const AnalyzeOptions &options, nuvo_image *image,
+                 int *iv) {
+  if (const int status = readImageFile(path, ImageFormat::kByExtension, *image); status != kSuccess)
+    return status;
+  *iv = variableIndex(*image, path, options.variable);
+  return *iv < 0 ? kInputError : kSuccess;
+}
+
+// Measures variable iv of one image; its patterns go into `patterns` (categorical
+// variables only).
+int measure(const nuvo_image &image, int iv, const std::string &path, const MeasurePlan &plan,
+            std::vector<Measure> *measures, PatternHistogram *patterns) {
+  if (const int rc = measureImage(image, iv, plan, measures); rc != 0) {
+    reportFailure(path, libraryMessage(rc));
+    return kInputError;
+  }
+  if (!plan.categories.empty()) patterns->add(image, iv);
+  return kSuccess;
+}
+
+int runAnalyze(const AnalyzeOptions &options) {
+  MeasurePlan plan{{}, options.lags};
+  Image ti;
+  int tiVariable = 0;
+  if (const int status = readAnalysed(options.trainingImage, options, ti.get(), &tiVariable);
+      status != kSuccess)
+    return status;
+  if (const int rc = findCategories(*ti.get(), tiVariable, &plan.categories); rc != 0) {
+    reportFailure(options.trainingImage, libraryMessage(rc));
+    return kInputError;
+  }
+  std::vector<Measure> tiMeasures;
+  PatternHistogram tiPatterns(plan.categories), realizationPatterns(plan.categories);
+  if (const int status =
+          measure(*ti.get(), tiVariable, options.trainingImage, plan, &tiMeasures, &tiPatterns);
+      status != kSuccess)
+    return status;
+  // One realization in memory at a time.
+  std::vector<std::vector<Measure>> realizationMeasures(options.realizations.size());
+  for (std::size_t r = 0; r < options.realizations.size(); ++r) {
+    Image realization;
+    int iv = 0;
+    const std::string &path = options.realizations[r];
+    int status = readAnalysed(path, options, realization.get(), &iv);
+    if (status == kSuccess)
+      status = measure(*realization.get(), iv, path, plan, &realizationMeasures[r],
+                       &realizationPatterns);
+    if (status != kSuccess) return status;
+  }
+
+  const bool categorical = !plan.categories.empty();
+  const Report report{summarise(tiMeasures, realizationMeasures),
+                      categorical
+                          ? PatternHistogram::jensenShannonBits(tiPatterns, realizationPatterns)
+                          : std::numeric_limits<double>::quiet_NaN()};
+  std::printf("Training image: %s, variable %s, %s", options.trainingImage.c_str(),
+              ti->varName[tiVariable], categorical ? "categorical" : "continuous");
+  if (categorical) std::printf(" (%zu categories)", plan.categories.size());
+  std::printf("\nRealizations: %zu, summarised by their mean and 5-95 %% envelope\n",
+              options.realizations.size());
+  printReport(stdout, report);
+  if (options.csv.empty()) return kSuccess;
+  return writeOutput(options.csv, [&](std::FILE *stream) {
+    writeReportCsv(stream, report);
+    return std::string();
+  });
+}
+
+}  // namespace
+
+void addAnalyzeCommand(CLI::App &app) {
+  auto options = std::make_shared<AnalyzeOptions>();
+  CLI::App *command = app.add_subcommand(
+      "analyze", "Compare the statistics of realizations with those of their training image");
+  command->footer(
+      "A variable with at most 20 distinct values, all whole numbers, is categorical: for\n"
+      "each category its proportion, its indicator variogram and its connectivity function\n"
+      "(face neighbours) at lags 1 to --lags along x, y and z, and over all categories the\n"
+      "Jensen-Shannon divergence, in bits, between the histograms of the 3 x 3 patterns (x\n"
+      "by y, every layer) of the training image and of the realizations pooled. Otherwise:\n"
+      "mean, standard deviation, minimum, quartiles, maximum and variograms. Each statistic\n"
+      "of the training image is shown beside the mean and the 5-95 % envelope of the\n"
+      "realizations; --csv writes the same as rows statistic,category,lag,source,value.");
+  command->add_option("TI", options->trainingImage, "Training image file")->required();
+  command->add_option("REALIZATION", options->realizations, "Realization files")->required();
+  command->add_option("--var", options->variable,
+                      "Variable analysed in every image (default: the first of each)");
+  command->add_option("--lags", options->lags, "Largest lag, in nodes")
+      ->capture_default_str()
+      ->check(CLI::PositiveNumber);
+  command->add_option("--csv", options->csv, "CSV file to write");
+  setAction(command, [options] { return runAnalyze(*options); });
+}
+
+}  // namespace nuvo::cli
