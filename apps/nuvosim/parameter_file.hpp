@@ -37,9 +37,13 @@ std::filesystem::path parameterFolder(const std::string &path);
 int readParameterFile(const std::string &path, nuvo_simInputASCII &ascii);
 
 // Loads every file `ascii` names into the initialised `input` (run inside the
-// parameter file's folder). On failure reports the library's message and returns
-// kInputError.
+// parameter file's folder). On failure reports the library's message with the
+// file concerned and its problem, and returns kInputError.
 int loadSimInput(const std::string &path, const nuvo_simInputASCII &ascii, nuvo_simInput &input);
+
+// The input files that `ascii` names (training images, conditioning data, mask,
+// transform maps, constraint files), as written in the parameter file.
+std::vector<std::string> inputFiles(const nuvo_simInputASCII &ascii);
 
 // The files a simulation of `ascii` writes, as named in the parameter file:
 // realizations, additional maps and report.
