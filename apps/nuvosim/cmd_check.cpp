@@ -52,7 +52,10 @@ void addCheckCommand(CLI::App &app) {
   command->footer(
       "Warnings are listed as they come, then the first error, if any (exit status 2).\n"
       "Relative file names inside the parameter file are taken from its own folder.");
-  command->add_option("FILE", options->parameterFile, "Parameter file (.in)")->required();
+  command
+      ->add_option("FILE", options->parameterFile,
+                   "Parameter file (.in), or - for the standard input")
+      ->required();
   setAction(command, [options] { return runCheck(*options); });
 }
 

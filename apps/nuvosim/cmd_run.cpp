@@ -9,6 +9,7 @@
 
 #include "commands.hpp"
 #include "files.hpp"
+#include "nuvo_text.h"
 #include "progress_display.hpp"
 #include "simulation_setup.hpp"
 #include "staged_outputs.hpp"
@@ -28,7 +29,32 @@ struct RunOptions {
   std::string parameterFile;
   bool quiet = false;
   bool force = false;
+  int seed = 0;
+  int nrealization = 1;
+  std::string outputDir;
+  CLI::Option *seedOption = nullptr;
+  CLI::Option *nrealizationOption = nullptr;
 };
+
+// The settings of the command line that replace those of the parameter file.
+// Returns kSuccess or kUsageError (reported).
+int applyOptions(const RunOptions &options, nuvo_simInputASCII &ascii) {
+  if (options.seedOption->count() > 0) ascii.seed = options.seed;
+  if (options.nrealizationOption->count() > 0) ascii.nrealization = options.nrealization;
+  if (options.outputDir.empty()) return kSuccess;
+  // Taken from the folder the command started in, before the parameter file's.
+  const fs::path folder = fs::absolute(options.outputDir);
+  for (char *slot : outputNameSlots(ascii, ascii.nsimVar)) {
+    const std::string name = (folder / fs::path(slot).filename()).string();
+    if (name.size() > NUVO_FILE_NAME_MAX) {
+      reportFailure(
+          name, "name too long (at most " + std::to_string(NUVO_FILE_NAME_MAX) + " characters)");
+      return kUsageError;
+    }
+    std::memcpy(slot, name.c_str(), name.size() + 1);
+  }
+  return kSuccess;
+}
 
 // Prints `files` (at most kFilesListed of them) on `stream`, one per line.
 void listFiles(std::FILE *stream, const std::vector<std::string> &files) {
@@ -68,6 +94,7 @@ int runRun(const RunOptions &options) {
   ProgressDisplay display(!options.quiet && ::isatty(STDERR_FILENO) != 0, !options.quiet);
   SimulationSetup setup(path);
   if (const int status = setup.read(); status != kSuccess) return status;
+  if (const int status = applyOptions(options, setup.ascii()); status != kSuccess) return status;
   if (const int status = setup.check(); status != kSuccess) return status;
   if (const int status = setup.enter(); status != kSuccess) return status;
   StagedOutputs outputs(setup.ascii(), shownOutputs(path, setup.ascii()), options.force);
@@ -121,9 +148,23 @@ void addRunCommand(CLI::App &app) {
       "malformed file). Ctrl-C or SIGTERM stops the simulation: the outputs complete so\n"
       "far are kept and the exit status is 128 + the signal's number (130 for Ctrl-C, 143\n"
       "for SIGTERM); a second signal ends the program at once.");
-  command->add_option("FILE", options->parameterFile, "Parameter file (.in)")->required();
+  command
+      ->add_option("FILE", options->parameterFile,
+                   "Parameter file (.in), or - for the standard input")
+      ->required();
   command->add_flag("-q,--quiet", options->quiet, "No progress bar and no warnings");
   command->add_flag("-f,--force", options->force, "Replace outputs that exist already");
+  options->seedOption = command->add_option("--seed", options->seed,
+                                            "Seed of the first realization (replaces the file's)");
+  options->nrealizationOption = command
+                                    ->add_option("--nreal", options->nrealization,
+                                                 "Number of realizations (replaces the file's)")
+                                    ->check(numberCheck(true));
+  command
+      ->add_option("--output-dir", options->outputDir,
+                   "Folder of every output (taken from the current folder when relative); the "
+                   "names keep their last part")
+      ->option_text("DIR");
   setAction(command, [options] { return runRun(*options); });
 }
 

@@ -19,6 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kShownLength = 40;
+constexpr const char *kStandardInput = "-";
 
 bool blank(int c) {
   return std::isspace(static_cast<unsigned char>(c)) != 0;
@@ -99,6 +100,28 @@ void addPerRealization(std::vector<std::string> &files, const char *prefix, int 
   }
 }
 
+// The parameter file `path` ("-" for the standard input) as a seekable stream,
+// which the reader needs to put back a token that fails: a pipe is copied into
+// a temporary file first. Null after reporting a failure.
+File openParameterFile(const std::string &path) {
+  if (path != kStandardInput) {
+    File stream = openInput(path);
+    if (!stream || std::fseek(stream.get(), 0, SEEK_SET) == 0) return stream;
+  }
+  File copy{std::tmpfile()};
+  const File opened{path == kStandardInput ? nullptr : std::fopen(path.c_str(), "rb")};
+  std::FILE *from = path == kStandardInput ? stdin : opened.get();
+  if (!copy || from == nullptr) {
+    reportFailure(path, std::string("cannot be read (") + std::strerror(errno) + ")");
+    return nullptr;
+  }
+  char buffer[1 << 14];
+  for (std::size_t n = 0; (n = std::fread(buffer, 1, sizeof buffer, from)) > 0;)
+    std::fwrite(buffer, 1, n, copy.get());
+  std::rewind(copy.get());
+  return copy;
+}
+
 }  // namespace
 
 FolderChange::FolderChange(const fs::path &folder) {
@@ -119,11 +142,17 @@ FolderChange::~FolderChange() {
 }
 
 fs::path parameterFolder(const std::string &path) {
-  return fs::path(path).parent_path();
+  std::error_code error;
+  const fs::file_type type = fs::status(path, error).type();
+  // /dev/stdin and its kin stand for a stream even when it comes from a file.
+  const bool device = path.rfind("/dev/", 0) == 0 || path.rfind("/proc/", 0) == 0;
+  const bool stream = device || type == fs::file_type::fifo || type == fs::file_type::character ||
+                      type == fs::file_type::socket;
+  return path == kStandardInput || stream ? fs::path() : fs::path(path).parent_path();
 }
 
 int readParameterFile(const std::string &path, nuvo_simInputASCII &ascii) {
-  const File stream = openInput(path);
+  const File stream = openParameterFile(path);
   if (!stream) return kInputError;
   const int rc = NUVOReadSimInputASCII(&ascii, stream.get());
   if (rc == 0) return kSuccess;

@@ -32,7 +32,6 @@ std::string temporaryName(const std::string &name) {
 // Replaces the name in the owned buffer `slot` by its temporary twin; false when
 // the twin does not fit the buffer.
 bool renameSlot(char *slot) {
-  if (slot == nullptr) return true;
   const std::string twin = temporaryName(slot);
   if (twin.size() > NUVO_FILE_NAME_MAX) {
     reportFailure(slot, "name too long for its temporary twin " + twin);
@@ -93,20 +92,8 @@ int StagedOutputs::stage(nuvo_simInput &input) {
     std::fclose(probe);
     std::remove(temporaries_[k].c_str());
   }
-  int nnames = 0;
-  if (input.outputSimJob == OUTPUT_SIM_ALL_IN_ONE_FILE ||
-      input.outputSimJob == OUTPUT_SIM_ONE_FILE_PER_REALIZATION) {
-    nnames = 1;
-  } else if (input.outputSimJob == OUTPUT_SIM_ONE_FILE_PER_VARIABLE) {
-    for (int v = 0; v < input.nvar; ++v) nnames += input.outputVarFlag[v] != 0;
-  }
   bool fits = true;
-  for (int j = 0; j < nnames; ++j) fits = fits && renameSlot(input.outputSimImageFileName[j]);
-  for (char *name : {input.outputPathIndexFileName, input.outputErrorFileName,
-                     input.outputTiGridNodeIndexFileName, input.outputTiIndexFileName,
-                     input.outputReportFileName}) {
-    fits = fits && renameSlot(name);
-  }
+  for (char *slot : outputNameSlots(input, input.nvar)) fits = fits && renameSlot(slot);
   return fits ? kSuccess : kOutputError;
 }
 

@@ -192,4 +192,19 @@ TEST_F(CliChecks, ErrorsNameTheFieldOrTheFileAndTheReason) {
   }
 }
 
+// The parameter file from a pipe (names from the current folder), its seed and
+// number of realizations replaced, the outputs sent to another folder.
+TEST_F(CliChecks, RunOptionsReplaceTheFilesSettings) {
+  writeCase({{"1 ti.gslib", "1 case/ti.gslib"}});
+  Outcome r = run("run - --quiet --nreal 2 --seed 9 --output-dir res < case/tiny.in");
+  ASSERT_EQ(r.status, 0) << r.err;
+  nuvo::test::EmptyImage image;
+  readImage("res/sim.gslib", NUVO_IMAGE_FORMAT_GSLIB, &image.image);
+  EXPECT_EQ(image->nvar, 2);
+  r = run("run - --quiet --nreal 2 --output-dir res123 < case/tiny.in");
+  ASSERT_EQ(r.status, 0) << r.err;
+  EXPECT_NE(readText(path("res/sim.gslib")), readText(path("res123/sim.gslib")));
+  EXPECT_EQ(run("check /dev/stdin < case/tiny.in").status, 0);
+}
+
 }  // namespace
