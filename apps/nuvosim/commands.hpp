@@ -47,5 +47,6 @@ void addConvertCommand(CLI::App &app);
 void addRenderCommand(CLI::App &app);
 void addGenerateCommand(CLI::App &app);
 void addSampleCommand(CLI::App &app);
+void addTemplateCommand(CLI::App &app);
 
 }  // namespace nuvo::cli

@@ -38,6 +38,7 @@ int main(int argc, char **argv) {
   addRenderCommand(app);
   addGenerateCommand(app);
   addSampleCommand(app);
+  addTemplateCommand(app);
   app.footer(kFooter);  // after the subcommands, which would otherwise repeat it
 
   try {
