@@ -30,9 +30,9 @@ demo: all
 	$(NUVOSIM) generate channels $(CHANNELS)/reference.gslib --nx 200 --ny 200 --seed 7
 	$(NUVOSIM) sample $(CHANNELS)/reference.gslib 25 $(CHANNELS)/points.txt --seed 3
 	$(NUVOSIM) generate lenses examples/lenses3d/ti.gslib --nx 60 --ny 60 --nz 20 --seed 2
-	$(NUVOSIM) run $(CHANNELS)/channels2d.in
-	$(NUVOSIM) run $(CHANNELS)/turned.in
-	$(NUVOSIM) run $(CHANNELS)/sand45.in
+	$(NUVOSIM) run $(CHANNELS)/channels2d.in --force
+	$(NUVOSIM) run $(CHANNELS)/turned.in --force
+	$(NUVOSIM) run $(CHANNELS)/sand45.in --force
 	$(NUVOSIM) render $(CHANNELS)/ti.gslib $(CHANNELS)/output/ti.png
 	$(NUVOSIM) render $(CHANNELS)/output/turned_real00000.gslib $(CHANNELS)/output/turned.png
 	$(NUVOSIM) render $(CHANNELS)/output/sand45_real00000.gslib $(CHANNELS)/output/sand45.png

@@ -34,9 +34,21 @@ int failAt(FILE *stream, long start, int code) {
   return code;
 }
 
+// Whether the stream stands at the end of a token: white space, the end of the
+// file or a comment. Moves the stream.
+bool atTokenEnd(FILE *stream) {
+  const int c = std::fgetc(stream);
+  if (c == EOF || isSpace(c)) return true;
+  if (c != '/') return false;
+  const int next = std::fgetc(stream);
+  return next == '/' || next == '*';
+}
+
 // Reads a number of type T at the next token: collects the characters that may
-// belong to it, parses the longest prefix that forms a number and puts the rest
-// back, so that "3//note" reads 3 and leaves the comment.
+// belong to it and parses them, so that "3//note" reads 3 and leaves the comment.
+// The number must be the whole token: "1.0", "5e1" or "12x" for an integer, or
+// "0.5x" for a real, is refused at its start with the field's code, rather than
+// read in part and leaving the rest to be refused as the next field.
 template <typename T>
 int readNumber(FILE *stream, T *value, int code, const char *allowed) {
   long start = 0;
@@ -53,8 +65,11 @@ int readNumber(FILE *stream, T *value, int code, const char *allowed) {
   T parsed{};
   std::from_chars_result result = std::from_chars(text + skip, text + length, parsed);
   if (result.ec != std::errc{} || result.ptr == text + skip) return failAt(stream, start, code);
+  const long end = start + (result.ptr - text);
+  std::fseek(stream, end, SEEK_SET);
+  if (!atTokenEnd(stream)) return failAt(stream, start, code);
   *value = parsed;
-  std::fseek(stream, start + (result.ptr - text), SEEK_SET);
+  std::fseek(stream, end, SEEK_SET);
   return 0;
 }
 

@@ -4,8 +4,9 @@
 // Reading. Every reader skips comments first (NUVOSkipComments) and returns 0 or
 // the negative code the caller hands in for the field it reads: a missing token,
 // a malformed one, an unknown keyword and an end of file all give that code.
-// Numbers are parsed independently of the locale, with scanf's rule of taking
-// the longest prefix that forms a number; words end at white space. A token that
+// Numbers are parsed independently of the locale and must fill their whole token
+// (up to white space or a comment): "1.0" is not an integer; words end at white
+// space. A token that
 // cannot be read (malformed, too long, out of range, unknown) is put back: the
 // stream is left at its first character, so a caller can tell where reading
 // stopped. The stream must be seekable.

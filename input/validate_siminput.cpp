@@ -8,6 +8,7 @@
 #include "constraints/probability_checks.hpp"
 #include "data/values.hpp"
 #include "foundation/check.hpp"
+#include "input/finite_values.hpp"
 #include "input/resolve_neighborhood.hpp"
 #include "input/siminput_common.hpp"
 #include "input/transform_checks.hpp"
@@ -328,7 +329,9 @@ int validateSimInput(nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progressC
   NUVO_TRY(checkPyramids(si, pm, callback, error));
   if (*error != 0 || failed(checkPostProcessing(si))) return 0;
   if (failed(si.nrealization > kMaxRealization ? -678 : 0)) return 0;
-  if (failed(checkTrainImagePdf(si)) || failed(checkTransforms(si))) return 0;
+  if (failed(checkTrainImagePdf(si)) || failed(checkTransforms(si)) ||
+      failed(checkFiniteValues(si)))
+    return 0;
   *error = refuseUnavailableConstraints(si);
   return 0;
 }

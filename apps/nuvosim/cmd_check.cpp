@@ -4,9 +4,9 @@
 
 #include "commands.hpp"
 #include "files.hpp"
-#include "parameter_file.hpp"
 #include "progress_display.hpp"
-#include "records.hpp"
+#include "simulation_setup.hpp"
+#include "validation_place.hpp"
 
 namespace nuvo::cli {
 
@@ -18,27 +18,27 @@ struct CheckOptions {
 
 int runCheck(const CheckOptions &options) {
   const std::string &path = options.parameterFile;
-  SimInputASCII ascii;
-  if (const int status = readParameterFile(path, *ascii.get()); status != kSuccess) return status;
-  const FolderChange folder(parameterFolder(path));
-  if (!folder.entered()) return kInputError;
-  SimInput input;
-  if (const int status = loadSimInput(path, *ascii.get(), *input.get()); status != kSuccess) {
-    return status;
+  SimulationSetup setup(path);
+  for (auto step : {&SimulationSetup::read, &SimulationSetup::check, &SimulationSetup::load}) {
+    if (const int status = (setup.*step)(); status != kSuccess) return status;
   }
+  nuvo_simInput &input = setup.input();
   ProgressDisplay display(false, true);
+  display.addWarnings(setup.warnings());
   int verdict = 0;
   const int rc =
-      NUVOValidateSimInput(input.get(), display.monitor(), ProgressDisplay::callback, &verdict);
+      NUVOValidateSimInput(&input, display.monitor(), ProgressDisplay::callback, &verdict);
   if (rc != 0 || verdict != 0) {
-    reportFailure(path, libraryMessage(rc != 0 ? rc : verdict));
+    const int code = rc != 0 ? rc : verdict;
+    const std::string place = validationPlace(code, input);
+    reportFailure(path, (place.empty() ? "" : place + ": ") + libraryMessage(code));
     return kInputError;
   }
-  const nuvo_grid &grid = *input->simImage->grid;
+  const nuvo_grid &grid = *input.simImage->grid;
   std::printf(
       "%s: valid: %d x %d x %d grid, %d variable(s), %d training image(s), "
       "%d realization(s), %d warning(s)\n",
-      path.c_str(), grid.nx, grid.ny, grid.nz, input->nvar, input->ntrainImage, input->nrealization,
+      path.c_str(), grid.nx, grid.ny, grid.nz, input.nvar, input.ntrainImage, input.nrealization,
       display.warningCount());
   return kSuccess;
 }
@@ -52,7 +52,10 @@ void addCheckCommand(CLI::App &app) {
   command->footer(
       "Warnings are listed as they come, then the first error, if any (exit status 2).\n"
       "Relative file names inside the parameter file are taken from its own folder.");
-  command->add_option("FILE", options->parameterFile, "Parameter file (.in)")->required();
+  command
+      ->add_option("FILE", options->parameterFile,
+                   "Parameter file (.in), or - for the standard input")
+      ->required();
   setAction(command, [options] { return runCheck(*options); });
 }
 

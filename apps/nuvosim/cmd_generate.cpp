@@ -31,13 +31,13 @@ void addGenerator(CLI::App *command, const std::shared_ptr<GenerateOptions> &opt
   command->add_option("OUT", options->output, "Image file to write")->required();
   command->add_option("--nx", options->nx, "Number of nodes along x")
       ->capture_default_str()
-      ->check(CLI::PositiveNumber);
+      ->check(numberCheck(true));
   command->add_option("--ny", options->ny, "Number of nodes along y")
       ->capture_default_str()
-      ->check(CLI::PositiveNumber);
+      ->check(numberCheck(true));
   command->add_option("--nz", options->nz, "Number of nodes along z")
       ->capture_default_str()
-      ->check(CLI::PositiveNumber);
+      ->check(numberCheck(true));
   command->add_option("--seed", options->seed, "Seed of the random numbers")->capture_default_str();
   addFormatOption(command, "--to", options->to, "Format of OUT");
   addValueFormatOption(command, options->valueFormat);
@@ -82,7 +82,7 @@ void addGenerateCommand(CLI::App &app) {
       "field", "Smooth continuous field, variable value, about standard normal");
   command->add_option("--range", field->correlation, "Correlation length in nodes")
       ->capture_default_str()
-      ->check(CLI::PositiveNumber);
+      ->check(numberCheck(true));
   addGenerator(command, field, [](const GenerateOptions &o, nuvo_image *image) {
     return NUVOGenerateContinuousImage(image, o.nx, o.ny, o.nz, o.correlation, o.seed);
   });

@@ -1,5 +1,7 @@
 // nuvosim render IMAGE OUT.png: a picture of a 2D image or of a z-slice of a 3D one.
+#include <cctype>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <span>
 #include <vector>
@@ -123,13 +125,22 @@ void addRenderCommand(CLI::App &app) {
       "map from its minimum to its maximum; missing values are grey. The colours of each\n"
       "panel are printed, since the picture has no legend.");
   command->add_option("IMAGE", options->image, "Image file")->required();
-  command->add_option("OUT", options->output, "PNG file to write")->required();
+  command->add_option("OUT", options->output, "PNG file to write (extension .png)")
+      ->required()
+      ->check(CLI::Validator(
+          [](const std::string &name) -> std::string {
+            std::string extension = std::filesystem::path(name).extension().string();
+            for (char &c : extension)
+              c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+            return extension == ".png" ? "" : name + ": only PNG pictures are written (OUT.png)";
+          },
+          ""));
   addFormatOption(command, "--from", options->from, "Format of IMAGE");
   command
       ->add_option("--slice", options->slice,
                    "Index of the z-slice drawn (default: the middle one)")
       ->option_text("Z")
-      ->check(CLI::NonNegativeNumber);
+      ->check(numberCheck(false));
   command->add_option("--var", options->variables, "Draw only this variable (repeatable)")
       ->option_text("NAME")
       ->expected(1)

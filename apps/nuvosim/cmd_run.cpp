@@ -2,15 +2,18 @@
 // validates the input and simulates, writing the files the parameter file names.
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <memory>
-#include <system_error>
 
 #include "commands.hpp"
 #include "files.hpp"
-#include "parameter_file.hpp"
+#include "nuvo_text.h"
 #include "progress_display.hpp"
-#include "records.hpp"
+#include "simulation_setup.hpp"
+#include "staged_outputs.hpp"
+#include "validation_place.hpp"
 
 namespace nuvo::cli {
 
@@ -19,24 +22,36 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kOutputNotOpened = -110;
+constexpr int kStopped = -1000;
 constexpr std::size_t kFilesListed = 10;
 
 struct RunOptions {
   std::string parameterFile;
   bool quiet = false;
+  bool force = false;
+  int seed = 0;
+  int nrealization = 1;
+  std::string outputDir;
+  CLI::Option *seedOption = nullptr;
+  CLI::Option *nrealizationOption = nullptr;
 };
 
-// Creates the missing folders of the output files (names relative to the
-// working directory). Returns kSuccess or kOutputError after reporting.
-int createOutputFolders(const std::vector<std::string> &files) {
-  for (const std::string &file : files) {
-    const fs::path folder = fs::path(file).parent_path();
-    std::error_code error;
-    if (!folder.empty()) fs::create_directories(folder, error);
-    if (error) {
-      reportFailure(file, "cannot create its folder (" + error.message() + ")");
-      return kOutputError;
+// The settings of the command line that replace those of the parameter file.
+// Returns kSuccess or kUsageError (reported).
+int applyOptions(const RunOptions &options, nuvo_simInputASCII &ascii) {
+  if (options.seedOption->count() > 0) ascii.seed = options.seed;
+  if (options.nrealizationOption->count() > 0) ascii.nrealization = options.nrealization;
+  if (options.outputDir.empty()) return kSuccess;
+  // Taken from the folder the command started in, before the parameter file's.
+  const fs::path folder = fs::absolute(options.outputDir);
+  for (char *slot : outputNameSlots(ascii, ascii.nsimVar)) {
+    const std::string name = (folder / fs::path(slot).filename()).string();
+    if (name.size() > NUVO_FILE_NAME_MAX) {
+      reportFailure(
+          name, "name too long (at most " + std::to_string(NUVO_FILE_NAME_MAX) + " characters)");
+      return kUsageError;
     }
+    std::memcpy(slot, name.c_str(), name.size() + 1);
   }
   return kSuccess;
 }
@@ -51,49 +66,66 @@ void listFiles(std::FILE *stream, const std::vector<std::string> &files) {
   }
 }
 
+// The outputs of `ascii` named from the folder the command was started in.
+std::vector<std::string> shownOutputs(const std::string &path, const nuvo_simInputASCII &ascii) {
+  std::vector<std::string> shown;
+  for (const std::string &name : outputFiles(ascii)) {
+    shown.push_back((parameterFolder(path) / name).lexically_normal().string());
+  }
+  return shown;
+}
+
+// After an interruption: the outputs complete so far keep their names, the
+// status tells the signal (128 + its number).
+int reportStop(const std::string &path, StagedOutputs &outputs) {
+  const int number = ProgressDisplay::stopSignal();
+  reportFailure(path, libraryMessage(kStopped) + " (signal " + std::to_string(number) + ")");
+  if (outputs.commit() != kSuccess) return kOutputError;
+  if (!outputs.committed().empty()) {
+    std::fprintf(stderr, "nuvosim: complete outputs kept:\n");
+    listFiles(stderr, outputs.committed());
+  }
+  return 128 + number;
+}
+
 int runRun(const RunOptions &options) {
   const std::string &path = options.parameterFile;
-  SimInputASCII ascii;
-  if (const int status = readParameterFile(path, *ascii.get()); status != kSuccess) return status;
-  const std::vector<std::string> outputs = outputFiles(*ascii.get());
-  // The same files named from the folder the command was started in.
-  std::vector<std::string> shownOutputs;
-  for (const std::string &name : outputs) {
-    shownOutputs.push_back((parameterFolder(path) / name).lexically_normal().string());
-  }
-
-  const FolderChange folder(parameterFolder(path));
-  if (!folder.entered()) return kInputError;
-  SimInput input;
-  if (const int status = loadSimInput(path, *ascii.get(), *input.get()); status != kSuccess) {
-    return status;
-  }
-  input->consoleAppFlag = 1;
-  if (const int status = createOutputFolders(outputs); status != kSuccess) return status;
-
-  const fs::file_time_type start = fs::file_time_type::clock::now();
+  // From the start, so that a signal while the files load stops the run as well.
   ProgressDisplay display(!options.quiet && ::isatty(STDERR_FILENO) != 0, !options.quiet);
+  SimulationSetup setup(path);
+  if (const int status = setup.read(); status != kSuccess) return status;
+  if (const int status = applyOptions(options, setup.ascii()); status != kSuccess) return status;
+  if (const int status = setup.check(); status != kSuccess) return status;
+  if (const int status = setup.enter(); status != kSuccess) return status;
+  StagedOutputs outputs(setup.ascii(), shownOutputs(path, setup.ascii()), options.force);
+  if (const int status = outputs.checkExisting(); status != kSuccess) return status;
+  if (const int status = setup.load(); status != kSuccess) return status;
+  nuvo_simInput &input = setup.input();
+  input.consoleAppFlag = 1;
+  if (const int status = outputs.stage(input); status != kSuccess) return status;
+
+  display.addWarnings(setup.warnings());
   SimOutput output;
-  const int rc = NUVOSim(input.get(), output.get(), display.monitor(), ProgressDisplay::callback);
+  errno = 0;
+  const int rc = NUVOSim(&input, output.get(), display.monitor(), ProgressDisplay::callback);
+  const int writeError = errno;
   display.clearBar();
+  if (rc == kStopped && ProgressDisplay::stopSignal() != 0) return reportStop(path, outputs);
+  if (rc == kOutputNotOpened) {
+    outputs.reportWriteFailure(writeError != 0 ? std::strerror(writeError) : "reason unknown");
+  } else if (rc != 0) {
+    const std::string place = validationPlace(rc, input);
+    reportFailure(path, (place.empty() ? "" : place + ": ") + libraryMessage(rc));
+  }
   if (rc != 0) {
-    reportFailure(path, libraryMessage(rc));
-    std::vector<std::string> written;
-    for (std::size_t k = 0; k < outputs.size(); ++k) {
-      std::error_code error;
-      const fs::file_time_type time = fs::last_write_time(outputs[k], error);
-      if (!error && time >= start) written.push_back(shownOutputs[k]);
-    }
-    if (!written.empty()) {
-      std::fprintf(stderr, "nuvosim: written before the failure (the last may be incomplete):\n");
-      listFiles(stderr, written);
-    }
+    std::fprintf(stderr, "nuvosim: no output written\n");
     return rc == kOutputNotOpened ? kOutputError : kInputError;
   }
+  if (const int status = outputs.commit(); status != kSuccess) return status;
   std::printf("%d realization(s) in %.1f s, %d warning(s), %zu file(s) written:\n",
-              input->nrealization, display.elapsedSeconds(), display.warningCount(),
-              shownOutputs.size());
-  listFiles(stdout, shownOutputs);
+              input.nrealization, display.elapsedSeconds(), display.warningCount(),
+              outputs.committed().size());
+  listFiles(stdout, outputs.committed());
   return kSuccess;
 }
 
@@ -108,12 +140,31 @@ void addRunCommand(CLI::App &app) {
       "taken from the parameter file's own folder: the command works there while it reads\n"
       "and simulates, so 'nuvosim run examples/x/x.in' works from any folder. Missing\n"
       "folders of output files are created.\n"
+      "Outputs are written under temporary names (.nuvosim-PID-NAME) and renamed once the\n"
+      "run has succeeded: a failed run writes nothing; an existing output is an error\n"
+      "unless --force is given.\n"
       "On a terminal a progress bar is drawn on stderr; warnings are printed as they come.\n"
       "A failure prints the library's message (with the line where reading stopped for a\n"
-      "malformed file) and the output files written before it. Ctrl-C stops the simulation\n"
-      "the same way (a second Ctrl-C ends the program at once).");
-  command->add_option("FILE", options->parameterFile, "Parameter file (.in)")->required();
+      "malformed file). Ctrl-C or SIGTERM stops the simulation: the outputs complete so\n"
+      "far are kept and the exit status is 128 + the signal's number (130 for Ctrl-C, 143\n"
+      "for SIGTERM); a second signal ends the program at once.");
+  command
+      ->add_option("FILE", options->parameterFile,
+                   "Parameter file (.in), or - for the standard input")
+      ->required();
   command->add_flag("-q,--quiet", options->quiet, "No progress bar and no warnings");
+  command->add_flag("-f,--force", options->force, "Replace outputs that exist already");
+  options->seedOption = command->add_option("--seed", options->seed,
+                                            "Seed of the first realization (replaces the file's)");
+  options->nrealizationOption = command
+                                    ->add_option("--nreal", options->nrealization,
+                                                 "Number of realizations (replaces the file's)")
+                                    ->check(numberCheck(true));
+  command
+      ->add_option("--output-dir", options->outputDir,
+                   "Folder of every output (taken from the current folder when relative); the "
+                   "names keep their last part")
+      ->option_text("DIR");
   setAction(command, [options] { return runRun(*options); });
 }
 

@@ -54,7 +54,7 @@ void addSampleCommand(CLI::App &app) {
   command->add_option("IMAGE", options->image, "Image file")->required();
   command->add_option("N", options->npoint, "Number of points")
       ->required()
-      ->check(CLI::PositiveNumber);
+      ->check(numberCheck(true));
   command->add_option("OUT", options->output, "Point-set file to write")->required();
   command->add_option("--seed", options->seed, "Seed of the random numbers")->capture_default_str();
   addFormatOption(command, "--from", options->from, "Format of IMAGE");

@@ -26,6 +26,20 @@ inline void setAction(CLI::App *command, std::function<int()> body) {
   });
 }
 
+// Checks of numeric options whose messages give the bound as a person writes it
+// (CLI11's own ranges print the largest double in full as their upper end).
+// `positive`: greater than 0; otherwise 0 or more.
+inline CLI::Validator numberCheck(bool positive) {
+  return CLI::Validator(
+      [positive](const std::string &text) -> std::string {
+        double value = 0.0;
+        if (!CLI::detail::lexical_cast(text, value)) return text + " is not a number";
+        if (positive ? value > 0.0 : value >= 0.0) return {};
+        return text + (positive ? " must be greater than 0" : " must be 0 or more");
+      },
+      positive ? "POSITIVE" : "NONNEGATIVE");
+}
+
 void addRunCommand(CLI::App &app);
 void addCheckCommand(CLI::App &app);
 void addInfoCommand(CLI::App &app);
@@ -34,5 +48,6 @@ void addRenderCommand(CLI::App &app);
 void addGenerateCommand(CLI::App &app);
 void addSampleCommand(CLI::App &app);
 void addAnalyzeCommand(CLI::App &app);
+void addTemplateCommand(CLI::App &app);
 
 }  // namespace nuvo::cli

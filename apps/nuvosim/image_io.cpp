@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <string_view>
@@ -13,6 +15,11 @@
 namespace nuvo::cli {
 
 namespace {
+
+// The largest value the library's map writers declare in the header.
+constexpr long kMapMaxValue = 255;
+constexpr int kPpmDimensionsReturned = -710;
+constexpr int kPpmDimensions = -770;
 
 std::string lowerCase(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(),
@@ -69,9 +76,40 @@ int textKey(ImageFormat format) {
   }
 }
 
-// Whether `piece` is exactly one printf conversion of a number the library's
-// writers can print: "%", flags, width, precision, then d or i, or one of e, E, f,
-// F, g, G, a, A (also after "l", as in "%lf").
+// The largest value of a grey or colour map: its fourth header line, or -1 when
+// that line holds no number.
+long mapMaxValue(std::FILE *stream) {
+  std::rewind(stream);
+  char line[256] = "";
+  for (int k = 0; k < 4; ++k)
+    if (std::fgets(line, sizeof line, stream) == nullptr) return -1;
+  char *end = nullptr;
+  const long value = std::strtol(line, &end, 10);
+  return end == line ? -1 : value;
+}
+
+// The first value of `image` outside [0, maxValue] told with `what` (the rule it
+// breaks), or an empty text when there is none.
+std::string valuesWithin(const nuvo_image &image, long maxValue, const std::string &what) {
+  const int nxyz = image.nvar > 0 ? image.nxyzv / image.nvar : 0;
+  for (int k = 0; k < image.nxyzv; ++k) {
+    const double value = image.var[k];
+    if (value >= 0.0 && value <= static_cast<double>(maxValue)) continue;
+    char text[32];
+    std::snprintf(text, sizeof text, "%g", value);
+    return std::string("variable ") + image.varName[k / nxyz] + ", node " +
+           std::to_string(k % nxyz) + ": value " + text + " outside 0.." +
+           std::to_string(maxValue) + ", " + what;
+  }
+  return {};
+}
+
+bool isMap(ImageFormat format) {
+  return format == ImageFormat::kPgm || format == ImageFormat::kPpm;
+}
+
+}  // namespace
+
 bool isNumberConversion(std::string_view piece) {
   const auto skip = [&](std::size_t k, std::string_view set) {
     while (k < piece.size() && set.find(piece[k]) != std::string_view::npos) ++k;
@@ -86,8 +124,6 @@ bool isNumberConversion(std::string_view piece) {
   return k + 1 == piece.size() &&
          (piece[k] == 'd' || piece[k] == 'i' || kReal.find(piece[k]) != kReal.npos);
 }
-
-}  // namespace
 
 CLI::Option *addFormatOption(CLI::App *command, const std::string &name, ImageFormat &format,
                              const std::string &purpose) {
@@ -135,8 +171,20 @@ int readImageFile(const std::string &path, ImageFormat format, nuvo_image &image
   const int rc = format == ImageFormat::kGslibBinary
                      ? NUVOReadImageGslibBinary(&image, stream.get())
                      : NUVOReadImage(&image, textKey(format), stream.get());
-  if (rc == 0) return kSuccess;
-  reportFailure(path, libraryMessage(rc));
+  if (rc != 0) {
+    // The PPM reader returns -710 for a line 3 without the two dimensions, a code
+    // kept from the older readers whose text is about distance types; the text
+    // shown is that of the PPM dimension code, with the code returned.
+    const bool ppmDimensions = format == ImageFormat::kPpm && rc == kPpmDimensionsReturned;
+    reportFailure(path, ppmDimensions ? libraryMessage(kPpmDimensions) + " (code 710 returned)"
+                                      : libraryMessage(rc));
+    return kInputError;
+  }
+  const std::string outside =
+      isMap(format) ? valuesWithin(image, mapMaxValue(stream.get()), "the range its header gives")
+                    : std::string();
+  if (outside.empty()) return kSuccess;
+  reportFailure(path, outside);
   return kInputError;
 }
 
@@ -148,7 +196,9 @@ int writeImageFile(const std::string &path, ImageFormat format, const nuvo_image
     const int rc = format == ImageFormat::kGslibBinary
                        ? NUVOWriteImageGslibBinary(&image, stream)
                        : NUVOWriteImage(&image, valueFormat.c_str(), textKey(format), stream);
-    return rc == 0 ? std::string() : libraryMessage(rc);
+    if (rc != 0) return libraryMessage(rc);
+    return isMap(format) ? valuesWithin(image, kMapMaxValue, "the range of a written map")
+                         : std::string();
   });
 }
 

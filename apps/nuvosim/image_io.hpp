@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 
 #include <string>
+#include <string_view>
 
 #include "nuvo_image.h"
 
@@ -20,6 +21,11 @@ CLI::Option *addFormatOption(CLI::App *command, const std::string &name, ImageFo
 // Adds --format: ";"-separated printf conversions for the written values, each
 // one of d, i, e, E, f, F, g, G, a, A, reused cyclically over the variables.
 CLI::Option *addValueFormatOption(CLI::App *command, std::string &valueFormat);
+
+// Whether `piece` is exactly one printf conversion of a number the library's
+// writers can print: "%", flags, width, precision, then d or i, or one of e, E, f,
+// F, g, G, a, A (also after "l", as in "%lf").
+bool isNumberConversion(std::string_view piece);
 
 // Reads an image into an initialised record. Returns kSuccess, kUsageError when
 // the format cannot be told from the name, or kInputError (reported on stderr).

@@ -12,10 +12,9 @@ constexpr const char *kFooter =
     ".ppm, .gslibbin .bin GSLIB binary); --from KEY / --to KEY name it otherwise.\n"
     "Exit status: 0 success, 1 usage error, 2 input or data error (the library's message\n"
     "and the file name go to stderr; for a parameter file also the line where reading\n"
-    "stopped), 3 output error. Images, point sets and pictures are written under a\n"
-    "temporary name and renamed when complete, so a failed command leaves no partial\n"
-    "file; 'run' lets the library write its outputs and lists those written before a\n"
-    "failure.\n"
+    "stopped), 3 output error, 128 + the signal's number after Ctrl-C (130) or SIGTERM\n"
+    "(143) stopped 'run'. Every output is written under a temporary name and renamed\n"
+    "when complete, so a failed command leaves no partial file.\n"
     "Run 'nuvosim COMMAND --help' for the options of a command.";
 
 }  // namespace
@@ -40,6 +39,7 @@ int main(int argc, char **argv) {
   addGenerateCommand(app);
   addSampleCommand(app);
   addAnalyzeCommand(app);
+  addTemplateCommand(app);
   app.footer(kFooter);  // after the subcommands, which would otherwise repeat it
 
   try {

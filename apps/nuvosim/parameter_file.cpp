@@ -1,13 +1,16 @@
 #include "parameter_file.hpp"
 
 #include <cctype>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <system_error>
 
 #include "commands.hpp"
 #include "files.hpp"
+#include "nuvo_imagefile.h"
 #include "nuvo_text.h"
+#include "records.hpp"
 
 namespace nuvo::cli {
 
@@ -16,6 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kShownLength = 40;
+constexpr const char *kStandardInput = "-";
 
 bool blank(int c) {
   return std::isspace(static_cast<unsigned char>(c)) != 0;
@@ -50,44 +54,42 @@ std::string stopPlace(std::FILE *stream) {
   return place + ", after \"" + shorten(before.substr(start)) + "\"";
 }
 
-// The input files of `ascii` that the loading code `rc` may be about.
-std::vector<const char *> namesOfCode(const nuvo_simInputASCII &ascii, int rc) {
-  const auto list = [](char **names, int n) { return std::vector<const char *>(names, names + n); };
-  switch (-rc) {
-    case 111:
-      return list(ascii.dataImageFileName, ascii.ndataImageFile);
-    case 112:
-      return list(ascii.trainImageFileName, ascii.ntrainImage);
-    case 113:
-      return {ascii.homothetyXRatioImageFileName};
-    case 114:
-      return {ascii.homothetyYRatioImageFileName};
-    case 115:
-      return {ascii.homothetyZRatioImageFileName};
-    case 116:
-      return {ascii.rotationAzimuthImageFileName};
-    case 117:
-      return {ascii.rotationDipImageFileName};
-    case 118:
-      return {ascii.rotationPlungeImageFileName};
-    case 119:
-      return {ascii.pdfTrainImageFileName};
-    case 123:
-      return list(ascii.dataPointSetFileName, ascii.ndataPointSetFile);
-    case 125:
-      return {ascii.maskImageFileName};
-    default:
-      return {};
-  }
+void addName(std::vector<std::string> &names, const char *name) {
+  if (name != nullptr && name[0] != '\0') names.emplace_back(name);
 }
 
-// ": <name>" for the first file of `names` that cannot be opened, else nothing.
-std::string unopenedFile(const std::vector<const char *> &names) {
-  for (const char *name : names) {
-    if (name == nullptr || std::strcmp(name, NUVO_SIM_GRID_AS_TI_NAME) == 0) continue;
-    if (const File stream{std::fopen(name, "rb")}; !stream) return std::string(": ") + name;
+void addNames(std::vector<std::string> &names, char **list, int n) {
+  for (int k = 0; list != nullptr && k < n; ++k) addName(names, list[k]);
+}
+
+bool listed(char **names, int n, const std::string &name) {
+  for (int k = 0; names != nullptr && k < n; ++k)
+    if (name == names[k]) return true;
+  return false;
+}
+
+// What is wrong with the input file `name`, read as the library reads it: the
+// system's reason when it cannot be opened, a folder, an empty file, or the
+// reader's message; empty when it reads.
+std::string problemOf(const nuvo_simInputASCII &ascii, const std::string &name) {
+  std::error_code error;
+  if (fs::is_directory(name, error)) return "a folder, not a file";
+  const File stream{std::fopen(name.c_str(), "rb")};
+  if (!stream) return std::strerror(errno);
+  if (std::fgetc(stream.get()) == EOF) return "empty file";
+  std::rewind(stream.get());
+  if (listed(ascii.dataPointSetFileName, ascii.ndataPointSetFile, name)) {
+    PointSet points;
+    const int rc = NUVOReadPointSet(points.get(), stream.get());
+    return rc == 0 ? "" : libraryMessage(rc);
   }
-  return "";
+  for (int v = 0; ascii.blockDataASCII != nullptr && v < ascii.nsimVar; ++v) {
+    const char *blocks = ascii.blockDataASCII[v].blockDataFileName;
+    if (blocks != nullptr && name == blocks) return "";
+  }
+  Image image;
+  const int rc = NUVOReadImage(image.get(), NUVO_IMAGE_FORMAT_GSLIB, stream.get());
+  return rc == 0 ? "" : libraryMessage(rc);
 }
 
 void addPerRealization(std::vector<std::string> &files, const char *prefix, int nrealization) {
@@ -96,6 +98,28 @@ void addPerRealization(std::vector<std::string> &files, const char *prefix, int 
     NUVOIntToString(r, digits, 5);
     files.push_back(std::string(prefix) + "_real" + digits + ".gslib");
   }
+}
+
+// The parameter file `path` ("-" for the standard input) as a seekable stream,
+// which the reader needs to put back a token that fails: a pipe is copied into
+// a temporary file first. Null after reporting a failure.
+File openParameterFile(const std::string &path) {
+  if (path != kStandardInput) {
+    File stream = openInput(path);
+    if (!stream || std::fseek(stream.get(), 0, SEEK_SET) == 0) return stream;
+  }
+  File copy{std::tmpfile()};
+  const File opened{path == kStandardInput ? nullptr : std::fopen(path.c_str(), "rb")};
+  std::FILE *from = path == kStandardInput ? stdin : opened.get();
+  if (!copy || from == nullptr) {
+    reportFailure(path, std::string("cannot be read (") + std::strerror(errno) + ")");
+    return nullptr;
+  }
+  char buffer[1 << 14];
+  for (std::size_t n = 0; (n = std::fread(buffer, 1, sizeof buffer, from)) > 0;)
+    std::fwrite(buffer, 1, n, copy.get());
+  std::rewind(copy.get());
+  return copy;
 }
 
 }  // namespace
@@ -118,11 +142,17 @@ FolderChange::~FolderChange() {
 }
 
 fs::path parameterFolder(const std::string &path) {
-  return fs::path(path).parent_path();
+  std::error_code error;
+  const fs::file_type type = fs::status(path, error).type();
+  // /dev/stdin and its kin stand for a stream even when it comes from a file.
+  const bool device = path.rfind("/dev/", 0) == 0 || path.rfind("/proc/", 0) == 0;
+  const bool stream = device || type == fs::file_type::fifo || type == fs::file_type::character ||
+                      type == fs::file_type::socket;
+  return path == kStandardInput || stream ? fs::path() : fs::path(path).parent_path();
 }
 
 int readParameterFile(const std::string &path, nuvo_simInputASCII &ascii) {
-  const File stream = openInput(path);
+  const File stream = openParameterFile(path);
   if (!stream) return kInputError;
   const int rc = NUVOReadSimInputASCII(&ascii, stream.get());
   if (rc == 0) return kSuccess;
@@ -134,11 +164,52 @@ int readParameterFile(const std::string &path, nuvo_simInputASCII &ascii) {
 int loadSimInput(const std::string &path, const nuvo_simInputASCII &ascii, nuvo_simInput &input) {
   const int rc = NUVOSimInputASCIIToSimInput(&ascii, &input);
   if (rc == 0) return kSuccess;
+  // The library's code tells the kind of file, not which one: the first input
+  // file with a problem is named, with the system's reason or the reader's message.
+  std::string which;
+  for (const std::string &name : inputFiles(ascii)) {
+    if (const std::string problem = problemOf(ascii, name); !problem.empty()) {
+      which = ": " + name + " (" + problem + ")";
+      break;
+    }
+  }
   const fs::path folder = parameterFolder(path);
-  reportFailure(path, libraryMessage(rc) + unopenedFile(namesOfCode(ascii, rc)) +
-                          " (names in the file are relative to " +
-                          (folder.empty() ? std::string(".") : folder.string()) + ")");
+  reportFailure(path, libraryMessage(rc) + which + "; names in the file are relative to " +
+                          (folder.empty() ? std::string(".") : folder.string()));
   return kInputError;
+}
+
+std::vector<std::string> inputFiles(const nuvo_simInputASCII &ascii) {
+  std::vector<std::string> names;
+  for (int t = 0; t < ascii.ntrainImage; ++t) {
+    if (std::strcmp(ascii.trainImageFileName[t], NUVO_SIM_GRID_AS_TI_NAME) != 0)
+      addName(names, ascii.trainImageFileName[t]);
+  }
+  if (ascii.ntrainImage > 1) addName(names, ascii.pdfTrainImageFileName);
+  addNames(names, ascii.dataImageFileName, ascii.ndataImageFile);
+  addNames(names, ascii.dataPointSetFileName, ascii.ndataPointSetFile);
+  if (ascii.maskImageFlag) addName(names, ascii.maskImageFileName);
+  const std::pair<signed char, const char *> maps[] = {
+      {ascii.homothetyXRatioImageFlag, ascii.homothetyXRatioImageFileName},
+      {ascii.homothetyYRatioImageFlag, ascii.homothetyYRatioImageFileName},
+      {ascii.homothetyZRatioImageFlag, ascii.homothetyZRatioImageFileName},
+      {ascii.rotationAzimuthImageFlag, ascii.rotationAzimuthImageFileName},
+      {ascii.rotationDipImageFlag, ascii.rotationDipImageFileName},
+      {ascii.rotationPlungeImageFlag, ascii.rotationPlungeImageFileName}};
+  for (std::size_t m = 0; m < 6; ++m) {
+    const bool used = m < 3 ? ascii.homothetyUsage > 0 : ascii.rotationUsage > 0;
+    if (used && maps[m].first) addName(names, maps[m].second);
+  }
+  for (int v = 0; v < ascii.nsimVar; ++v) {
+    if (ascii.softProbabilityASCII != nullptr)
+      addName(names, ascii.softProbabilityASCII[v].localPdfImageFileName);
+    if (ascii.connectivityASCII != nullptr) {
+      const char *reference = ascii.connectivityASCII[v].refConnectivityImageFileName;
+      if (reference != nullptr && std::strcmp(reference, "_TI_") != 0) addName(names, reference);
+    }
+    if (ascii.blockDataASCII != nullptr) addName(names, ascii.blockDataASCII[v].blockDataFileName);
+  }
+  return names;
 }
 
 std::vector<std::string> outputFiles(const nuvo_simInputASCII &ascii) {

@@ -17,12 +17,15 @@ constexpr int kStopped = -1000;
 
 thread_local ProgressDisplay *activeDisplay = nullptr;
 
-// Set by the first Ctrl-C while a display is active; a second one ends the program.
+// The signals that stop a command cleanly.
+constexpr int kStopSignals[2] = {SIGINT, SIGTERM};
+
+// The first stop signal while a display is active; a second one ends the program.
 volatile std::sig_atomic_t interrupted = 0;
 
-extern "C" void onInterrupt(int) {
-  interrupted = 1;
-  std::signal(SIGINT, SIG_DFL);
+extern "C" void onInterrupt(int number) {
+  interrupted = number;
+  for (const int s : kStopSignals) std::signal(s, SIG_DFL);
 }
 
 // "m:ss", or "h:mm:ss" from one hour on.
@@ -44,12 +47,17 @@ ProgressDisplay::ProgressDisplay(bool showBar, bool showWarnings)
   NUVOInitProgressMonitor(&monitor_);
   activeDisplay = this;
   interrupted = 0;
-  previousHandler_ = std::signal(SIGINT, onInterrupt);
-  if (previousHandler_ == SIG_IGN) std::signal(SIGINT, SIG_IGN);  // a program run in the background
+  for (int k = 0; k < 2; ++k) {
+    previousHandlers_[k] = std::signal(kStopSignals[k], onInterrupt);
+    // A program run in the background keeps ignoring what it ignored.
+    if (previousHandlers_[k] == SIG_IGN) std::signal(kStopSignals[k], SIG_IGN);
+  }
 }
 
 ProgressDisplay::~ProgressDisplay() {
-  std::signal(SIGINT, previousHandler_ == SIG_ERR ? SIG_DFL : previousHandler_);
+  for (int k = 0; k < 2; ++k) {
+    std::signal(kStopSignals[k], previousHandlers_[k] == SIG_ERR ? SIG_DFL : previousHandlers_[k]);
+  }
   clearBar();
   activeDisplay = previous_;
 }
@@ -58,6 +66,10 @@ int ProgressDisplay::callback(nuvo_progressMonitor *pm) {
   if (interrupted) pm->stopFlag = 1;
   if (pm->stopFlag) return kStopped;
   return activeDisplay != nullptr ? activeDisplay->report(*pm) : 0;
+}
+
+int ProgressDisplay::stopSignal() {
+  return interrupted;
 }
 
 double ProgressDisplay::elapsedSeconds() const {

@@ -13,9 +13,9 @@ namespace nuvo::cli {
 // is found through a thread-local pointer: a ProgressDisplay makes itself the
 // active one from construction to destruction (the library calls the callback on
 // the thread that called it). One display is active at a time per thread.
-// While a display is active, a first Ctrl-C asks the library to stop (its
-// operation returns -1000) so that the command can say what it leaves behind; a
-// second one ends the program.
+// While a display is active, a first Ctrl-C (SIGINT) or SIGTERM asks the library
+// to stop (its operation returns -1000) so that the command can say what it leaves
+// behind; a second one ends the program.
 class ProgressDisplay {
  public:
   ProgressDisplay(bool showBar, bool showWarnings);
@@ -30,6 +30,10 @@ class ProgressDisplay {
   // Removes the bar from the terminal line, before a message or the summary.
   void clearBar();
   int warningCount() const { return warnings_; }
+  // Counts warnings printed by the command itself.
+  void addWarnings(int count) { warnings_ += count; }
+  // The signal that asked for the stop, or 0.
+  static int stopSignal();
   double elapsedSeconds() const;
 
  private:
@@ -46,7 +50,7 @@ class ProgressDisplay {
   Clock::time_point start_ = Clock::now();
   Clock::time_point lastDraw_{};
   ProgressDisplay *previous_;
-  void (*previousHandler_)(int);
+  void (*previousHandlers_[2])(int);
 };
 
 }  // namespace nuvo::cli

@@ -15,63 +15,16 @@
 #include <vector>
 
 #include "nuvo_imagefile.h"
+#include "tests/apps/cli_fixture.hpp"
 #include "tests/data/data_builders.hpp"
 
 namespace {
 
+using nuvo::test::Cli;
+using nuvo::test::CliRun;
+using nuvo::test::Outcome;
+using nuvo::test::readText;
 namespace fs = std::filesystem;
-
-struct Outcome {
-  int status;
-  std::string out;
-  std::string err;
-};
-
-std::string readText(const fs::path &path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-// A scratch folder per test, where the program runs and writes its files.
-class Cli : public ::testing::Test {
- protected:
-  void SetUp() override {
-    const auto *info = ::testing::UnitTest::GetInstance()->current_test_info();
-    dir_ = fs::temp_directory_path() /
-           ("nuvosim_cli_" + std::string(info->name()) + "_" + std::to_string(::getpid()));
-    fs::remove_all(dir_);
-    fs::create_directories(dir_);
-  }
-  void TearDown() override { fs::remove_all(dir_); }
-
-  fs::path path(const std::string &name) const { return dir_ / name; }
-
-  void writeFile(const std::string &name, const std::string &content) const {
-    std::ofstream(path(name), std::ios::binary) << content;
-  }
-
-  // Runs "nuvosim <arguments>" in the scratch folder.
-  Outcome run(const std::string &arguments) const {
-    const std::string command = "cd '" + dir_.string() + "' && '" NUVOSIM_BIN "' " + arguments +
-                                " >stdout.txt 2>stderr.txt";
-    const int raw = std::system(command.c_str());
-    return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, readText(path("stdout.txt")),
-            readText(path("stderr.txt"))};
-  }
-
-  // Reads an image file with the library; fails the test on error.
-  void readImage(const std::string &name, int key, nuvo_image *image) const {
-    FILE *stream = std::fopen(path(name).c_str(), "rb");
-    ASSERT_NE(stream, nullptr) << name;
-    EXPECT_EQ(NUVOReadImage(image, key, stream), 0) << name;
-    std::fclose(stream);
-  }
-
- private:
-  fs::path dir_;
-};
 
 // Two variables on a 3 x 2 grid: "a" holds its node index, "b" is 5 except one
 // missing value at node (2, 1).
@@ -86,6 +39,9 @@ constexpr const char *kSmallImage =
 TEST_F(Cli, FailuresExitWithTheirStatusAndMessageAndWriteNothing) {
   writeFile("a.gslib", kSmallImage);
   writeFile("short.gslib", "2 2 1\n1\nfacies\n0 1 1\n");
+  writeFile("over.pgm", "P2\n# grey\n2 1\n255\n12 300\n");
+  writeFile("bad.ppm", "P3\n# colour\nwidth height\n255\n");
+  writeFile("big.gslib", "2 1 1\n1\nv\n12\n300\n");
   struct Case {
     const char *arguments;
     int status;
@@ -102,11 +58,17 @@ TEST_F(Cli, FailuresExitWithTheirStatusAndMessageAndWriteNothing) {
       {"render a.gslib b.png --slice 1", 1, "no slice 1"},
       {"analyze a.gslib", 1, "REALIZATION is required"},
       {"analyze a.gslib a.gslib --var nope", 2, "a.gslib: no variable named nope"},
+      {"render a.gslib b.jpg", 1, "b.jpg: only PNG pictures are written"},
+      {"render a.gslib b.png --slice -1", 1, "-1 must be 0 or more"},
+      {"sample a.gslib 0 b.txt", 1, "0 must be greater than 0"},
       {"generate channels b.gslib --proportion 1.5", 1, "--proportion"},
       {"info short.gslib", 2, "short.gslib: ERROR 00730"},
       {"convert missing.vtk b.gslib", 2, "missing.vtk: ERROR 00109"},
       {"convert a.gslib b.pgm", 3, "b.pgm: ERROR 01016"},  // two variables in a grey map
       {"convert a.gslib no-such-folder/b.vtk", 3, "ERROR 00110"},
+      {"info over.pgm", 2, "over.pgm: variable pgmValue, node 1: value 300 outside 0..255"},
+      {"info bad.ppm", 2, "bad.ppm: ERROR 00770: reading error, image PPM format (dimension"},
+      {"convert big.gslib b.pgm", 3, "value 300 outside 0..255, the range of a written map"},
   };
   for (const Case &c : cases) {
     SCOPED_TRACE(c.arguments);
@@ -142,7 +104,7 @@ TEST_F(Cli, ConvertRoundTripsThroughEveryImageFormat) {
   ASSERT_EQ(run("convert lenses.data back.gslib --from 0").status, 0);
   EXPECT_EQ(readText(path("back.gslib")), readText(path("lenses.gslib")));
 
-  ASSERT_EQ(run("generate field field.gslib --nx 5 --ny 4").status, 0);
+  ASSERT_EQ(run("generate lenses field.gslib --nx 5 --ny 4 --nz 1").status, 0);
   ASSERT_EQ(run("convert field.gslib field.pgm").status, 0);
   ASSERT_EQ(run("convert field.pgm field.txt --format %.3f").status, 0);
   nuvo::test::EmptyImage image;
@@ -282,56 +244,6 @@ TEST_F(Cli, RenderDrawsPanelsSideBySideWithYUpAndMissingInGrey) {
   EXPECT_NE(pixel(panel2 + 5, 5), pixel(panel2 + 2 * 240 + 5, 5));
 }
 
-// A 30 x 30 channel simulation from a 40 x 40 training image, one realization in
-// one file; NEIGHBORS is replaced by the number of neighbors.
-constexpr const char *kTinyParameterFile = R"(/* tiny */
-30 30 1  1.0 1.0 1.0  0.0 0.0 0.0
-1 facies 1 %.0f
-OUTPUT_SIM_ALL_IN_ONE_FILE out/sim.gslib
-0 0 0 0
-0
-1 ti.gslib
-0
-0
-0 0 0
-0.0
-NORMALIZING_LINEAR
-SEARCHNEIGHBORHOOD_RADIUS_LARGE_DEFAULT SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_ONE
-SEARCHNEIGHBORHOOD_ROTATION_OFF 0.0
-NEIGHBORS   // maximal number of neighbors
-1.0
-RESCALING_NONE
-0
-0
-1.0
-SIM_VARIABLE_VECTOR PATH_RANDOM
-0.05
-0 0 0
-0.2
-0
-0.0
-0
-123 1
-1
-END
-)";
-
-// Runs and checks parameter files in case/, from the scratch folder above it.
-class CliRun : public Cli {
- protected:
-  void SetUp() override {
-    Cli::SetUp();
-    fs::create_directories(path("case"));
-    ASSERT_EQ(run("generate channels case/ti.gslib --nx 40 --ny 40 --width 4 --seed 5").status, 0);
-  }
-
-  void writeParameterFile(const std::string &neighbors) const {
-    std::string text = kTinyParameterFile;
-    text.replace(text.find("NEIGHBORS"), 9, neighbors);
-    writeFile("case/tiny.in", text);
-  }
-};
-
 TEST_F(CliRun, RunTakesNamesFromTheParameterFilesFolderAndWritesTheRealization) {
   writeParameterFile("12");
   Outcome r = run("check case/tiny.in");
@@ -377,7 +289,7 @@ TEST_F(CliRun, FailuresExitWithTheirStatusAndMessage) {
   EXPECT_FALSE(fs::exists(path("case/out/sim.gslib")));
   fs::rename(path("ti.gslib"), path("case/ti.gslib"));
   fs::create_directories(path("case/out/sim.gslib"));  // a folder where the file should go
-  expectFailure("run", 3, "ERROR 00110");
+  expectFailure("run", 3, "case/out/sim.gslib: the output exists already");
 }
 
 }  // namespace

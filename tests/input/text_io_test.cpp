@@ -13,8 +13,8 @@ using nuvo::test::TempStream;
 
 constexpr std::array<const char *, 3> kColors{"COLOR_RED", "COLOR_GREEN", "COLOR_BLUE"};
 
-TEST(TextRead, NumbersTakeTheLongestPrefixAndLeaveTheRest) {
-  TempStream s(" 42//note\n -7 +3 2.5e1/* c */-0.125 1.5x");
+TEST(TextRead, NumbersEndAtWhiteSpaceOrAComment) {
+  TempStream s(" 42//note\n -7 +3 2.5e1/* c */-0.125 1.5");
   int i = 0;
   double d = 0.0;
   for (int expected : {42, -7, 3}) {
@@ -25,8 +25,22 @@ TEST(TextRead, NumbersTakeTheLongestPrefixAndLeaveTheRest) {
     ASSERT_EQ(nuvo::readDouble(s.get(), &d, -11), 0);
     EXPECT_EQ(d, expected);
   }
-  // The "x" left behind is not a number.
+}
+
+// A number that is only the start of its token is refused at the token, not
+// read in part leaving the rest to the next field.
+TEST(TextRead, ANumberMustFillItsWholeToken) {
+  int i = 7;
+  for (const char *text : {"1.0 2", "5e1 2", "1e308 2", "12x 2", "3/4 2"}) {
+    TempStream s(text);
+    EXPECT_EQ(nuvo::readInt(s.get(), &i, -10), -10) << text;
+    EXPECT_EQ(std::ftell(s.get()), 0) << text;
+  }
+  EXPECT_EQ(i, 7);
+  double d = 0.0;
+  TempStream s("0.5x 1");
   EXPECT_EQ(nuvo::readDouble(s.get(), &d, -11), -11);
+  EXPECT_EQ(std::ftell(s.get()), 0);
 }
 
 // Missing and malformed tokens give the field code in the parameter-file tests;

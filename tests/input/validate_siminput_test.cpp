@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -284,6 +285,12 @@ const Case kCases[] = {
        s.rotationAzimuthImage = transformImage(30, 30, 45.0);
      },
      -1804},
+    {"NaN in the training image",
+     [](nuvo_simInput &s) { s.trainImage[0].var[5] = std::numeric_limits<double>::quiet_NaN(); },
+     -627},
+    {"infinity in the training image",
+     [](nuvo_simInput &s) { s.trainImage[0].var[9] = -std::numeric_limits<double>::infinity(); },
+     -628},
 };
 
 TEST_F(ValidateSimInputTest, EachMistakeHasItsCode) {

@@ -1,0 +1,125 @@
+// The fixtures of the command-line tests: a scratch folder per test where the
+// built nuvosim program runs, and a small simulation case in it.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "nuvo_imagefile.h"
+
+namespace nuvo::test {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+inline std::string readText(const fs::path &path) {
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+// A scratch folder per test, where the program runs and writes its files.
+class Cli : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const auto *info = ::testing::UnitTest::GetInstance()->current_test_info();
+    dir_ = fs::temp_directory_path() /
+           ("nuvosim_cli_" + std::string(info->name()) + "_" + std::to_string(::getpid()));
+    fs::remove_all(dir_);
+    fs::create_directories(dir_);
+  }
+  void TearDown() override { fs::remove_all(dir_); }
+
+  fs::path path(const std::string &name) const { return dir_ / name; }
+
+  void writeFile(const std::string &name, const std::string &content) const {
+    std::ofstream(path(name), std::ios::binary) << content;
+  }
+
+  // Runs "nuvosim <arguments>" in the scratch folder, after the shell commands
+  // of `setting` (limits, signal dispositions).
+  Outcome run(const std::string &arguments, const std::string &setting = "") const {
+    const std::string command = "cd '" + dir_.string() + "' && " + setting + " '" NUVOSIM_BIN "' " +
+                                arguments + " >stdout.txt 2>stderr.txt";
+    const int raw = std::system(command.c_str());
+    return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, readText(path("stdout.txt")),
+            readText(path("stderr.txt"))};
+  }
+
+  // Reads an image file with the library; fails the test on error.
+  void readImage(const std::string &name, int key, nuvo_image *image) const {
+    FILE *stream = std::fopen(path(name).c_str(), "rb");
+    ASSERT_NE(stream, nullptr) << name;
+    EXPECT_EQ(NUVOReadImage(image, key, stream), 0) << name;
+    std::fclose(stream);
+  }
+
+ private:
+  fs::path dir_;
+};
+
+// A 30 x 30 channel simulation from a 40 x 40 training image, one realization in
+// one file; NEIGHBORS is replaced by the number of neighbors.
+inline constexpr const char *kTinyParameterFile = R"(/* tiny */
+30 30 1  1.0 1.0 1.0  0.0 0.0 0.0
+1 facies 1 %.0f
+OUTPUT_SIM_ALL_IN_ONE_FILE out/sim.gslib
+0 0 0 0
+0
+1 ti.gslib
+0
+0
+0 0 0
+0.0
+NORMALIZING_LINEAR
+SEARCHNEIGHBORHOOD_RADIUS_LARGE_DEFAULT SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_ONE
+SEARCHNEIGHBORHOOD_ROTATION_OFF 0.0
+NEIGHBORS   // maximal number of neighbors
+1.0
+RESCALING_NONE
+0
+0
+1.0
+SIM_VARIABLE_VECTOR PATH_RANDOM
+0.05
+0 0 0
+0.2
+0
+0.0
+0
+123 1
+1
+END
+)";
+
+// Runs and checks parameter files in case/, from the scratch folder above it.
+class CliRun : public Cli {
+ protected:
+  void SetUp() override {
+    Cli::SetUp();
+    fs::create_directories(path("case"));
+    ASSERT_EQ(run("generate channels case/ti.gslib --nx 40 --ny 40 --width 4 --seed 5").status, 0);
+  }
+
+  void writeParameterFile(const std::string &neighbors) const {
+    std::string text = kTinyParameterFile;
+    text.replace(text.find("NEIGHBORS"), 9, neighbors);
+    writeFile("case/tiny.in", text);
+  }
+};
+
+}  // namespace nuvo::test
