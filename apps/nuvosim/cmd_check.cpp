@@ -20,8 +20,8 @@ int runCheck(const CheckOptions &options) {
   const std::string &path = options.parameterFile;
   SimInputASCII ascii;
   if (const int status = readParameterFile(path, *ascii.get()); status != kSuccess) return status;
-  const FolderChange folder(parameterFolder(path));
-  if (!folder.entered()) return kInputError;
+  const runfile::FolderChange folder(runfile::parameterFolder(path));
+  if (!entered(folder)) return kInputError;
   SimInput input;
   if (const int status = loadSimInput(path, *ascii.get(), *input.get()); status != kSuccess) {
     return status;

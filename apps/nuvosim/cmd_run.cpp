@@ -18,6 +18,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using runfile::parameterFolder;
+
 constexpr int kOutputNotOpened = -110;
 constexpr std::size_t kFilesListed = 10;
 
@@ -25,21 +27,6 @@ struct RunOptions {
   std::string parameterFile;
   bool quiet = false;
 };
-
-// Creates the missing folders of the output files (names relative to the
-// working directory). Returns kSuccess or kOutputError after reporting.
-int createOutputFolders(const std::vector<std::string> &files) {
-  for (const std::string &file : files) {
-    const fs::path folder = fs::path(file).parent_path();
-    std::error_code error;
-    if (!folder.empty()) fs::create_directories(folder, error);
-    if (error) {
-      reportFailure(file, "cannot create its folder (" + error.message() + ")");
-      return kOutputError;
-    }
-  }
-  return kSuccess;
-}
 
 // Prints `files` (at most kFilesListed of them) on `stream`, one per line.
 void listFiles(std::FILE *stream, const std::vector<std::string> &files) {
@@ -55,21 +42,24 @@ int runRun(const RunOptions &options) {
   const std::string &path = options.parameterFile;
   SimInputASCII ascii;
   if (const int status = readParameterFile(path, *ascii.get()); status != kSuccess) return status;
-  const std::vector<std::string> outputs = outputFiles(*ascii.get());
+  const std::vector<std::string> outputs = runfile::outputFiles(*ascii.get());
   // The same files named from the folder the command was started in.
   std::vector<std::string> shownOutputs;
   for (const std::string &name : outputs) {
     shownOutputs.push_back((parameterFolder(path) / name).lexically_normal().string());
   }
 
-  const FolderChange folder(parameterFolder(path));
-  if (!folder.entered()) return kInputError;
+  const runfile::FolderChange folder(parameterFolder(path));
+  if (!entered(folder)) return kInputError;
   SimInput input;
   if (const int status = loadSimInput(path, *ascii.get(), *input.get()); status != kSuccess) {
     return status;
   }
   input->consoleAppFlag = 1;
-  if (const int status = createOutputFolders(outputs); status != kSuccess) return status;
+  if (const std::string failure = runfile::createOutputFolders(outputs); !failure.empty()) {
+    std::fprintf(stderr, "nuvosim: %s\n", failure.c_str());
+    return kOutputError;
+  }
 
   const fs::file_time_type start = fs::file_time_type::clock::now();
   ProgressDisplay display(!options.quiet && ::isatty(STDERR_FILENO) != 0, !options.quiet);

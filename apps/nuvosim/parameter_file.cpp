@@ -1,124 +1,18 @@
 #include "parameter_file.hpp"
 
-#include <cctype>
-#include <cstdio>
-#include <cstring>
-#include <system_error>
-
 #include "commands.hpp"
 #include "files.hpp"
-#include "nuvo_text.h"
 
 namespace nuvo::cli {
 
-namespace {
-
 namespace fs = std::filesystem;
 
-constexpr std::size_t kShownLength = 40;
+using runfile::parameterFolder;
 
-bool blank(int c) {
-  return std::isspace(static_cast<unsigned char>(c)) != 0;
-}
-
-// `word`, cut after kShownLength characters.
-std::string shorten(const std::string &word) {
-  return word.size() > kShownLength ? word.substr(0, kShownLength) + "..." : word;
-}
-
-// Where reading stopped, from the stream's position: the line, then the token
-// that could not be read (at it), or the value read and refused (just after it),
-// or the end of the file.
-std::string stopPlace(std::FILE *stream) {
-  const int line = NUVOStreamLineNumber(stream);
-  const long at = std::ftell(stream);
-  if (line < 0 || at < 0) return "";
-  const std::string place = "line " + std::to_string(line);
-  std::string before(static_cast<std::size_t>(at), '\0');
-  std::rewind(stream);
-  before.resize(std::fread(before.data(), 1, before.size(), stream));
-  std::string from;
-  int c = 0;
-  while (from.size() <= kShownLength && (c = std::fgetc(stream)) != EOF && !blank(c)) {
-    from += static_cast<char>(c);
-  }
-  if (!from.empty()) return place + ", at \"" + shorten(from) + "\"";
-  if (c == EOF) return place + ", at the end of the file";
-  if (before.empty() || blank(before.back())) return place;
-  std::size_t start = before.size();
-  while (start > 0 && !blank(before[start - 1])) --start;
-  return place + ", after \"" + shorten(before.substr(start)) + "\"";
-}
-
-// The input files of `ascii` that the loading code `rc` may be about.
-std::vector<const char *> namesOfCode(const nuvo_simInputASCII &ascii, int rc) {
-  const auto list = [](char **names, int n) { return std::vector<const char *>(names, names + n); };
-  switch (-rc) {
-    case 111:
-      return list(ascii.dataImageFileName, ascii.ndataImageFile);
-    case 112:
-      return list(ascii.trainImageFileName, ascii.ntrainImage);
-    case 113:
-      return {ascii.homothetyXRatioImageFileName};
-    case 114:
-      return {ascii.homothetyYRatioImageFileName};
-    case 115:
-      return {ascii.homothetyZRatioImageFileName};
-    case 116:
-      return {ascii.rotationAzimuthImageFileName};
-    case 117:
-      return {ascii.rotationDipImageFileName};
-    case 118:
-      return {ascii.rotationPlungeImageFileName};
-    case 119:
-      return {ascii.pdfTrainImageFileName};
-    case 123:
-      return list(ascii.dataPointSetFileName, ascii.ndataPointSetFile);
-    case 125:
-      return {ascii.maskImageFileName};
-    default:
-      return {};
-  }
-}
-
-// ": <name>" for the first file of `names` that cannot be opened, else nothing.
-std::string unopenedFile(const std::vector<const char *> &names) {
-  for (const char *name : names) {
-    if (name == nullptr || std::strcmp(name, NUVO_SIM_GRID_AS_TI_NAME) == 0) continue;
-    if (const File stream{std::fopen(name, "rb")}; !stream) return std::string(": ") + name;
-  }
-  return "";
-}
-
-void addPerRealization(std::vector<std::string> &files, const char *prefix, int nrealization) {
-  for (int r = 0; r < nrealization; ++r) {
-    char digits[6];
-    NUVOIntToString(r, digits, 5);
-    files.push_back(std::string(prefix) + "_real" + digits + ".gslib");
-  }
-}
-
-}  // namespace
-
-FolderChange::FolderChange(const fs::path &folder) {
-  if (folder.empty()) return;
-  std::error_code error;
-  previous_ = fs::current_path(error);
-  if (!error) fs::current_path(folder, error);
-  if (error) {
-    reportFailure(folder.string(), "cannot enter the folder (" + error.message() + ")");
-    previous_.clear();
-    entered_ = false;
-  }
-}
-
-FolderChange::~FolderChange() {
-  std::error_code ignored;
-  if (!previous_.empty()) fs::current_path(previous_, ignored);
-}
-
-fs::path parameterFolder(const std::string &path) {
-  return fs::path(path).parent_path();
+bool entered(const runfile::FolderChange &folder) {
+  if (folder.failure().empty()) return true;
+  std::fprintf(stderr, "nuvosim: %s\n", folder.failure().c_str());
+  return false;
 }
 
 int readParameterFile(const std::string &path, nuvo_simInputASCII &ascii) {
@@ -126,7 +20,7 @@ int readParameterFile(const std::string &path, nuvo_simInputASCII &ascii) {
   if (!stream) return kInputError;
   const int rc = NUVOReadSimInputASCII(&ascii, stream.get());
   if (rc == 0) return kSuccess;
-  const std::string place = stopPlace(stream.get());
+  const std::string place = runfile::stopPlace(stream.get());
   reportFailure(place.empty() ? path : path + ": " + place, libraryMessage(rc));
   return kInputError;
 }
@@ -135,32 +29,10 @@ int loadSimInput(const std::string &path, const nuvo_simInputASCII &ascii, nuvo_
   const int rc = NUVOSimInputASCIIToSimInput(&ascii, &input);
   if (rc == 0) return kSuccess;
   const fs::path folder = parameterFolder(path);
-  reportFailure(path, libraryMessage(rc) + unopenedFile(namesOfCode(ascii, rc)) +
+  reportFailure(path, libraryMessage(rc) + runfile::unopenedInput(ascii, rc) +
                           " (names in the file are relative to " +
                           (folder.empty() ? std::string(".") : folder.string()) + ")");
   return kInputError;
-}
-
-std::vector<std::string> outputFiles(const nuvo_simInputASCII &ascii) {
-  std::vector<std::string> files;
-  int nkept = 0;
-  for (int v = 0; v < ascii.nsimVar; ++v) nkept += ascii.outputVarFlag[v] != 0;
-  if (nkept > 0 && ascii.outputSimJob == OUTPUT_SIM_ALL_IN_ONE_FILE) {
-    files.emplace_back(ascii.outputSimImageFileName[0]);
-  } else if (nkept > 0 && ascii.outputSimJob == OUTPUT_SIM_ONE_FILE_PER_VARIABLE) {
-    for (int j = 0; j < nkept; ++j) files.emplace_back(ascii.outputSimImageFileName[j]);
-  } else if (nkept > 0 && ascii.outputSimJob == OUTPUT_SIM_ONE_FILE_PER_REALIZATION) {
-    addPerRealization(files, ascii.outputSimImageFileName[0], ascii.nrealization);
-  }
-  const signed char flags[] = {ascii.outputPathIndexFlag, ascii.outputErrorFlag,
-                               ascii.outputTiGridNodeIndexFlag, ascii.outputTiIndexFlag};
-  const char *prefixes[] = {ascii.outputPathIndexFileName, ascii.outputErrorFileName,
-                            ascii.outputTiGridNodeIndexFileName, ascii.outputTiIndexFileName};
-  for (int m = 0; m < 4; ++m) {
-    if (flags[m]) addPerRealization(files, prefixes[m], ascii.nrealization);
-  }
-  if (ascii.outputReportFlag) files.emplace_back(ascii.outputReportFileName);
-  return files;
 }
 
 }  // namespace nuvo::cli

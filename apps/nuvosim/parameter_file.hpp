@@ -1,35 +1,17 @@
 // Parameter files on the command line: reading one, with the place where reading
-// stopped on failure, and loading the files it names from its own folder.
+// stopped on failure, and loading the files it names from its own folder
+// (run_files.hpp holds what the front ends share).
 #pragma once
 
-#include <filesystem>
 #include <string>
-#include <vector>
 
 #include "nuvo_siminput.h"
+#include "run_files.hpp"
 
 namespace nuvo::cli {
 
-// Makes `folder` the working directory from construction to destruction, which
-// restores the previous one; an empty folder changes nothing. Relative file names
-// inside a parameter file are thereby taken from the parameter file's folder.
-class FolderChange {
- public:
-  explicit FolderChange(const std::filesystem::path &folder);
-  ~FolderChange();
-  FolderChange(const FolderChange &) = delete;
-  FolderChange &operator=(const FolderChange &) = delete;
-
-  // False (after reporting it) when the folder could not be entered.
-  bool entered() const { return entered_; }
-
- private:
-  std::filesystem::path previous_;
-  bool entered_ = true;
-};
-
-// The folder relative names of the parameter file `path` are taken from.
-std::filesystem::path parameterFolder(const std::string &path);
+// Whether `folder` was entered; reports it when not.
+bool entered(const runfile::FolderChange &folder);
 
 // Reads the parameter file `path` into the initialised `ascii`. On failure
 // reports the library's message with the line where reading stopped and the
@@ -40,9 +22,5 @@ int readParameterFile(const std::string &path, nuvo_simInputASCII &ascii);
 // parameter file's folder). On failure reports the library's message and returns
 // kInputError.
 int loadSimInput(const std::string &path, const nuvo_simInputASCII &ascii, nuvo_simInput &input);
-
-// The files a simulation of `ascii` writes, as named in the parameter file:
-// realizations, additional maps and report.
-std::vector<std::string> outputFiles(const nuvo_simInputASCII &ascii);
 
 }  // namespace nuvo::cli
