@@ -91,14 +91,13 @@ def test_warnings_and_progress_reach_python(channels):
 
 
 def test_a_thousand_small_simulations_keep_memory_flat():
-    ti = np.indices((12, 12)).sum(axis=0) % 2
+    # A training image of 12.8 kB: losing a copy of it per run would show.
+    ti = np.indices((40, 40)).sum(axis=0) % 2
 
     def batch(count):
         for seed in range(count):
-            nuvosim.simulate(ti, (6, 6), seed=seed + 1, nneighbors=4, progress=False)
+            nuvosim.simulate(ti, (16, 16), seed=seed + 1, nneighbors=4, progress=False)
         return resource.getrusage(resource.RUSAGE_SELF).ru_maxrss
 
-    batch(200)
     before = batch(100)
-    after = batch(900)
-    assert after - before < 4096  # kilobytes
+    assert batch(1000) - before < 4096  # kilobytes
