@@ -19,12 +19,6 @@ void reportFailure(const std::string &path, const std::string &message) {
   std::fprintf(stderr, "nuvosim: %s: %s\n", path.c_str(), message.c_str());
 }
 
-std::string libraryMessage(int rc) {
-  std::string text = NUVOGetErrorMessage(-rc);
-  while (!text.empty() && text.back() == '\n') text.pop_back();
-  return text;
-}
-
 File openInput(const std::string &path) {
   File stream{std::fopen(path.c_str(), "rb")};
   if (!stream)

@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+#include "run_files.hpp"
+
 namespace nuvo::cli {
 
 struct FileCloser {
@@ -17,8 +19,7 @@ using File = std::unique_ptr<std::FILE, FileCloser>;
 // Prints "nuvosim: <path>: <message>" on stderr.
 void reportFailure(const std::string &path, const std::string &message);
 
-// The library's text for the return code rc (negative), without its line end.
-std::string libraryMessage(int rc);
+using runfile::libraryMessage;
 
 // Opens `path` for binary reading; on failure reports the library's "can not be
 // opened" message with the path and returns null.

@@ -1,11 +1,7 @@
 #include "image_io.hpp"
 
-#include <algorithm>
-#include <cctype>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <map>
 #include <string_view>
 
 #include "commands.hpp"
@@ -21,59 +17,16 @@ constexpr long kMapMaxValue = 255;
 constexpr int kPpmDimensionsReturned = -710;
 constexpr int kPpmDimensions = -770;
 
-std::string lowerCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
-
-// The format named by an option's key, or kByExtension for an unknown key.
-ImageFormat formatOfKey(const std::string &key) {
-  static const std::map<std::string, ImageFormat> kKeys{
-      {"gslib", ImageFormat::kGslib},    {"0", ImageFormat::kGslib},
-      {"vtk", ImageFormat::kVtk},        {"1", ImageFormat::kVtk},
-      {"pgm", ImageFormat::kPgm},        {"2", ImageFormat::kPgm},
-      {"ppm", ImageFormat::kPpm},        {"3", ImageFormat::kPpm},
-      {"bin", ImageFormat::kGslibBinary}};
-  const auto found = kKeys.find(lowerCase(key));
-  return found == kKeys.end() ? ImageFormat::kByExtension : found->second;
-}
-
-ImageFormat formatOfExtension(const std::string &path) {
-  const std::string extension = lowerCase(std::filesystem::path(path).extension().string());
-  if (extension == ".gslib" || extension == ".dat" || extension == ".txt")
-    return ImageFormat::kGslib;
-  if (extension == ".vtk") return ImageFormat::kVtk;
-  if (extension == ".pgm") return ImageFormat::kPgm;
-  if (extension == ".ppm") return ImageFormat::kPpm;
-  if (extension == ".gslibbin" || extension == ".bin") return ImageFormat::kGslibBinary;
-  return ImageFormat::kByExtension;
-}
-
 // The format to use for `path`, or kByExtension (after reporting it) when neither
 // the option nor the extension tells it.
 ImageFormat resolveFormat(const std::string &path, ImageFormat format, const char *option) {
   if (format != ImageFormat::kByExtension) return format;
-  format = formatOfExtension(path);
+  format = runfile::formatOfExtension(path);
   if (format == ImageFormat::kByExtension) {
     reportFailure(path, std::string("unknown image extension; name the format with ") + option +
                             " (gslib, vtk, pgm, ppm or bin)");
   }
   return format;
-}
-
-// The library's key of a text format.
-int textKey(ImageFormat format) {
-  switch (format) {
-    case ImageFormat::kVtk:
-      return NUVO_IMAGE_FORMAT_VTK;
-    case ImageFormat::kPgm:
-      return NUVO_IMAGE_FORMAT_PGM;
-    case ImageFormat::kPpm:
-      return NUVO_IMAGE_FORMAT_PPM;
-    default:
-      return NUVO_IMAGE_FORMAT_GSLIB;
-  }
 }
 
 // The largest value of a grey or colour map: its fourth header line, or -1 when
@@ -132,7 +85,7 @@ CLI::Option *addFormatOption(CLI::App *command, const std::string &name, ImageFo
       ->option_text("KEY")
       ->transform(CLI::Validator(
           [](std::string &key) -> std::string {
-            const ImageFormat named = formatOfKey(key);
+            const ImageFormat named = runfile::formatOfKey(key);
             if (named == ImageFormat::kByExtension) {
               return "unknown format " + key + " (gslib, vtk, pgm, ppm, bin or 0 to 3)";
             }
@@ -168,9 +121,7 @@ int readImageFile(const std::string &path, ImageFormat format, nuvo_image &image
   if (format == ImageFormat::kByExtension) return kUsageError;
   const File stream = openInput(path);
   if (!stream) return kInputError;
-  const int rc = format == ImageFormat::kGslibBinary
-                     ? NUVOReadImageGslibBinary(&image, stream.get())
-                     : NUVOReadImage(&image, textKey(format), stream.get());
+  const int rc = runfile::readImage(stream.get(), format, image);
   if (rc != 0) {
     // The PPM reader returns -710 for a line 3 without the two dimensions, a code
     // kept from the older readers whose text is about distance types; the text
@@ -193,9 +144,7 @@ int writeImageFile(const std::string &path, ImageFormat format, const nuvo_image
   format = resolveFormat(path, format, "--to");
   if (format == ImageFormat::kByExtension) return kUsageError;
   return writeOutput(path, [&](std::FILE *stream) {
-    const int rc = format == ImageFormat::kGslibBinary
-                       ? NUVOWriteImageGslibBinary(&image, stream)
-                       : NUVOWriteImage(&image, valueFormat.c_str(), textKey(format), stream);
+    const int rc = runfile::writeImage(stream, format, image, valueFormat);
     if (rc != 0) return libraryMessage(rc);
     return isMap(format) ? valuesWithin(image, kMapMaxValue, "the range of a written map")
                          : std::string();

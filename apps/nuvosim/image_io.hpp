@@ -7,11 +7,12 @@
 #include <string>
 #include <string_view>
 
+#include "image_files.hpp"
 #include "nuvo_image.h"
 
 namespace nuvo::cli {
 
-enum class ImageFormat { kByExtension, kGslib, kVtk, kPgm, kPpm, kGslibBinary };
+using runfile::ImageFormat;
 
 // Adds an option (--from or --to) that names a format: gslib or 0, vtk or 1,
 // pgm or 2, ppm or 3, bin (GSLIB binary). Left out, the extension decides.

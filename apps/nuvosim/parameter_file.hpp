@@ -1,5 +1,6 @@
 // Parameter files on the command line: reading one, with the place where reading
-// stopped on failure, and loading the files it names from its own folder.
+// stopped on failure, and loading the files it names from its own folder
+// (run_files.hpp holds what the front ends share).
 #pragma once
 
 #include <filesystem>
@@ -8,30 +9,17 @@
 #include <vector>
 
 #include "nuvo_siminput.h"
+#include "run_files.hpp"
 
 namespace nuvo::cli {
 
-// Makes `folder` the working directory from construction to destruction, which
-// restores the previous one; an empty folder changes nothing. Relative file names
-// inside a parameter file are thereby taken from the parameter file's folder.
-class FolderChange {
- public:
-  explicit FolderChange(const std::filesystem::path &folder);
-  ~FolderChange();
-  FolderChange(const FolderChange &) = delete;
-  FolderChange &operator=(const FolderChange &) = delete;
+using runfile::FolderChange;
+using runfile::inputFiles;
+using runfile::outputFiles;
+using runfile::parameterFolder;
 
-  // False (after reporting it) when the folder could not be entered.
-  bool entered() const { return entered_; }
-
- private:
-  std::filesystem::path previous_;
-  bool entered_ = true;
-};
-
-// The folder relative names of the parameter file `path` are taken from: its
-// own, or the current one for the standard input ("-") and pipes.
-std::filesystem::path parameterFolder(const std::string &path);
+// Whether `folder` (made the working directory) was entered; reports it when not.
+bool entered(const FolderChange &change, const std::filesystem::path &folder);
 
 // Reads the parameter file `path` ("-": the standard input; pipes are read too)
 // into the initialised `ascii`. On failure
@@ -43,10 +31,6 @@ int readParameterFile(const std::string &path, nuvo_simInputASCII &ascii);
 // parameter file's folder). On failure reports the library's message with the
 // file concerned and its problem, and returns kInputError.
 int loadSimInput(const std::string &path, const nuvo_simInputASCII &ascii, nuvo_simInput &input);
-
-// The input files that `ascii` names (training images, conditioning data, mask,
-// transform maps, constraint files), as written in the parameter file.
-std::vector<std::string> inputFiles(const nuvo_simInputASCII &ascii);
 
 // The owned buffers (NUVO_FILE_NAME_MAX + 1 bytes) of the output names in use in
 // a simulation input or its text form, `nvar` its number of variables: the
@@ -72,9 +56,5 @@ std::vector<char *> outputNameSlots(Record &record, int nvar) {
     if (flag && slot != nullptr) slots.push_back(slot);
   return slots;
 }
-
-// The files a simulation of `ascii` writes, as named in the parameter file:
-// realizations, additional maps and report.
-std::vector<std::string> outputFiles(const nuvo_simInputASCII &ascii);
 
 }  // namespace nuvo::cli

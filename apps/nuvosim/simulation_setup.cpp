@@ -13,7 +13,7 @@ int SimulationSetup::check() {
 
 int SimulationSetup::enter() {
   if (!folder_) folder_ = std::make_unique<FolderChange>(parameterFolder(path_));
-  return folder_->entered() ? kSuccess : kInputError;
+  return entered(*folder_, parameterFolder(path_)) ? kSuccess : kInputError;
 }
 
 int SimulationSetup::load() {

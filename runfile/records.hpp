@@ -1,5 +1,6 @@
-// Owners of the library's records for the lifetime of a command: each record is
-// initialised on construction and freed by its NUVOFree... function on destruction.
+// Owners of the library's records for the front ends (the command line, the Python
+// module): each record is initialised on construction and freed by its NUVOFree...
+// function on destruction.
 #pragma once
 
 #include "nuvo_image.h"
@@ -7,7 +8,7 @@
 #include "nuvo_sim.h"
 #include "nuvo_siminput.h"
 
-namespace nuvo::cli {
+namespace nuvo {
 
 template <typename Record, void (*init)(Record *), void (*release)(Record *)>
 class Owned {
@@ -32,4 +33,4 @@ using SimInputASCII = Owned<nuvo_simInputASCII, NUVOInitSimInputASCII, NUVOFreeS
 using SimInput = Owned<nuvo_simInput, NUVOInitSimInput, NUVOFreeSimInput>;
 using SimOutput = Owned<nuvo_simOutput, NUVOInitSimOutput, NUVOFreeSimOutput>;
 
-}  // namespace nuvo::cli
+}  // namespace nuvo
