@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -13,6 +14,20 @@ struct FileCloser {
   void operator()(std::FILE *stream) const { std::fclose(stream); }
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
+
+// A new folder of its own in the temporary folder, for intermediate files, removed
+// with everything in it on destruction; path() is empty when it could not be made.
+class ScratchFolder {
+ public:
+  ScratchFolder();
+  ~ScratchFolder();
+  ScratchFolder(const ScratchFolder &) = delete;
+  ScratchFolder &operator=(const ScratchFolder &) = delete;
+  const std::filesystem::path &path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
 
 // Prints "nuvosim: <path>: <message>" on stderr.
 void reportFailure(const std::string &path, const std::string &message);

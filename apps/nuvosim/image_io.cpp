@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <map>
 #include <string_view>
@@ -37,17 +39,6 @@ ImageFormat formatOfKey(const std::string &key) {
       {"bin", ImageFormat::kGslibBinary}};
   const auto found = kKeys.find(lowerCase(key));
   return found == kKeys.end() ? ImageFormat::kByExtension : found->second;
-}
-
-ImageFormat formatOfExtension(const std::string &path) {
-  const std::string extension = lowerCase(std::filesystem::path(path).extension().string());
-  if (extension == ".gslib" || extension == ".dat" || extension == ".txt")
-    return ImageFormat::kGslib;
-  if (extension == ".vtk") return ImageFormat::kVtk;
-  if (extension == ".pgm") return ImageFormat::kPgm;
-  if (extension == ".ppm") return ImageFormat::kPpm;
-  if (extension == ".gslibbin" || extension == ".bin") return ImageFormat::kGslibBinary;
-  return ImageFormat::kByExtension;
 }
 
 // The format to use for `path`, or kByExtension (after reporting it) when neither
@@ -104,11 +95,45 @@ std::string valuesWithin(const nuvo_image &image, long maxValue, const std::stri
   return {};
 }
 
+// A grey or colour map as the library reads it: a standard file, whose second line
+// is not a comment, is copied with an empty comment line inserted there (the
+// library's writer keeps the geometry in that line). Null when the copy fails.
+File withCommentLine(File stream) {
+  std::string first;
+  for (int c = std::fgetc(stream.get()); c != EOF && c != '\n'; c = std::fgetc(stream.get()))
+    first += static_cast<char>(c);
+  const int next = std::fgetc(stream.get());
+  if (next == '#' || next == EOF) {
+    std::rewind(stream.get());
+    return stream;
+  }
+  File copy{std::tmpfile()};
+  if (!copy) return copy;
+  std::fprintf(copy.get(), "%s\n#\n", first.c_str());
+  char buffer[1 << 14];
+  std::ungetc(next, stream.get());
+  for (std::size_t n = 0; (n = std::fread(buffer, 1, sizeof buffer, stream.get())) > 0;)
+    std::fwrite(buffer, 1, n, copy.get());
+  std::rewind(copy.get());
+  return copy;
+}
+
 bool isMap(ImageFormat format) {
   return format == ImageFormat::kPgm || format == ImageFormat::kPpm;
 }
 
 }  // namespace
+
+ImageFormat formatOfExtension(const std::string &path) {
+  const std::string extension = lowerCase(std::filesystem::path(path).extension().string());
+  if (extension == ".gslib" || extension == ".dat" || extension == ".txt")
+    return ImageFormat::kGslib;
+  if (extension == ".vtk") return ImageFormat::kVtk;
+  if (extension == ".pgm") return ImageFormat::kPgm;
+  if (extension == ".ppm") return ImageFormat::kPpm;
+  if (extension == ".gslibbin" || extension == ".bin") return ImageFormat::kGslibBinary;
+  return ImageFormat::kByExtension;
+}
 
 bool isNumberConversion(std::string_view piece) {
   const auto skip = [&](std::size_t k, std::string_view set) {
@@ -166,8 +191,13 @@ CLI::Option *addValueFormatOption(CLI::App *command, std::string &valueFormat) {
 int readImageFile(const std::string &path, ImageFormat format, nuvo_image &image) {
   format = resolveFormat(path, format, "--from");
   if (format == ImageFormat::kByExtension) return kUsageError;
-  const File stream = openInput(path);
+  File stream = openInput(path);
   if (!stream) return kInputError;
+  if (isMap(format)) stream = withCommentLine(std::move(stream));
+  if (!stream) {
+    reportFailure(path, std::string("cannot be copied for reading (") + std::strerror(errno) + ")");
+    return kInputError;
+  }
   const int rc = format == ImageFormat::kGslibBinary
                      ? NUVOReadImageGslibBinary(&image, stream.get())
                      : NUVOReadImage(&image, textKey(format), stream.get());

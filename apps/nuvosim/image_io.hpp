@@ -22,6 +22,10 @@ CLI::Option *addFormatOption(CLI::App *command, const std::string &name, ImageFo
 // one of d, i, e, E, f, F, g, G, a, A, reused cyclically over the variables.
 CLI::Option *addValueFormatOption(CLI::App *command, std::string &valueFormat);
 
+// The format the extension of `path` names (.gslib .dat .txt, .vtk, .pgm, .ppm,
+// .gslibbin .bin, in any case), or kByExtension when it names none.
+ImageFormat formatOfExtension(const std::string &path);
+
 // Whether `piece` is exactly one printf conversion of a number the library's
 // writers can print: "%", flags, width, precision, then d or i, or one of e, E, f,
 // F, g, G, a, A (also after "l", as in "%lf").

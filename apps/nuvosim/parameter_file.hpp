@@ -44,6 +44,18 @@ int readParameterFile(const std::string &path, nuvo_simInputASCII &ascii);
 // file concerned and its problem, and returns kInputError.
 int loadSimInput(const std::string &path, const nuvo_simInputASCII &ascii, nuvo_simInput &input);
 
+enum class InputKind { kImage, kPointSet, kBlockData };
+
+// A file name of a parameter file: its owned buffer (NUVO_FILE_NAME_MAX + 1
+// bytes) and what the file holds.
+struct InputName {
+  char *slot;
+  InputKind kind;
+};
+
+// The input files that `ascii` names and uses, in the order they are loaded.
+std::vector<InputName> inputNames(const nuvo_simInputASCII &ascii);
+
 // The input files that `ascii` names (training images, conditioning data, mask,
 // transform maps, constraint files), as written in the parameter file.
 std::vector<std::string> inputFiles(const nuvo_simInputASCII &ascii);
