@@ -38,10 +38,29 @@ std::string libraryMessage(int rc) {
   return text;
 }
 
-File openInput(const std::string &path) {
+File openReadable(const std::string &path, std::string &reason) {
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error)) {
+    reason = "a folder, not a file";
+    return nullptr;
+  }
   File stream{std::fopen(path.c_str(), "rb")};
-  if (!stream)
-    reportFailure(path, libraryMessage(-kInputNotOpened) + " (" + std::strerror(errno) + ")");
+  if (!stream) {
+    reason = std::strerror(errno);
+    return nullptr;
+  }
+  if (std::fgetc(stream.get()) == EOF) {
+    reason = std::ferror(stream.get()) != 0 ? std::strerror(errno) : "empty file";
+    return nullptr;
+  }
+  std::rewind(stream.get());
+  return stream;
+}
+
+File openInput(const std::string &path) {
+  std::string reason;
+  File stream = openReadable(path, reason);
+  if (!stream) reportFailure(path, libraryMessage(-kInputNotOpened) + " (" + reason + ")");
   return stream;
 }
 

@@ -35,8 +35,12 @@ void reportFailure(const std::string &path, const std::string &message);
 // The library's text for the return code rc (negative), without its line end.
 std::string libraryMessage(int rc);
 
-// Opens `path` for binary reading; on failure reports the library's "can not be
-// opened" message with the path and returns null.
+// Opens `path` for binary reading when it is a file with something in it; else
+// returns null with the reason (a folder, empty, or the system's reason).
+File openReadable(const std::string &path, std::string &reason);
+
+// Opens `path` as openReadable does; on failure reports the library's "can not be
+// opened" message with the path and the reason, and returns null.
 File openInput(const std::string &path);
 
 // Writes a file through `write` (which returns an empty text on success, else

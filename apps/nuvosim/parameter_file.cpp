@@ -62,12 +62,9 @@ void addSlot(std::vector<InputName> &names, char *slot, InputKind kind) {
 // system's reason when it cannot be opened, a folder, an empty file, or the
 // reader's message; empty when it reads.
 std::string problemOf(const std::string &name, InputKind kind) {
-  std::error_code error;
-  if (fs::is_directory(name, error)) return "a folder, not a file";
-  const File stream{std::fopen(name.c_str(), "rb")};
-  if (!stream) return std::strerror(errno);
-  if (std::fgetc(stream.get()) == EOF) return "empty file";
-  std::rewind(stream.get());
+  std::string reason;
+  const File stream = openReadable(name, reason);
+  if (!stream) return reason;
   if (kind == InputKind::kPointSet) {
     PointSet points;
     const int rc = NUVOReadPointSet(points.get(), stream.get());
@@ -91,10 +88,8 @@ void addPerRealization(std::vector<std::string> &files, const char *prefix, int 
 // which the reader needs to put back a token that fails: a pipe is copied into
 // a temporary file first. Null after reporting a failure.
 File openParameterFile(const std::string &path) {
-  if (path != kStandardInput) {
-    File stream = openInput(path);
-    if (!stream || std::fseek(stream.get(), 0, SEEK_SET) == 0) return stream;
-  }
+  std::error_code error;
+  if (path != kStandardInput && fs::is_regular_file(path, error)) return openInput(path);
   File copy{std::tmpfile()};
   const File opened{path == kStandardInput ? nullptr : std::fopen(path.c_str(), "rb")};
   std::FILE *from = path == kStandardInput ? stdin : opened.get();

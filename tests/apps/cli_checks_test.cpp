@@ -214,6 +214,8 @@ TEST_F(CliChecks, RunOptionsReplaceTheFilesSettings) {
   ASSERT_EQ(r.status, 0) << r.err;
   EXPECT_NE(readText(path("res/sim.gslib")), readText(path("res123/sim.gslib")));
   EXPECT_EQ(run("check /dev/stdin < case/tiny.in").status, 0);
+  r = run("check /dev/stdin", "cat case/tiny.in |");
+  EXPECT_EQ(r.status, 0) << r.err;
 }
 
 // Training images in any format the library reads give the same realization as
