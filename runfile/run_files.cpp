@@ -21,11 +21,6 @@ namespace fs = std::filesystem;
 constexpr std::size_t kShownLength = 40;
 constexpr const char *kStandardInput = "-";
 
-struct FileCloser {
-  void operator()(std::FILE *stream) const { std::fclose(stream); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
 bool blank(int c) {
   return std::isspace(static_cast<unsigned char>(c)) != 0;
 }
@@ -35,39 +30,23 @@ std::string shorten(const std::string &word) {
   return word.size() > kShownLength ? word.substr(0, kShownLength) + "..." : word;
 }
 
-void addName(std::vector<std::string> &names, const char *name) {
-  if (name != nullptr && name[0] != '\0') names.emplace_back(name);
-}
-
-void addNames(std::vector<std::string> &names, char **list, int n) {
-  for (int k = 0; list != nullptr && k < n; ++k) addName(names, list[k]);
-}
-
-bool listed(char **names, int n, const std::string &name) {
-  for (int k = 0; names != nullptr && k < n; ++k)
-    if (name == names[k]) return true;
-  return false;
+void addSlot(std::vector<InputName> &names, char *slot, InputKind kind) {
+  if (slot != nullptr && slot[0] != '\0') names.push_back({slot, kind});
 }
 
 // What is wrong with the input file `name`, read as the library reads it: the
 // system's reason when it cannot be opened, a folder, an empty file, or the
 // reader's message; empty when it reads.
-std::string problemOf(const nuvo_simInputASCII &ascii, const std::string &name) {
-  std::error_code error;
-  if (fs::is_directory(name, error)) return "a folder, not a file";
-  const File stream{std::fopen(name.c_str(), "rb")};
-  if (!stream) return std::strerror(errno);
-  if (std::fgetc(stream.get()) == EOF) return "empty file";
-  std::rewind(stream.get());
-  if (listed(ascii.dataPointSetFileName, ascii.ndataPointSetFile, name)) {
+std::string problemOf(const std::string &name, InputKind kind) {
+  std::string reason;
+  const File stream = openReadable(name, reason);
+  if (!stream) return reason;
+  if (kind == InputKind::kPointSet) {
     PointSet points;
     const int rc = NUVOReadPointSet(points.get(), stream.get());
     return rc == 0 ? "" : libraryMessage(rc);
   }
-  for (int v = 0; ascii.blockDataASCII != nullptr && v < ascii.nsimVar; ++v) {
-    const char *blocks = ascii.blockDataASCII[v].blockDataFileName;
-    if (blocks != nullptr && name == blocks) return "";
-  }
+  if (kind == InputKind::kBlockData) return "";
   Image image;
   const int rc = NUVOReadImage(image.get(), NUVO_IMAGE_FORMAT_GSLIB, stream.get());
   return rc == 0 ? "" : libraryMessage(rc);
@@ -87,6 +66,25 @@ std::string libraryMessage(int rc) {
   std::string text = NUVOGetErrorMessage(-rc);
   while (!text.empty() && text.back() == '\n') text.pop_back();
   return text;
+}
+
+File openReadable(const std::string &path, std::string &reason) {
+  std::error_code error;
+  if (fs::is_directory(path, error)) {
+    reason = "a folder, not a file";
+    return nullptr;
+  }
+  File stream{std::fopen(path.c_str(), "rb")};
+  if (!stream) {
+    reason = std::strerror(errno);
+    return nullptr;
+  }
+  if (std::fgetc(stream.get()) == EOF) {
+    reason = std::ferror(stream.get()) != 0 ? std::strerror(errno) : "empty file";
+    return nullptr;
+  }
+  std::rewind(stream.get());
+  return stream;
 }
 
 FolderChange::FolderChange(const fs::path &folder) {
@@ -136,17 +134,19 @@ std::string stopPlace(std::FILE *stream) {
   return place + ", after \"" + shorten(before.substr(start)) + "\"";
 }
 
-std::vector<std::string> inputFiles(const nuvo_simInputASCII &ascii) {
-  std::vector<std::string> names;
+std::vector<InputName> inputNames(const nuvo_simInputASCII &ascii) {
+  constexpr InputKind kImage = InputKind::kImage;
+  std::vector<InputName> names;
   for (int t = 0; t < ascii.ntrainImage; ++t) {
     if (std::strcmp(ascii.trainImageFileName[t], NUVO_SIM_GRID_AS_TI_NAME) != 0)
-      addName(names, ascii.trainImageFileName[t]);
+      addSlot(names, ascii.trainImageFileName[t], kImage);
   }
-  if (ascii.ntrainImage > 1) addName(names, ascii.pdfTrainImageFileName);
-  addNames(names, ascii.dataImageFileName, ascii.ndataImageFile);
-  addNames(names, ascii.dataPointSetFileName, ascii.ndataPointSetFile);
-  if (ascii.maskImageFlag) addName(names, ascii.maskImageFileName);
-  const std::pair<signed char, const char *> maps[] = {
+  if (ascii.ntrainImage > 1) addSlot(names, ascii.pdfTrainImageFileName, kImage);
+  for (int k = 0; k < ascii.ndataImageFile; ++k) addSlot(names, ascii.dataImageFileName[k], kImage);
+  for (int k = 0; k < ascii.ndataPointSetFile; ++k)
+    addSlot(names, ascii.dataPointSetFileName[k], InputKind::kPointSet);
+  if (ascii.maskImageFlag) addSlot(names, ascii.maskImageFileName, kImage);
+  const std::pair<signed char, char *> maps[] = {
       {ascii.homothetyXRatioImageFlag, ascii.homothetyXRatioImageFileName},
       {ascii.homothetyYRatioImageFlag, ascii.homothetyYRatioImageFileName},
       {ascii.homothetyZRatioImageFlag, ascii.homothetyZRatioImageFileName},
@@ -155,24 +155,32 @@ std::vector<std::string> inputFiles(const nuvo_simInputASCII &ascii) {
       {ascii.rotationPlungeImageFlag, ascii.rotationPlungeImageFileName}};
   for (std::size_t m = 0; m < 6; ++m) {
     const bool used = m < 3 ? ascii.homothetyUsage > 0 : ascii.rotationUsage > 0;
-    if (used && maps[m].first) addName(names, maps[m].second);
+    if (used && maps[m].first) addSlot(names, maps[m].second, kImage);
   }
   for (int v = 0; v < ascii.nsimVar; ++v) {
     if (ascii.softProbabilityASCII != nullptr)
-      addName(names, ascii.softProbabilityASCII[v].localPdfImageFileName);
+      addSlot(names, ascii.softProbabilityASCII[v].localPdfImageFileName, kImage);
     if (ascii.connectivityASCII != nullptr) {
-      const char *reference = ascii.connectivityASCII[v].refConnectivityImageFileName;
-      if (reference != nullptr && std::strcmp(reference, "_TI_") != 0) addName(names, reference);
+      char *reference = ascii.connectivityASCII[v].refConnectivityImageFileName;
+      if (reference != nullptr && std::strcmp(reference, "_TI_") != 0)
+        addSlot(names, reference, kImage);
     }
-    if (ascii.blockDataASCII != nullptr) addName(names, ascii.blockDataASCII[v].blockDataFileName);
+    if (ascii.blockDataASCII != nullptr)
+      addSlot(names, ascii.blockDataASCII[v].blockDataFileName, InputKind::kBlockData);
   }
   return names;
 }
 
+std::vector<std::string> inputFiles(const nuvo_simInputASCII &ascii) {
+  std::vector<std::string> files;
+  for (const InputName &name : inputNames(ascii)) files.emplace_back(name.slot);
+  return files;
+}
+
 std::string firstInputProblem(const nuvo_simInputASCII &ascii) {
-  for (const std::string &name : inputFiles(ascii)) {
-    if (const std::string problem = problemOf(ascii, name); !problem.empty())
-      return ": " + name + " (" + problem + ")";
+  for (const InputName &named : inputNames(ascii)) {
+    if (const std::string problem = problemOf(named.slot, named.kind); !problem.empty())
+      return std::string(": ") + named.slot + " (" + problem + ")";
   }
   return "";
 }

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,15 @@ namespace nuvo::runfile {
 
 // The library's text for the return code rc (negative), without its line end.
 std::string libraryMessage(int rc);
+
+struct FileCloser {
+  void operator()(std::FILE *stream) const { std::fclose(stream); }
+};
+using File = std::unique_ptr<std::FILE, FileCloser>;
+
+// Opens `path` for binary reading when it is a file with something in it; else
+// returns null with the reason (a folder, empty, or the system's reason).
+File openReadable(const std::string &path, std::string &reason);
 
 // Makes `folder` the working directory from construction to destruction, which
 // restores the previous one; an empty folder changes nothing. Relative file names
@@ -45,8 +55,20 @@ std::filesystem::path parameterFolder(const std::string &path);
 // position cannot be told.
 std::string stopPlace(std::FILE *stream);
 
-// The input files that `ascii` names (training images, conditioning data, mask,
-// transform maps, constraint files), as written in the parameter file.
+enum class InputKind { kImage, kPointSet, kBlockData };
+
+// A file name of a parameter file: its owned buffer (NUVO_FILE_NAME_MAX + 1
+// bytes) and what the file holds.
+struct InputName {
+  char *slot;
+  InputKind kind;
+};
+
+// The input files that `ascii` names and uses (training images, conditioning
+// data, mask, transform maps, constraint files), in the order they are loaded.
+std::vector<InputName> inputNames(const nuvo_simInputASCII &ascii);
+
+// The same names, as written in the parameter file.
 std::vector<std::string> inputFiles(const nuvo_simInputASCII &ascii);
 
 // ": <name> (<problem>)" for the first input file of `ascii` that does not read

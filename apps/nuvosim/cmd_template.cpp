@@ -1,7 +1,5 @@
 // nuvosim template OUT.in: a complete, commented parameter file with sensible
 // defaults, written by the library's own exporter with its training image beside it.
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
@@ -36,25 +34,6 @@ struct TemplateOptions {
   ImageFormat from = ImageFormat::kByExtension;
   std::vector<int> grid;
   bool force = false;
-};
-
-// A folder of its own for the intermediate files, removed with everything in it.
-class ScratchFolder {
- public:
-  ScratchFolder() {
-    std::string name = (fs::temp_directory_path() / "nuvosim-template-XXXXXX").string();
-    if (::mkdtemp(name.data()) != nullptr) path_ = name;
-  }
-  ~ScratchFolder() {
-    std::error_code ignored;
-    if (!path_.empty()) fs::remove_all(path_, ignored);
-  }
-  ScratchFolder(const ScratchFolder &) = delete;
-  ScratchFolder &operator=(const ScratchFolder &) = delete;
-  const fs::path &path() const { return path_; }
-
- private:
-  fs::path path_;
 };
 
 // 0 (non-matching nodes) for a variable of few whole values, else 1 (L-1).

@@ -1,7 +1,10 @@
 #include "files.hpp"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
+#include <system_error>
 
 #include "commands.hpp"
 #include "nuvo_error.h"
@@ -15,14 +18,24 @@ constexpr int kOutputNotOpened = 110;
 
 }  // namespace
 
+ScratchFolder::ScratchFolder() {
+  std::string name = (std::filesystem::temp_directory_path() / "nuvosim-XXXXXX").string();
+  if (::mkdtemp(name.data()) != nullptr) path_ = name;
+}
+
+ScratchFolder::~ScratchFolder() {
+  std::error_code ignored;
+  if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
+}
+
 void reportFailure(const std::string &path, const std::string &message) {
   std::fprintf(stderr, "nuvosim: %s: %s\n", path.c_str(), message.c_str());
 }
 
 File openInput(const std::string &path) {
-  File stream{std::fopen(path.c_str(), "rb")};
-  if (!stream)
-    reportFailure(path, libraryMessage(-kInputNotOpened) + " (" + std::strerror(errno) + ")");
+  std::string reason;
+  File stream = openReadable(path, reason);
+  if (!stream) reportFailure(path, libraryMessage(-kInputNotOpened) + " (" + reason + ")");
   return stream;
 }
 

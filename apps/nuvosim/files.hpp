@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -11,18 +12,29 @@
 
 namespace nuvo::cli {
 
-struct FileCloser {
-  void operator()(std::FILE *stream) const { std::fclose(stream); }
+using runfile::File;
+using runfile::libraryMessage;
+using runfile::openReadable;
+
+// A new folder of its own in the temporary folder, for intermediate files, removed
+// with everything in it on destruction; path() is empty when it could not be made.
+class ScratchFolder {
+ public:
+  ScratchFolder();
+  ~ScratchFolder();
+  ScratchFolder(const ScratchFolder &) = delete;
+  ScratchFolder &operator=(const ScratchFolder &) = delete;
+  const std::filesystem::path &path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
 };
-using File = std::unique_ptr<std::FILE, FileCloser>;
 
 // Prints "nuvosim: <path>: <message>" on stderr.
 void reportFailure(const std::string &path, const std::string &message);
 
-using runfile::libraryMessage;
-
-// Opens `path` for binary reading; on failure reports the library's "can not be
-// opened" message with the path and returns null.
+// Opens `path` as openReadable does; on failure reports the library's "can not be
+// opened" message with the path and the reason, and returns null.
 File openInput(const std::string &path);
 
 // Writes a file through `write` (which returns an empty text on success, else

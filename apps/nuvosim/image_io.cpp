@@ -1,7 +1,9 @@
 #include "image_io.hpp"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string_view>
 
 #include "commands.hpp"
@@ -21,7 +23,7 @@ constexpr int kPpmDimensions = -770;
 // the option nor the extension tells it.
 ImageFormat resolveFormat(const std::string &path, ImageFormat format, const char *option) {
   if (format != ImageFormat::kByExtension) return format;
-  format = runfile::formatOfExtension(path);
+  format = formatOfExtension(path);
   if (format == ImageFormat::kByExtension) {
     reportFailure(path, std::string("unknown image extension; name the format with ") + option +
                             " (gslib, vtk, pgm, ppm or bin)");
@@ -55,6 +57,29 @@ std::string valuesWithin(const nuvo_image &image, long maxValue, const std::stri
            std::to_string(maxValue) + ", " + what;
   }
   return {};
+}
+
+// A grey or colour map as the library reads it: a standard file, whose second line
+// is not a comment, is copied with an empty comment line inserted there (the
+// library's writer keeps the geometry in that line). Null when the copy fails.
+File withCommentLine(File stream) {
+  std::string first;
+  for (int c = std::fgetc(stream.get()); c != EOF && c != '\n'; c = std::fgetc(stream.get()))
+    first += static_cast<char>(c);
+  const int next = std::fgetc(stream.get());
+  if (next == '#' || next == EOF) {
+    std::rewind(stream.get());
+    return stream;
+  }
+  File copy{std::tmpfile()};
+  if (!copy) return copy;
+  std::fprintf(copy.get(), "%s\n#\n", first.c_str());
+  char buffer[1 << 14];
+  std::ungetc(next, stream.get());
+  for (std::size_t n = 0; (n = std::fread(buffer, 1, sizeof buffer, stream.get())) > 0;)
+    std::fwrite(buffer, 1, n, copy.get());
+  std::rewind(copy.get());
+  return copy;
 }
 
 bool isMap(ImageFormat format) {
@@ -119,8 +144,13 @@ CLI::Option *addValueFormatOption(CLI::App *command, std::string &valueFormat) {
 int readImageFile(const std::string &path, ImageFormat format, nuvo_image &image) {
   format = resolveFormat(path, format, "--from");
   if (format == ImageFormat::kByExtension) return kUsageError;
-  const File stream = openInput(path);
+  File stream = openInput(path);
   if (!stream) return kInputError;
+  if (isMap(format)) stream = withCommentLine(std::move(stream));
+  if (!stream) {
+    reportFailure(path, std::string("cannot be copied for reading (") + std::strerror(errno) + ")");
+    return kInputError;
+  }
   const int rc = runfile::readImage(stream.get(), format, image);
   if (rc != 0) {
     // The PPM reader returns -710 for a line 3 without the two dimensions, a code

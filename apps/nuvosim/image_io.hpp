@@ -23,6 +23,8 @@ CLI::Option *addFormatOption(CLI::App *command, const std::string &name, ImageFo
 // one of d, i, e, E, f, F, g, G, a, A, reused cyclically over the variables.
 CLI::Option *addValueFormatOption(CLI::App *command, std::string &valueFormat);
 
+using runfile::formatOfExtension;
+
 // Whether `piece` is exactly one printf conversion of a number the library's
 // writers can print: "%", flags, width, precision, then d or i, or one of e, E, f,
 // F, g, G, a, A (also after "l", as in "%lf").

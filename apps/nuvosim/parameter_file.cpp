@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <system_error>
 
 #include "commands.hpp"
 #include "files.hpp"
@@ -19,10 +20,8 @@ constexpr const char *kStandardInput = "-";
 // which the reader needs to put back a token that fails: a pipe is copied into
 // a temporary file first. Null after reporting a failure.
 File openParameterFile(const std::string &path) {
-  if (path != kStandardInput) {
-    File stream = openInput(path);
-    if (!stream || std::fseek(stream.get(), 0, SEEK_SET) == 0) return stream;
-  }
+  std::error_code error;
+  if (path != kStandardInput && fs::is_regular_file(path, error)) return openInput(path);
   File copy{std::tmpfile()};
   const File opened{path == kStandardInput ? nullptr : std::fopen(path.c_str(), "rb")};
   std::FILE *from = path == kStandardInput ? stdin : opened.get();

@@ -15,6 +15,9 @@ namespace nuvo::cli {
 
 using runfile::FolderChange;
 using runfile::inputFiles;
+using runfile::InputKind;
+using runfile::InputName;
+using runfile::inputNames;
 using runfile::outputFiles;
 using runfile::parameterFolder;
 

@@ -99,9 +99,15 @@ TEST_F(CliChecks, ParametersThatLoseResultsAreRefusedNamingTheField) {
       << r.err;
 }
 
-TEST_F(CliChecks, ZeroRadiusAndZeroSeedIncrementWarn) {
+// check warns about all that run would: here a zero radius, a zero seed
+// increment, a point outside the grid and an output that exists.
+TEST_F(CliChecks, CheckWarnsAboutWhatRunWould) {
+  writeFile("case/points.txt", "2\n4\nx\ny\nz\nfacies\n1.5 2.5 0.5 1\n35.5 4.5 0.5 0\n");
   writeCase({{"SEARCHNEIGHBORHOOD_RADIUS_LARGE_DEFAULT", "SEARCHNEIGHBORHOOD_RADIUS_MANUAL 0 0 0"},
-             {"123 1\n1\nEND", "123 0\n2\nEND"}});
+             {"123 1\n1\nEND", "123 0\n2\nEND"},
+             {kNoData, "1 ti.gslib\n0\n1 points.txt\n"}});
+  fs::create_directories(path("case/out"));
+  writeFile("case/out/sim.gslib", "");
   const Outcome r = run("check case/tiny.in");
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_NE(r.err.find("SEARCH NEIGHBORHOOD PARAMETERS of facies: radius 0 in every direction"),
@@ -109,7 +115,10 @@ TEST_F(CliChecks, ZeroRadiusAndZeroSeedIncrementWarn) {
       << r.err;
   EXPECT_NE(r.err.find("seedIncrement = 0, so the 2 realizations are identical"), std::string::npos)
       << r.err;
-  EXPECT_NE(r.out.find("2 warning(s)"), std::string::npos) << r.out;
+  EXPECT_NE(r.err.find("WARNING 00042"), std::string::npos) << r.err;
+  EXPECT_NE(r.err.find("case/out/sim.gslib: warning: the output exists already"), std::string::npos)
+      << r.err;
+  EXPECT_NE(r.out.find("4 warning(s)"), std::string::npos) << r.out;
 }
 
 // An existing output is replaced only with --force; a full disk (here a file size
@@ -205,6 +214,27 @@ TEST_F(CliChecks, RunOptionsReplaceTheFilesSettings) {
   ASSERT_EQ(r.status, 0) << r.err;
   EXPECT_NE(readText(path("res/sim.gslib")), readText(path("res123/sim.gslib")));
   EXPECT_EQ(run("check /dev/stdin < case/tiny.in").status, 0);
+  r = run("check /dev/stdin", "cat case/tiny.in |");
+  EXPECT_EQ(r.status, 0) << r.err;
+}
+
+// Training images in any format the library reads give the same realization as
+// their GSLIB text; a standard grey map (no comment line) reads as a 2D image.
+TEST_F(CliChecks, ImagesOfEveryFormatAreLoaded) {
+  writeCase({});
+  ASSERT_EQ(run("run case/tiny.in --quiet").status, 0);
+  const std::string fromText = readText(path("case/out/sim.gslib"));
+  for (const char *format : {"vtk", "bin"}) {
+    ASSERT_EQ(run(std::string("convert case/ti.gslib case/ti.") + format).status, 0);
+    writeCase({{"1 ti.gslib", std::string("1 ti.") + format}});
+    const Outcome r = run("run case/tiny.in --quiet --force");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(readText(path("case/out/sim.gslib")), fromText) << format;
+  }
+  writeFile("plain.pgm", "P2\n3 2\n255\n0 1 2\n3 4 5\n");
+  const Outcome r = run("info plain.pgm");
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_NE(r.out.find("Number of variables:   1"), std::string::npos) << r.out;
 }
 
 }  // namespace

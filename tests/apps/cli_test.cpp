@@ -64,6 +64,7 @@ TEST_F(Cli, FailuresExitWithTheirStatusAndMessageAndWriteNothing) {
       {"generate channels b.gslib --proportion 1.5", 1, "--proportion"},
       {"info short.gslib", 2, "short.gslib: ERROR 00730"},
       {"convert missing.vtk b.gslib", 2, "missing.vtk: ERROR 00109"},
+      {"info . --from gslib", 2, ".: ERROR 00109: a file (input) can not be opened (a folder, not"},
       {"convert a.gslib b.pgm", 3, "b.pgm: ERROR 01016"},  // two variables in a grey map
       {"convert a.gslib no-such-folder/b.vtk", 3, "ERROR 00110"},
       {"info over.pgm", 2, "over.pgm: variable pgmValue, node 1: value 300 outside 0..255"},
