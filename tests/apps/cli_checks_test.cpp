@@ -90,6 +90,7 @@ TEST_F(CliChecks, ParametersThatLoseResultsAreRefusedNamingTheField) {
     expectRefused("check", 2, message);
     expectRefused("run", 2, message);
   }
+#ifndef __SANITIZE_ADDRESS__  // the sanitizer's shadow memory needs no address-space limit
   writeCase({{kGridLine, "2000 2000 10  1.0 1.0 1.0"}});
   const Outcome r = run("check case/tiny.in", "ulimit -v 1000000;");
   EXPECT_EQ(r.status, 2);
@@ -97,6 +98,7 @@ TEST_F(CliChecks, ParametersThatLoseResultsAreRefusedNamingTheField) {
                        "limit of the process (1.0 GB)"),
             std::string::npos)
       << r.err;
+#endif
 }
 
 // check warns about all that run would: here a zero radius, a zero seed
