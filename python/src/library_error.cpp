@@ -9,10 +9,10 @@ namespace nuvo::python {
 namespace py = pybind11;
 
 LibraryError::LibraryError(int rc, const std::string &where)
-    : std::runtime_error(where + ": " + runfile::libraryMessage(rc)),
-      code_(rc),
-      message_(runfile::libraryMessage(rc)),
-      where_(where) {}
+    : LibraryError(rc, runfile::libraryMessage(rc), where) {}
+
+LibraryError::LibraryError(int rc, const std::string &message, const std::string &where)
+    : std::runtime_error(where + ": " + message), code_(rc), message_(message), where_(where) {}
 
 void registerLibraryError() {
   py::register_exception_translator([](std::exception_ptr failure) {

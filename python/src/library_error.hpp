@@ -11,6 +11,8 @@ class LibraryError : public std::runtime_error {
  public:
   // `where` names what failed (a file, a parameter file line); rc is the library's code.
   LibraryError(int rc, const std::string &where);
+  // The same with the text to show, when it says more than the code's message.
+  LibraryError(int rc, const std::string &message, const std::string &where);
 
   int code() const { return code_; }
   const std::string &message() const { return message_; }

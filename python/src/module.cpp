@@ -19,7 +19,6 @@ namespace {
 
 using namespace pybind11::literals;
 
-constexpr int kInputNotOpened = -109;
 constexpr int kOutputNotOpened = -110;
 
 // The format named by `key`, or by the extension of `path` when the key is empty.
@@ -32,15 +31,19 @@ runfile::ImageFormat formatOf(const std::string &path, const std::string &key) {
   return format;
 }
 
+// Raises a failed read or write: NuvoError for what the library refuses,
+// ValueError for values outside the format's range.
+void throwIfFailed(const runfile::ImageFailure &failure, const std::string &path) {
+  if (!failure) return;
+  if (failure.code == 0) throw std::invalid_argument(path + ": " + failure.text);
+  throw LibraryError(failure.code, failure.text, path);
+}
+
 // (values (nvar, nz, ny, nx), spacing, origin, names) of the image file `path`.
 py::tuple readImage(const std::string &path, const std::string &key) {
   const runfile::ImageFormat format = formatOf(path, key);
   Image image;
-  std::FILE *stream = std::fopen(path.c_str(), "rb");
-  if (stream == nullptr) throw LibraryError(kInputNotOpened, path);
-  const int rc = runfile::readImage(stream, format, *image.get());
-  std::fclose(stream);
-  if (rc != 0) throw LibraryError(rc, path);
+  throwIfFailed(runfile::readImage(path, format, *image.get()), path);
   const nuvo_grid &g = *image->grid;
   py::list names;
   for (int iv = 0; iv < image->nvar; ++iv) names.append(image->varName[iv]);
@@ -58,11 +61,11 @@ void writeImage(const Values &values, const std::array<double, 3> &spacing,
   buildImage(*image.get(), values, spacing, origin, names);
   std::FILE *stream = std::fopen(path.c_str(), "wb");
   if (stream == nullptr) throw LibraryError(kOutputNotOpened, path);
-  int rc = runfile::writeImage(stream, format, *image.get(), valueFormat);
-  if (std::fclose(stream) != 0 && rc == 0) rc = kOutputNotOpened;
-  if (rc != 0) {
+  runfile::ImageFailure failure = runfile::writeImage(stream, format, *image.get(), valueFormat);
+  if (std::fclose(stream) != 0 && !failure) failure = {kOutputNotOpened, "write failed"};
+  if (failure) {
     std::remove(path.c_str());
-    throw LibraryError(rc, path);
+    throwIfFailed(failure, path);
   }
 }
 

@@ -48,6 +48,14 @@ def test_images_round_trip_in_every_format(tmp_path):
     grey = nuvosim.Image(np.array([[0, 255], [7, 9]]))
     nuvosim.write_image(grey, tmp_path / "grey.pgm", value_format="%d")
     assert np.array_equal(nuvosim.read_image(tmp_path / "grey.pgm").values, grey.values)
+    (tmp_path / "plain.pgm").write_text("P2\n2 1\n255\n12 200\n")
+    assert nuvosim.read_image(tmp_path / "plain.pgm").values.ravel().tolist() == [12, 200]
+    (tmp_path / "over.pgm").write_text("P2\n2 1\n255\n12 300\n")
+    with pytest.raises(ValueError, match="outside 0..255"):
+        nuvosim.read_image(tmp_path / "over.pgm")
+    with pytest.raises(ValueError, match="outside 0..255"):
+        nuvosim.write_image(nuvosim.Image(np.array([[256.0]])), tmp_path / "high.pgm")
+    assert not (tmp_path / "high.pgm").exists()
 
 
 def test_bad_input_raises_clear_errors(channels, tmp_path):
