@@ -110,8 +110,9 @@ void addAnalyzeCommand(CLI::App &app) {
       "analyze", "Compare the statistics of realizations with those of their training image");
   command->footer(
       "A variable with at most 20 distinct values, all whole numbers, is categorical: for\n"
-      "each category its proportion, its indicator variogram and its connectivity function\n"
-      "(face neighbours) at lags 1 to --lags along x, y and z, and over all categories the\n"
+      "each category its proportion, its share of isolated nodes (no face neighbour of the\n"
+      "same category), its indicator variogram and its connectivity function (face\n"
+      "neighbours) at lags 1 to --lags along x, y and z, and over all categories the\n"
       "Jensen-Shannon divergence, in bits, between the histograms of the 3 x 3 patterns (x\n"
       "by y, every layer) of the training image and of the realizations pooled. Otherwise:\n"
       "mean, standard deviation, minimum, quartiles, maximum and variograms. Each statistic\n"

@@ -73,6 +73,38 @@ int makeIndicators(const nuvo_image &image, int iv, const std::vector<double> &c
   return 0;
 }
 
+// The share of the informed nodes that hold `category` while every informed face
+// neighbour (at least one) holds another value: the single-node specks that a
+// simulation adds where its patterns do not fit.
+double isolatedShare(const nuvo_image &image, int iv, double category) {
+  const nuvo_grid &g = *image.grid;
+  const double *v = image.var + static_cast<long long>(iv) * g.nxyz;
+  const auto at = [&](int x, int y, int z) { return v[x + g.nx * y + g.nxy * z]; };
+  long long informed = 0, isolated = 0;
+  for (int z = 0; z < g.nz; ++z)
+    for (int y = 0; y < g.ny; ++y)
+      for (int x = 0; x < g.nx; ++x) {
+        const double c = at(x, y, z);
+        if (c == NUVO_MISSING_VALUE) continue;
+        ++informed;
+        if (c != category) continue;
+        const double face[6] = {
+            x > 0 ? at(x - 1, y, z) : NUVO_MISSING_VALUE,
+            x + 1 < g.nx ? at(x + 1, y, z) : NUVO_MISSING_VALUE,
+            y > 0 ? at(x, y - 1, z) : NUVO_MISSING_VALUE,
+            y + 1 < g.ny ? at(x, y + 1, z) : NUVO_MISSING_VALUE,
+            z > 0 ? at(x, y, z - 1) : NUVO_MISSING_VALUE,
+            z + 1 < g.nz ? at(x, y, z + 1) : NUVO_MISSING_VALUE};
+        int neighbours = 0, same = 0;
+        for (double f : face) {
+          neighbours += f != NUVO_MISSING_VALUE;
+          same += f == c;
+        }
+        isolated += neighbours > 0 && same == 0;
+      }
+  return informed == 0 ? kUndefined : static_cast<double>(isolated) / informed;
+}
+
 int measureCategorical(const nuvo_image &image, int iv, const MeasurePlan &plan,
                        std::vector<Measure> *out) {
   Image indicators;
@@ -86,6 +118,8 @@ int measureCategorical(const nuvo_image &image, int iv, const MeasurePlan &plan,
     out->push_back(
         {"proportion", category, 0, proportion == NUVO_MISSING_VALUE ? kUndefined : proportion});
   }
+  for (double category : plan.categories)
+    out->push_back({"isolated", categoryName(category), 0, isolatedShare(image, iv, category)});
   for (int k = 0; k < indicators->nvar; ++k) {
     const std::string category = categoryName(plan.categories[k]);
     if (const int rc = measureAlongAxes(*indicators.get(), k, plan.maxLag, NUVOImageVariogram,

@@ -1,6 +1,7 @@
 // The statistics that `nuvosim analyze` measures on one image: for a categorical
-// variable the proportion, the indicator variograms and the connectivity function
-// of each category along x, y and z; for a continuous one a summary of its values
+// variable the proportion, the share of isolated nodes (no face neighbour of the
+// same category), the indicator variograms and the connectivity function of each
+// category along x, y and z; for a continuous one a summary of its values
 // and its variograms along the axes.
 #pragma once
 

@@ -142,8 +142,9 @@ TEST_F(Cli, AnalyzeSeesNoDifferenceInTheTrainingImageAndTheLossOfAShuffledCopy) 
   ASSERT_EQ(r.status, 0) << r.err;
   EXPECT_NE(r.out.find("categorical (2 categories)"), std::string::npos) << r.out;
   auto rows = readAnalysis(path("same.csv"));
-  // Proportions, two axes of variograms and connectivity at three lags, per category.
-  EXPECT_EQ(rows.size(), 2u * (1 + 2 * 2 * 3) + 1);
+  // Proportions, isolated shares, two axes of variograms and connectivity at three
+  // lags, per category.
+  EXPECT_EQ(rows.size(), 2u * (2 + 2 * 2 * 3) + 1);
   for (const auto &[key, sources] : rows) {
     if (key.starts_with("js_divergence")) {
       EXPECT_EQ(sources.at("realizations"), 0.0);
@@ -169,6 +170,8 @@ TEST_F(Cli, AnalyzeSeesNoDifferenceInTheTrainingImageAndTheLossOfAShuffledCopy) 
   EXPECT_GT(rows.at("variogram_x,1,1").at("mean"), 4.0 * rows.at("variogram_x,1,1").at("ti"));
   EXPECT_LT(rows.at("connectivity_y,1,3").at("mean"), 0.5 * rows.at("connectivity_y,1,3").at("ti"));
   EXPECT_GT(rows.at("js_divergence_3x3,,").at("realizations"), 0.2);
+  EXPECT_LT(rows.at("isolated,1,").at("ti"), 0.01);
+  EXPECT_GT(rows.at("isolated,1,").at("mean"), 0.1);
 
   ASSERT_EQ(run("generate field field.gslib --nx 30 --ny 20").status, 0);
   r = run("analyze field.gslib field.gslib --lags 2 --csv field.csv");
