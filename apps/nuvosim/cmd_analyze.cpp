@@ -1,14 +1,11 @@
 // nuvosim analyze TI REALIZATION...: how well realizations reproduce the
 // statistics of their training image.
-#include <limits>
 #include <memory>
 
 #include "analysis_report.hpp"
 #include "commands.hpp"
 #include "files.hpp"
 #include "image_io.hpp"
-#include "image_measures.hpp"
-#include "pattern_histogram.hpp"
 #include "records.hpp"
 
 namespace nuvo::cli {
@@ -42,56 +39,34 @@ int readAnalysed(const std::string &path, const AnalyzeOptions &options, nuvo_im
   return *iv < 0 ? kInputError : kSuccess;
 }
 
-// Measures variable iv of one image; its patterns go into `patterns` (categorical
-// variables only).
-int measure(const nuvo_image &image, int iv, const std::string &path, const MeasurePlan &plan,
-            std::vector<Measure> *measures, PatternHistogram *patterns) {
-  if (const int rc = measureImage(image, iv, plan, measures); rc != 0) {
-    reportFailure(path, libraryMessage(rc));
-    return kInputError;
-  }
-  if (!plan.categories.empty()) patterns->add(image, iv);
-  return kSuccess;
-}
-
 int runAnalyze(const AnalyzeOptions &options) {
-  MeasurePlan plan{{}, options.lags};
+  runfile::Analysis analysis;
   Image ti;
   int tiVariable = 0;
   if (const int status = readAnalysed(options.trainingImage, options, ti.get(), &tiVariable);
       status != kSuccess)
     return status;
-  if (const int rc = findCategories(*ti.get(), tiVariable, &plan.categories); rc != 0) {
+  if (const int rc = analysis.start(*ti.get(), tiVariable, options.lags); rc != 0) {
     reportFailure(options.trainingImage, libraryMessage(rc));
     return kInputError;
   }
-  std::vector<Measure> tiMeasures;
-  PatternHistogram tiPatterns(plan.categories), realizationPatterns(plan.categories);
-  if (const int status =
-          measure(*ti.get(), tiVariable, options.trainingImage, plan, &tiMeasures, &tiPatterns);
-      status != kSuccess)
-    return status;
   // One realization in memory at a time.
-  std::vector<std::vector<Measure>> realizationMeasures(options.realizations.size());
-  for (std::size_t r = 0; r < options.realizations.size(); ++r) {
+  for (const std::string &path : options.realizations) {
     Image realization;
     int iv = 0;
-    const std::string &path = options.realizations[r];
-    int status = readAnalysed(path, options, realization.get(), &iv);
-    if (status == kSuccess)
-      status = measure(*realization.get(), iv, path, plan, &realizationMeasures[r],
-                       &realizationPatterns);
-    if (status != kSuccess) return status;
+    if (const int status = readAnalysed(path, options, realization.get(), &iv); status != kSuccess)
+      return status;
+    if (const int rc = analysis.add(*realization.get(), iv); rc != 0) {
+      reportFailure(path, libraryMessage(rc));
+      return kInputError;
+    }
   }
 
-  const bool categorical = !plan.categories.empty();
-  const Report report{summarise(tiMeasures, realizationMeasures),
-                      categorical
-                          ? PatternHistogram::jensenShannonBits(tiPatterns, realizationPatterns)
-                          : std::numeric_limits<double>::quiet_NaN()};
+  const bool categorical = analysis.categorical();
+  const Report report = analysis.report();
   std::printf("Training image: %s, variable %s, %s", options.trainingImage.c_str(),
               ti->varName[tiVariable], categorical ? "categorical" : "continuous");
-  if (categorical) std::printf(" (%zu categories)", plan.categories.size());
+  if (categorical) std::printf(" (%zu categories)", analysis.categories().size());
   std::printf("\nRealizations: %zu, summarised by their mean and 5-95 %% envelope\n",
               options.realizations.size());
   printReport(stdout, report);

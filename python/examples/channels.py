@@ -34,6 +34,12 @@ def main():
     (FOLDER / "output").mkdir(exist_ok=True)
     figure.savefig(FOLDER / "output" / "python_channels.png", dpi=80)
 
+    # Connectivity along the channels: the training image against the realizations.
+    analysis = nuvosim.analyze(ti, reals, lags=40)
+    print(f"pattern divergence {analysis.divergence:.4f} bits")
+    ax = nuvosim.plot.curves(analysis, "connectivity_y", categories=[1])
+    ax.figure.savefig(FOLDER / "output" / "python_connectivity_y.png", dpi=80)
+
     from dask.distributed import Client, LocalCluster
 
     with LocalCluster(n_workers=2, threads_per_worker=1) as cluster, Client(cluster) as client:

@@ -74,3 +74,33 @@ def realizations(reals, columns=4, variable=0, z=0, size=3.0, categorical=None):
             ax.axis("off")
     figure.tight_layout()
     return figure
+
+
+def curves(analysis, statistic, categories=None, ax=None):
+    """Draws ``statistic`` of an :class:`~nuvosim.Analysis` against the lag (for
+    example "variogram_x" or "connectivity_y"): per category the training image
+    as a line, the realizations' mean dashed and their 5-95 % envelope shaded.
+    ``categories``: those to draw (default: all). Returns the axes."""
+    import matplotlib.pyplot as plt
+
+    if ax is None:
+        _, ax = plt.subplots()
+    known = list(dict.fromkeys(row.category for row in analysis.rows
+                               if row.statistic == statistic))
+    if categories is not None:
+        wanted = [c if isinstance(c, str) else f"{c:.0f}" for c in categories]
+        known = [c for c in known if c in wanted]
+    if not known:
+        raise KeyError(f"no statistic {statistic!r} in the analysis")
+    for k, category in enumerate(known):
+        lags, ti, mean, p05, p95 = analysis.curve(statistic, category)
+        colour = plt.get_cmap("tab10")(k % 10)
+        label = f"category {category}" if category else "training image"
+        ax.plot(lags, ti, color=colour, label=label)
+        ax.plot(lags, mean, color=colour, linestyle="--")
+        ax.fill_between(lags, p05, p95, color=colour, alpha=0.2)
+    ax.set_xlabel("lag (nodes)")
+    ax.set_ylabel(statistic)
+    ax.set_title(f"{statistic}: training image (line), realizations (mean, 5-95 %)")
+    ax.legend()
+    return ax

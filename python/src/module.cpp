@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "analysis.hpp"
 #include "image_arrays.hpp"
 #include "image_files.hpp"
 #include "library_error.hpp"
@@ -82,4 +83,5 @@ PYBIND11_MODULE(_nuvosim, m) {
         "format"_a, "value_format"_a);
   m.def("run_file", &runFile, "path"_a, "realization"_a, "write_files"_a, "progress"_a);
   m.def("realization_count", &realizationCount, "path"_a);
+  m.def("analyze", &analyze, "ti"_a, "realizations"_a, "variable"_a, "lags"_a);
 }

@@ -154,7 +154,9 @@ TEST_F(CliChecks, TerminationKeepsCompleteOutputsAndExitsWith143) {
        {"123 1\n1\nEND", "123 1\n5000\nEND"}});
   const std::string script = "cd '" + path("").string() +
                              "' && ('" NUVOSIM_BIN
-                             "' run case/tiny.in --quiet 2>err.txt & pid=$!; sleep 1; "
+                             "' run case/tiny.in --quiet 2>err.txt & pid=$!; n=0; "
+                             "while [ ! -e case/out/sim_real00000.gslib ] && [ $n -lt 600 ]; "
+                             "do sleep 0.1; n=$((n+1)); done; "
                              "kill -TERM $pid; wait $pid; echo $? >status.txt)";
   ASSERT_EQ(std::system(script.c_str()), 0);
   EXPECT_EQ(readText(path("status.txt")), "143\n");

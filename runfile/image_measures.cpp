@@ -12,7 +12,7 @@
 #include "quantile.hpp"
 #include "records.hpp"
 
-namespace nuvo::cli {
+namespace nuvo::runfile {
 
 namespace {
 
@@ -180,4 +180,4 @@ int measureImage(const nuvo_image &image, int iv, const MeasurePlan &plan,
                                  : measureCategorical(image, iv, plan, out);
 }
 
-}  // namespace nuvo::cli
+}  // namespace nuvo::runfile

@@ -10,7 +10,7 @@
 
 #include "nuvo_image.h"
 
-namespace nuvo::cli {
+namespace nuvo::runfile {
 
 // One measured value. `lag` is 0 for the statistics that have none; `value` is
 // NaN where the statistic is undefined (no pair of nodes at that lag).
@@ -38,4 +38,4 @@ int findCategories(const nuvo_image &image, int iv, std::vector<double> *categor
 int measureImage(const nuvo_image &image, int iv, const MeasurePlan &plan,
                  std::vector<Measure> *out);
 
-}  // namespace nuvo::cli
+}  // namespace nuvo::runfile

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace nuvo::cli {
+namespace nuvo::runfile {
 
 // Quantile q (0 to 1) of non-empty ascending values, interpolated linearly between
 // the two nearest ranks.
@@ -16,4 +16,4 @@ inline double quantile(const std::vector<double> &sorted, double q) {
   return sorted[below] + t * (sorted[below + 1] - sorted[below]);
 }
 
-}  // namespace nuvo::cli
+}  // namespace nuvo::runfile

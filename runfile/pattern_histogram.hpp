@@ -9,7 +9,7 @@
 
 #include "nuvo_image.h"
 
-namespace nuvo::cli {
+namespace nuvo::runfile {
 
 class PatternHistogram {
  public:
@@ -35,4 +35,4 @@ class PatternHistogram {
   long long total_ = 0;
 };
 
-}  // namespace nuvo::cli
+}  // namespace nuvo::runfile

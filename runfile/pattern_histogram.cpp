@@ -5,7 +5,7 @@
 #include <limits>
 #include <utility>
 
-namespace nuvo::cli {
+namespace nuvo::runfile {
 
 PatternHistogram::PatternHistogram(std::vector<double> categories)
     : categories_(std::move(categories)) {
@@ -72,4 +72,4 @@ double PatternHistogram::jensenShannonBits(const PatternHistogram &p, const Patt
   return js;
 }
 
-}  // namespace nuvo::cli
+}  // namespace nuvo::runfile
