@@ -12,7 +12,7 @@ struct BlockBand {
   double target = 0.0;
   double left = 0.0;          // tolerance below the target at this count
   double right = 0.0;         // tolerance above it
-  double invTolerance = 1.0;  // 1 / the block's own tolerance
+  double scale = 1.0;         // (informed count + 1) / the block's own tolerance
 
   // How far the running sum with a candidate of value x lies outside the sums
   // of the running means [target - left, target + right], in units of the
@@ -20,7 +20,7 @@ struct BlockBand {
   double error(double x) const {
     const double d = (sum + x) * invCount - target;
     const double excess = d < 0.0 ? -d - left : d - right;
-    return excess > 0.0 ? excess * invTolerance / invCount : 0.0;
+    return excess > 0.0 ? excess * scale : 0.0;
   }
 };
 

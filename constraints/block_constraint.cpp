@@ -113,7 +113,7 @@ std::span<const BlockBand> BlockConstraint::bands(int node) {
     band.target = k.target;
     band.left = kAimedShare * k.tolerance + f * k.stats.spreadLeft;
     band.right = kAimedShare * k.tolerance + f * k.stats.spreadRight;
-    band.invTolerance = inverseTolerance(k.tolerance, k.target);
+    band.scale = n * inverseTolerance(k.tolerance, k.target);
     scratch_.push_back(band);
   }
   return scratch_;
