@@ -18,18 +18,29 @@
 //   the last one measures the constraint's own cost, the first two add the
 //   longer scans of steering far from the training image.
 //
+// - channels 2D under block data: the unconditional channel case with three
+//   blocks of 900 to 1800 nodes asking for 60 %, 10 % and 45 % of channel nodes
+//   (tolerance 0.03, the blocks of examples/channels2d/blocks.in), or the whole
+//   grid cut into 16 blocks of 50 x 50 nodes each asking for the training
+//   image's own proportion within 0.03 (steering everywhere: the means of such
+//   blocks spread by about 0.1 in the training image) or within 0.1 (the
+//   constraint's own cost at every node, with little steering).
+//
 // Counters: simulated nodes per second, candidates scanned per node (read back
 // from the report's scan statistics) and the time per scanned candidate.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
+#include "nuvo_blockdata.h"
 #include "nuvo_imagefile.h"
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
@@ -209,7 +220,12 @@ void BM_Channels2DProbability(benchmark::State &state) {
   }
   runCase(state, &c);
 }
-BENCHMARK(BM_Channels2DProbability)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kSecond)->Iterations(3);
+BENCHMARK(BM_Channels2DProbability)
+    ->Arg(0)
+    ->Arg(1)
+    ->Arg(2)
+    ->Unit(benchmark::kSecond)
+    ->Iterations(3);
 
 void BM_Lenses3D(benchmark::State &state) {
   nuvo_image ti;
@@ -221,5 +237,46 @@ void BM_Lenses3D(benchmark::State &state) {
   runCase(state, &c);
 }
 BENCHMARK(BM_Lenses3D)->Unit(benchmark::kSecond)->Iterations(1);
+
+// Block data of rectangles {x0, x1, y0, y1, target} read from their file text.
+void setBlocks(nuvo_blockData *bd, const std::vector<std::array<double, 5>> &boxes,
+               double tolerance) {
+  std::string text = std::to_string(boxes.size()) + "\n";
+  for (const auto &[x0, x1, y0, y1, target] : boxes) {
+    text += std::to_string(static_cast<int>((x1 - x0) * (y1 - y0))) + " " + std::to_string(target) +
+            " " + std::to_string(tolerance) + " 0 1\n";
+    for (int y = static_cast<int>(y0); y < y1; ++y)
+      for (int x = static_cast<int>(x0); x < x1; ++x)
+        text += std::to_string(x) + " " + std::to_string(y) + " 0\n";
+  }
+  FILE *f = std::tmpfile();
+  std::fputs(text.c_str(), f);
+  std::rewind(f);
+  NUVOFreeBlockData(bd);
+  NUVOReadBlockData(bd, f);
+  std::fclose(f);
+  bd->blockDataUsage = NUVO_BLOCK_DATA_MEAN;
+}
+
+void BM_Channels2DBlocks(benchmark::State &state) {
+  nuvo_image ti;
+  Case c;
+  configureChannels2D(&c, &ti);
+  const double p =
+      std::count(ti.var, ti.var + ti.grid->nxyz, 1.0) / static_cast<double>(ti.grid->nxyz);
+  NUVOFreeImage(&ti);
+  nuvo_blockData *bd = &c.si.blockData[0];
+  if (state.range(0) == 0) {
+    setBlocks(bd, {{25, 55, 25, 55, 0.6}, {130, 170, 45, 70, 0.1}, {70, 130, 135, 165, 0.45}},
+              0.03);
+  } else {
+    std::vector<std::array<double, 5>> grid;
+    for (double y = 0.0; y < 200.0; y += 50.0)
+      for (double x = 0.0; x < 200.0; x += 50.0) grid.push_back({x, x + 50.0, y, y + 50.0, p});
+    setBlocks(bd, grid, state.range(0) == 1 ? 0.03 : 0.1);
+  }
+  runCase(state, &c);
+}
+BENCHMARK(BM_Channels2DBlocks)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kSecond)->Iterations(3);
 
 }  // namespace

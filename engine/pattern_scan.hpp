@@ -9,11 +9,13 @@
 // the smallest term of each constraint (DataEvent::floor), so a candidate that
 // reaches it ends the scan too: every later candidate could only tie with it,
 // and a tie keeps the earlier one, so the result is the one of the full scan.
+// Block data add their least term over the values a candidate can hold.
 #pragma once
 
 #include <array>
 #include <cstdint>
 
+#include "constraints/block_band.hpp"
 #include "engine/distance_kernel.hpp"
 #include "engine/scan_window.hpp"
 #include "nuvo_image.h"
@@ -37,15 +39,22 @@ struct DataEvent {
   std::array<VariableEvent, kMaxEventVariables> event{};
   int nconstraint = 0;
   std::array<ClassPenalty, kMaxEventVariables> constraint{};
+  int nblockTerm = 0;
+  std::array<BlockTerm, kMaxEventVariables> blockTerm{};  // block data, per variable
   double floor = 0.0;  // the smallest possible error: the constraints' smallest terms
 
   // Error of the candidate at training-image node `node`, or kAbandoned when it
-  // must end above `best`: the constraint terms first, then the variables in
+  // must end above `best`: the constraint terms first (probability, then block
+  // data), then the variables in
   // increasing index.
   double errorAt(int node, double best) const {
     double e = 0.0;
     for (int c = 0; c < nconstraint; ++c) {
       e += constraint[c].penalty[constraint[c].trainClass[node]];
+      if (e > best) return kAbandoned;
+    }
+    for (int b = 0; b < nblockTerm; ++b) {
+      e += blockTerm[b].at(node);
       if (e > best) return kAbandoned;
     }
     for (int v = 0; v < nvar; ++v) {

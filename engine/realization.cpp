@@ -61,6 +61,7 @@ class RealizationRun {
     }
     targets_.reserve(setup.nvar);
     penalty_.resize(setup.nvar);
+    blockBand_.resize(setup.nvar);
     for (int v = 0; v < setup.nvar; ++v)
       if (const ProbabilityConstraint *c = setup.constraint(v)) penalty_[v].resize(c->nclass());
   }
@@ -110,6 +111,8 @@ class RealizationRun {
   std::vector<int> targets_;                  // variables simulated at the current entry
   std::vector<int> constrained_;              // targets whose constraint applies at the entry
   std::vector<std::vector<double>> penalty_;  // per variable: the constraint term per class
+  std::vector<int> blocked_;                  // targets with block data applying at the entry
+  std::vector<std::span<const BlockBand>> blockBand_;  // per variable: its blocks' bands
   DataEvent event_;
   std::vector<double> weightScratch_;
   RealizationStats stats_;
@@ -166,11 +169,17 @@ bool RealizationRun::gather(int node, const PathSettings &settings) {
   return any;
 }
 
-// The probability constraints of the entry's variables that apply at `node`,
-// their terms per candidate class computed once before the scan.
+// The probability constraints and block data of the entry's variables that
+// apply at `node`, their terms per candidate class (probability) or the bands
+// of the blocks computed once before the scan.
 void RealizationRun::applyConstraints(int node) {
   constrained_.clear();
+  blocked_.clear();
   for (int v : targets_) {
+    if (BlockConstraint *b = setup_.blockConstraint(v)) {
+      blockBand_[v] = b->bands(node);
+      if (!blockBand_[v].empty()) blocked_.push_back(v);
+    }
     ProbabilityConstraint *c = setup_.constraint(v);
     if (c == nullptr) continue;
     const GatheredVariable &g = gathered_[v];
@@ -297,6 +306,13 @@ void RealizationRun::prepareEvent(int t, const PathSettings &settings) {
                                                penalty_[v].data()};
     event_.floor += *std::min_element(penalty_[v].begin(), penalty_[v].end());
   }
+  event_.nblockTerm = 0;
+  for (int v : blocked_) {
+    const std::span<const BlockBand> bands = blockBand_[v];
+    event_.blockTerm[event_.nblockTerm++] = {ti.var + static_cast<long long>(v) * tg.nxyz,
+                                             bands.data(), static_cast<int>(bands.size())};
+    event_.floor += setup_.blockConstraint(v)->floor(bands);
+  }
 }
 
 // The scan limit of the entry: its variable's, or in vector mode the largest of
@@ -308,12 +324,14 @@ int RealizationRun::maxScanFor(int t, const PathSettings &settings) const {
 }
 
 // Copies the values of training image t at tiNode to the node, keeping the
-// constraints' classes of the grid up to date.
+// constraints' classes and block sums of the grid up to date.
 void RealizationRun::copy(int t, int tiNode, int node) {
   const nuvo_image &ti = *setup_.ti[t];
   for (int v : targets_) {
-    valueAt(sim_, v, node) = valueAt(ti, v, tiNode);
+    const double value = valueAt(ti, v, tiNode);
+    valueAt(sim_, v, node) = value;
     if (ProbabilityConstraint *c = setup_.constraint(v)) c->assign(node, c->trainClass(t)[tiNode]);
+    if (BlockConstraint *b = setup_.blockConstraint(v)) b->assign(node, value);
   }
 }
 
@@ -475,7 +493,10 @@ int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
                                   ? toSimulate[static_cast<long long>(v) * nxyz + e] != 0
                                   : v == e / nxyz;
           if (!target) continue;
-          valueAt(sim, v, node) = NUVO_MISSING_VALUE;
+          double &value = valueAt(sim, v, node);
+          BlockConstraint *b = setup.blockConstraint(v);
+          if (b != nullptr && !isMissing(value)) b->clear(node, value);
+          value = NUVO_MISSING_VALUE;
           if (ProbabilityConstraint *c = setup.constraint(v)) c->clear(node);
         }
       }

@@ -28,6 +28,7 @@
 #include <span>
 #include <vector>
 
+#include "constraints/block_constraint.hpp"
 #include "constraints/probability_constraint.hpp"
 #include "engine/local_transform.hpp"
 #include "nuvo_image.h"
@@ -64,10 +65,16 @@ struct RealizationSetup {
   // Probability constraints, when some variable has one. Not read-only: the
   // realization keeps their running counts and grid classes up to date.
   ProbabilityConstraints *probability = nullptr;
+  // Block data, when some variable has them; their running sums change likewise.
+  BlockConstraints *blocks = nullptr;
 
   // Variable v's probability constraint, or null.
   ProbabilityConstraint *constraint(int v) const {
     return probability == nullptr ? nullptr : probability->of(v);
+  }
+  // Variable v's block data, or null.
+  BlockConstraint *blockConstraint(int v) const {
+    return blocks == nullptr ? nullptr : blocks->of(v);
   }
 
   // Categorical variables compared on one-byte codes: categories[v] holds the

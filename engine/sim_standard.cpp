@@ -77,6 +77,7 @@ class StandardSimulation {
   PathSettings pathSettings(const int *nneighbor, const double *density, const double *threshold,
                             const double *scanFraction, double tolerance) const;
   int prepareTrainingImages();
+  int prepareBlocks();
   int normalize();
   void denormalize();
   int preparePathTemplate();
@@ -97,6 +98,7 @@ class StandardSimulation {
   OwnedImage work_;                              // the realization being simulated
   PreparedData prepared_;
   ProbabilityConstraints probability_;
+  BlockConstraints blocks_;
   LocalTransform transform_;
   OwnedNeighborhoods neighborhoods_;
   RealizationSetup setup_;
@@ -115,6 +117,7 @@ int StandardSimulation::prepare() {
                                 conditioned_.image));
   NUVO_TRY(simPrepareData(si_, std::span<const nuvo_image>(trainImage_, si_.ntrainImage),
                           conditioned_.image, &prepared_, pm_, callback_));
+  NUVO_TRY(prepareBlocks());
   NUVO_TRY(checkStop(pm_));
   NUVO_TRY(normalize());
   NUVO_TRY(NUVOCopyImage(&conditioned_.image, &work_.image));
@@ -126,8 +129,10 @@ int StandardSimulation::prepare() {
                                             &ctx, pm_));
   prepareSetup();
   NUVO_TRY(preparePathTemplate());
-  if (report_ != nullptr)
+  if (report_ != nullptr) {
     writeParameterDetails(report_, si_, neighborhoods_.value, prepared_, pathCounts_);
+    blocks_.writeStatistics(report_);
+  }
   return writer_.prepare(si_, out_);
 }
 
@@ -153,6 +158,18 @@ int StandardSimulation::prepareTrainingImages() {
         NUVO_TRY(NUVOTransformLinearImageVar(&trainCopy_.value[t], v, map.a, map.b));
   }
   return 0;
+}
+
+// Block data read the training values as the realizations copy them (block data
+// require the linear normalizing type, which leaves them unchanged).
+int StandardSimulation::prepareBlocks() {
+  std::vector<BlockVariableRange> range(static_cast<std::size_t>(si_.nvar));
+  for (int v = 0; v < si_.nvar; ++v) {
+    const VariableMeasure &m = prepared_.variable[v];
+    range[v] = {m.categorical, m.value, m.min, m.max};
+  }
+  return blocks_.prepare(si_, std::span<const nuvo_image>(trainImage_, si_.ntrainImage),
+                         conditioned_.image, range, pm_, callback_);
 }
 
 // Maps the normalised variables of the training-image copies and of the
@@ -234,6 +251,7 @@ void StandardSimulation::prepareSetup() {
                                 si_.distanceThreshold, si_.maxScanFraction, si_.tolerance);
   setup_.npostProcessingPathMax = si_.npostProcessingPathMax;
   setup_.transform = transform_.active() ? &transform_ : nullptr;
+  if (!blocks_.empty()) setup_.blocks = &blocks_;
   if (!probability_.empty()) {
     setup_.probability = &probability_;
     for (int v = 0; v < si_.nvar; ++v)
@@ -301,6 +319,7 @@ int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
   std::memcpy(work_.image.var, conditioned_.image.var,
               sizeof(double) * static_cast<std::size_t>(work_.image.nxyzv));
   probability_.beginRealization();
+  blocks_.beginRealization();
   std::vector<int> path(pathTemplate_);
   NUVO_TRY(orderPath(path, ctx));
   writer_.startRealization(r);

@@ -1,0 +1,184 @@
+#include "constraints/block_constraint.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+#include "constraints/block_sampling.hpp"
+#include "data/values.hpp"
+#include "foundation/check.hpp"
+#include "foundation/random.hpp"
+
+namespace nuvo {
+namespace {
+
+constexpr int kTargetBeyondRange = -3073;
+constexpr int kLocalStatisticsFailed = -3075;
+constexpr int kWarningCategoricalBlocks = 150;
+constexpr int kWarningFarTarget = 160;
+constexpr double kSmallestTolerance = 1e-12;
+// The share of a block's tolerance its running mean is steered into: the rest
+// is left for the last values, which the patterns may force, and for the
+// nodes that post-processing re-simulates.
+constexpr double kAimedShare = 0.5;
+
+double inverseTolerance(double tolerance, double target) {
+  return 1.0 / std::max(tolerance, kSmallestTolerance * (1.0 + std::fabs(target)));
+}
+
+}  // namespace
+
+int BlockConstraint::prepare(const nuvo_blockData &bd, int variable,
+                             const BlockVariableRange &range,
+                             std::span<const nuvo_image *const> trainImage,
+                             const nuvo_image &conditioned, nuvo_randContext *ctx,
+                             bool *farTarget) {
+  variable_ = variable;
+  range_ = range;
+  const nuvo_grid &g = *conditioned.grid;
+  block_.assign(static_cast<std::size_t>(bd.nblock), {});
+  first_.assign(static_cast<std::size_t>(g.nxyz) + 1, 0);
+  for (int b = 0; b < bd.nblock; ++b) {
+    Block &k = block_[b];
+    k.nnode = bd.nnode[b];
+    k.target = bd.value[b];
+    k.tolerance = bd.tolerance[b];
+    k.propMin = bd.activatePropMin[b];
+    k.propMax = bd.activatePropMax[b];
+    NUVO_FAIL_IF(!range.categorical &&
+                     (k.target < range.min - k.tolerance || k.target > range.max + k.tolerance),
+                 kTargetBeyondRange);
+    const std::size_t n = static_cast<std::size_t>(k.nnode);
+    const BlockNodes nodes{{bd.ix[b], n}, {bd.iy[b], n}, {bd.iz[b], n}};
+    const std::vector<Placement> placements =
+        drawPlacements(nodes, k.target, trainImage, variable, ctx);
+    NUVO_FAIL_IF(!blockStatistics(placements, k.target, &k.stats), kLocalStatisticsFailed);
+    *farTarget =
+        *farTarget || std::fabs(k.stats.localMean - k.target) > k.tolerance + k.stats.bandwidth;
+    for (int i = 0; i < k.nnode; ++i)
+      ++first_[bd.ix[b][i] + g.nx * bd.iy[b][i] + g.nxy * bd.iz[b][i] + 1];
+  }
+  // Node lists: counts turned into starts, then each block written at its nodes.
+  for (std::size_t k = 1; k < first_.size(); ++k) first_[k] += first_[k - 1];
+  member_.assign(static_cast<std::size_t>(first_.back()), 0);
+  std::vector<int> next(first_.begin(), first_.end() - 1);
+  const double *values = conditioned.var + static_cast<long long>(variable) * g.nxyz;
+  conditionedSum_.assign(block_.size(), 0.0);
+  conditionedCount_.assign(block_.size(), 0);
+  for (int b = 0; b < bd.nblock; ++b)
+    for (int i = 0; i < bd.nnode[b]; ++i) {
+      const int node = bd.ix[b][i] + g.nx * bd.iy[b][i] + g.nxy * bd.iz[b][i];
+      member_[next[node]++] = b;
+      if (isMissing(values[node])) continue;
+      conditionedSum_[b] += values[node];
+      ++conditionedCount_[b];
+    }
+  scratch_.reserve(block_.size());
+  return 0;
+}
+
+void BlockConstraint::beginRealization() {
+  for (std::size_t b = 0; b < block_.size(); ++b) {
+    block_[b].sum = conditionedSum_[b];
+    block_[b].count = conditionedCount_[b];
+  }
+}
+
+void BlockConstraint::assign(int node, double value) {
+  for (int i = first_[node]; i < first_[node + 1]; ++i) {
+    Block &k = block_[member_[i]];
+    k.sum += value;
+    ++k.count;
+  }
+}
+
+void BlockConstraint::clear(int node, double value) {
+  for (int i = first_[node]; i < first_[node + 1]; ++i) {
+    Block &k = block_[member_[i]];
+    k.sum -= value;
+    --k.count;
+  }
+}
+
+std::span<const BlockBand> BlockConstraint::bands(int node) {
+  scratch_.clear();
+  for (int i = first_[node]; i < first_[node + 1]; ++i) {
+    const Block &k = block_[member_[i]];
+    const double share = static_cast<double>(k.count) / k.nnode;
+    if (k.count >= k.nnode || share < k.propMin || share > k.propMax) continue;
+    const double n = k.count + 1.0, total = k.nnode;
+    const double f = k.nnode > 1 ? std::sqrt((total - n) / (n * (total - 1.0))) : 0.0;
+    BlockBand band;
+    band.sum = k.sum;
+    band.invCount = 1.0 / n;
+    band.target = k.target;
+    band.left = kAimedShare * k.tolerance + f * k.stats.spreadLeft;
+    band.right = kAimedShare * k.tolerance + f * k.stats.spreadRight;
+    band.scale = n * inverseTolerance(k.tolerance, k.target);
+    scratch_.push_back(band);
+  }
+  return scratch_;
+}
+
+// The summed term is convex in the candidate's value and piecewise linear: over
+// an interval its least value lies at an end or at a breakpoint, where one
+// block's running mean meets the edge of its band. A categorical variable can
+// only take its category values.
+double BlockConstraint::floor(std::span<const BlockBand> bands) const {
+  trial_.clear();
+  if (range_.categorical) {
+    trial_.assign(range_.values.begin(), range_.values.end());
+  } else {
+    trial_ = {range_.min, range_.max};
+    for (const BlockBand &b : bands)
+      for (double edge : {b.target - b.left, b.target + b.right})
+        trial_.push_back(std::clamp(edge / b.invCount - b.sum, range_.min, range_.max));
+  }
+  double least = INFINITY;
+  for (double x : trial_) {
+    double e = 0.0;
+    for (const BlockBand &b : bands) e += b.error(x);
+    least = std::min(least, e);
+  }
+  return least;
+}
+
+void BlockConstraint::writeStatistics(FILE *report) const {
+  for (std::size_t b = 0; b < block_.size(); ++b) {
+    const BlockStatistics &s = block_[b].stats;
+    std::fprintf(report,
+                 "variable %d, block %zu: blockData_targetValue_localMeanAndSD_allTi: %g %g, "
+                 "blockData_bandwidth_allTi: %g, blockData_tolLeftRight_allTi: %g %g\n",
+                 variable_, b, s.localMean, s.localSd, s.bandwidth, s.spreadLeft, s.spreadRight);
+  }
+}
+
+int BlockConstraints::prepare(const nuvo_simInput &si, std::span<const nuvo_image> trainImage,
+                              const nuvo_image &conditioned,
+                              std::span<const BlockVariableRange> range, nuvo_progressMonitor *pm,
+                              nuvo_progressCallback callback) {
+  constraint_.clear();
+  index_.assign(static_cast<std::size_t>(si.nvar), -1);
+  if (si.blockData == nullptr) return 0;
+  std::vector<const nuvo_image *> images;
+  for (int t = 0; t < si.ntrainImage; ++t)
+    images.push_back(si.simGridAsTiFlag[t] ? nullptr : &trainImage[t]);
+  // The placements are drawn from their own stream, seeded by the simulation's
+  // seed, so they do not shift the realizations' draws.
+  nuvo_randContext ctx;
+  NUVOInitRandContext(&ctx);
+  seedRandContext(si.seed, &ctx);
+  for (int v = 0; v < si.nvar; ++v) {
+    const nuvo_blockData &bd = si.blockData[v];
+    if (bd.blockDataUsage == NUVO_BLOCK_DATA_NONE) continue;
+    if (si.distanceType[v] == 0 && pm != nullptr)
+      NUVO_TRY(reportWarning(pm, callback, kWarningCategoricalBlocks));
+    index_[v] = static_cast<int>(constraint_.size());
+    bool far = false;
+    NUVO_TRY(constraint_.emplace_back().prepare(bd, v, range[v], images, conditioned, &ctx, &far));
+    if (far && pm != nullptr) NUVO_TRY(reportWarning(pm, callback, kWarningFarTarget));
+  }
+  if (constraint_.empty()) index_.clear();
+  return 0;
+}
+
+}  // namespace nuvo
