@@ -147,7 +147,8 @@ int StandardSimulation::prepare() {
   prepareSetup();
   NUVO_TRY(preparePathTemplate());
   if (report_ != nullptr)
-    writeParameterDetails(report_, si_, neighborhoods_.value, prepared_, pathCounts_);
+    writeParameterDetails(report_, si_, neighborhoods_.value, prepared_, pathCounts_,
+                          connectivity_);
   return writer_.prepare(si_, out_);
 }
 
