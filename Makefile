@@ -21,7 +21,8 @@ sanitize: deps
 	  ctest --test-dir build/sanitize --output-on-failure -j$(JOBS)
 
 # The examples' training images and conditioning points, then the 2D example run
-# and its realizations and training image drawn as PNG in examples/channels2d/output/,
+# and its realizations and training image drawn as PNG in examples/channels2d/output/
+# (connected.png: the wells of connected.in ringed on its first realization),
 # and the realizations' statistics compared with the training image's.
 NUVOSIM = build/release/apps/nuvosim
 CHANNELS = examples/channels2d
@@ -34,10 +35,13 @@ demo: all
 	$(NUVOSIM) run $(CHANNELS)/turned.in --force
 	$(NUVOSIM) run $(CHANNELS)/sand45.in --force
 	$(NUVOSIM) run $(CHANNELS)/blocks.in --force
+	$(NUVOSIM) run $(CHANNELS)/connected.in --force
 	$(NUVOSIM) render $(CHANNELS)/ti.gslib $(CHANNELS)/output/ti.png
 	$(NUVOSIM) render $(CHANNELS)/output/turned_real00000.gslib $(CHANNELS)/output/turned.png
 	$(NUVOSIM) render $(CHANNELS)/output/sand45_real00000.gslib $(CHANNELS)/output/sand45.png
 	$(NUVOSIM) render $(CHANNELS)/output/blocks_real00000.gslib $(CHANNELS)/output/blocks.png
+	$(NUVOSIM) render $(CHANNELS)/output/connected_real00000.gslib $(CHANNELS)/output/connected.png \
+	  --mark $(CHANNELS)/wells.txt
 	for r in 00000 00001 00002; do \
 	  $(NUVOSIM) render $(CHANNELS)/output/channels_real$$r.gslib \
 	    $(CHANNELS)/output/channels_real$$r.png || exit 1; \

@@ -25,6 +25,11 @@
 //   image's own proportion within 0.03 (steering everywhere: the means of such
 //   blocks spread by about 0.1 in the training image) or within 0.1 (the
 //   constraint's own cost at every node, with little steering).
+// - channels 2D with connected wells: the channel case conditioned on 60 points
+//   sampled from the training image, the channel points taken three by three in
+//   order of y as groups to connect (label variable "well"); without constraint
+//   (the plain run), then connecting paths bound in random order and by distance
+//   (first training image as reference, 4 neighbours).
 //
 // Counters: simulated nodes per second, candidates scanned per node (read back
 // from the report's scan statistics) and the time per scanned candidate.
@@ -180,15 +185,20 @@ T *cArray(std::initializer_list<T> values) {
   return a;
 }
 
-// Background [-0.5, 0.5[ and channel [0.5, 1.5[, compared by MAE.
+// Background [-0.5, 0.5[ and channel [0.5, 1.5[.
+nuvo_classOfValues *channelClasses() {
+  auto *c = cArray<nuvo_classOfValues>({{}});
+  c->nclass = 2;
+  c->ninterval = cArray<int>({1, 1});
+  c->intervalInf = cArray<double *>({cArray<double>({-0.5}), cArray<double>({0.5})});
+  c->intervalSup = cArray<double *>({cArray<double>({0.5}), cArray<double>({1.5})});
+  return c;
+}
+
+// The channel classes compared by MAE.
 void constrainChannels(nuvo_softProbability *sp, int usage, double threshold) {
   sp->probabilityConstraintUsage = usage;
-  sp->classOfValues = cArray<nuvo_classOfValues>({{}});
-  nuvo_classOfValues &c = *sp->classOfValues;
-  c.nclass = 2;
-  c.ninterval = cArray<int>({1, 1});
-  c.intervalInf = cArray<double *>({cArray<double>({-0.5}), cArray<double>({0.5})});
-  c.intervalSup = cArray<double *>({cArray<double>({0.5}), cArray<double>({1.5})});
+  sp->classOfValues = channelClasses();
   sp->comparingPdfMethod = NUVO_COMPARING_PDF_MAE;
   sp->constantThreshold = threshold;
 }
@@ -226,6 +236,52 @@ BENCHMARK(BM_Channels2DProbability)
     ->Arg(2)
     ->Unit(benchmark::kSecond)
     ->Iterations(3);
+
+void BM_Channels2DConnectivity(benchmark::State &state) {
+  nuvo_image ti;
+  Case c;
+  configureChannels2D(&c, &ti);
+  nuvo_pointSet sample, wells;
+  NUVOInitPointSet(&sample);
+  NUVOInitPointSet(&wells);
+  NUVOSampleImage(&ti, 60, 3, &sample);
+  NUVOFreeImage(&ti);
+  const int n = sample.npoint;
+  NUVOMallocPointSet(&wells, n, 2);
+  std::snprintf(wells.varName[0], NUVO_VAR_NAME_MAX + 1, "facies");
+  std::snprintf(wells.varName[1], NUVO_VAR_NAME_MAX + 1, "well");
+  std::vector<int> order(n);
+  for (int k = 0; k < n; ++k) order[k] = k;
+  std::sort(order.begin(), order.end(), [&](int a, int b) { return sample.y[a] < sample.y[b]; });
+  int channel = 0;
+  for (int k = 0; k < n; ++k) {
+    const int from = order[k];
+    wells.x[k] = sample.x[from] * 0.8;  // into the 200 x 200 grid
+    wells.y[k] = sample.y[from] * 0.8;
+    wells.z[k] = sample.z[from];
+    wells.val[k] = sample.val[from];
+    wells.val[n + k] = sample.val[from] == 1.0 ? 1 + channel++ / 3 : 0.0;
+  }
+  // A last group of fewer than three wells of its own would be a single well: it
+  // joins the group before.
+  if (channel % 3 == 1)
+    for (int k = 0; k < n; ++k)
+      if (wells.val[n + k] == 1 + (channel - 1) / 3) wells.val[n + k] -= 1.0;
+  nuvo_test::addDataPointSet(&c.si, wells);
+  NUVOFreePointSet(&sample);
+  NUVOFreePointSet(&wells);
+  if (state.range(0) > 0) {
+    nuvo_connectivity &con = c.si.connectivity[0];
+    con.connectivityConstraintUsage = static_cast<int>(state.range(0));
+    con.connectivityType = CONNECT_FACE;
+    con.classOfValues = channelClasses();
+    con.varName = static_cast<char *>(std::calloc(NUVO_VAR_NAME_MAX + 1, 1));
+    std::snprintf(con.varName, NUVO_VAR_NAME_MAX + 1, "well");
+    con.tiAsRefFlag = 1;
+  }
+  runCase(state, &c);
+}
+BENCHMARK(BM_Channels2DConnectivity)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kSecond)->Iterations(3);
 
 void BM_Lenses3D(benchmark::State &state) {
   nuvo_image ti;

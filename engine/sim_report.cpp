@@ -5,7 +5,8 @@
 namespace nuvo {
 
 void writeParameterDetails(FILE *r, const nuvo_simInput &si, const nuvo_simSearchNeighborhoods &nb,
-                           const PreparedData &prepared, const PathCounts &c) {
+                           const PreparedData &prepared, const PathCounts &c,
+                           const ConnectivityPaths &connectivity) {
   const char *indent = "   ";
   const std::string rule(80, '=');
   const nuvo_grid &g = *si.simImage->grid;
@@ -33,6 +34,14 @@ void writeParameterDetails(FILE *r, const nuvo_simInput &si, const nuvo_simSearc
   for (int v = 0; v < si.nvar; ++v) {
     std::fprintf(r, "Conditioning for variable %d:\n", v);
     std::fprintf(r, "%sNumber of conditioning data: %8d\n", indent, prepared.variable[v].ndata);
+    if (si.connectivity == nullptr || si.connectivity[v].connectivityConstraintUsage == 0) continue;
+    const std::span<const ConnectedGroup> groups = connectivity.groups(v);
+    std::fprintf(r, "%sNumber of group(s) of connected nodes: %8d\n", indent,
+                 static_cast<int>(groups.size()));
+    std::fprintf(r, "%s%s           #nodes  classId    label\n", indent, indent);
+    for (std::size_t i = 0; i < groups.size(); ++i)
+      std::fprintf(r, "%s%sGroup %2d:  %6d   %6d   %6d\n", indent, indent, static_cast<int>(i),
+                   static_cast<int>(groups[i].node.size()), groups[i].classId, groups[i].label);
   }
   std::fprintf(r, "Number of nodes in SG with all variables informed (conditioning): %8d\n",
                prepared.nInformedAllVariables);

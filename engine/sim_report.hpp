@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include "constraints/connectivity_paths.hpp"
 #include "engine/prepared_data.hpp"
 #include "nuvo_siminput.h"
 #include "nuvo_simneighborhoods.h"
@@ -17,6 +18,6 @@ struct PathCounts {
 
 void writeParameterDetails(FILE *report, const nuvo_simInput &si,
                            const nuvo_simSearchNeighborhoods &nb, const PreparedData &prepared,
-                           const PathCounts &counts);
+                           const PathCounts &counts, const ConnectivityPaths &connectivity);
 
 }  // namespace nuvo

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "constraints/connectivity_paths.hpp"
 #include "engine/local_transform.hpp"
 #include "engine/owned.hpp"
 #include "engine/prepared_data.hpp"
@@ -39,6 +40,19 @@ struct OwnedNeighborhoods {
 int maxEventNodes(int nneighboringNode, double density, int neighborhoodSize) {
   const int byDensity = std::max(1, static_cast<int>(density * neighborhoodSize));
   return std::min(nneighboringNode, byDensity);
+}
+
+// Removes from a realization's path the entries its conditioning fixed (the
+// connecting paths): in vector mode a node stays while one variable is to simulate.
+void dropFixedEntries(std::span<const signed char> entryFlag, int nvar, bool vectorMode,
+                      std::vector<int> &path) {
+  const std::size_t nxyz = entryFlag.size() / static_cast<std::size_t>(nvar);
+  std::erase_if(path, [&](int entry) {
+    if (!vectorMode) return entryFlag[static_cast<std::size_t>(entry)] == 0;
+    for (int v = 0; v < nvar; ++v)
+      if (entryFlag[v * nxyz + static_cast<std::size_t>(entry)] != 0) return false;
+    return true;
+  });
 }
 
 // Copies of the training images, transformed for the simulation.
@@ -81,7 +95,9 @@ class StandardSimulation {
   int normalize();
   void denormalize();
   int preparePathTemplate();
-  int orderPath(std::vector<int> &path, nuvo_randContext *ctx) const;
+  int integrateConditioningData(std::vector<int> *label);
+  int orderPath(std::vector<int> &path, std::span<const signed char> entryFlag,
+                nuvo_randContext *ctx) const;
   int simulate(int r, int seed, nuvo_randContext *ctx);
 
   const nuvo_simInput &si_;
@@ -99,6 +115,8 @@ class StandardSimulation {
   PreparedData prepared_;
   ProbabilityConstraints probability_;
   BlockConstraints blocks_;
+  ConnectivityPaths connectivity_;
+  std::vector<signed char> realizationFlag_;  // entry flags with this realization's pasted paths
   LocalTransform transform_;
   OwnedNeighborhoods neighborhoods_;
   RealizationSetup setup_;
@@ -109,15 +127,17 @@ class StandardSimulation {
 
 int StandardSimulation::prepare() {
   NUVO_TRY(NUVOCopyImage(si_.simImage, &conditioned_.image));
-  int nIgnoredVar = 0, nConflict = 0;
-  NUVO_TRY(NUVOSimIntegrateConditioningData(&si_, &conditioned_.image, &nIgnoredVar, &nConflict,
-                                            pm_, callback_));
+  std::vector<int> label;
+  NUVO_TRY(integrateConditioningData(&label));
   NUVO_TRY(prepareTrainingImages());
   NUVO_TRY(probability_.prepare(si_, std::span<const nuvo_image>(trainImage_, si_.ntrainImage),
                                 conditioned_.image));
   NUVO_TRY(simPrepareData(si_, std::span<const nuvo_image>(trainImage_, si_.ntrainImage),
                           conditioned_.image, &prepared_, pm_, callback_));
   NUVO_TRY(prepareBlocks());
+  if (!label.empty())
+    NUVO_TRY(connectivity_.prepare(si_, label, conditioned_.image, trainImage_,
+                                   prepared_.entryFlag));
   NUVO_TRY(checkStop(pm_));
   NUVO_TRY(normalize());
   NUVO_TRY(NUVOCopyImage(&conditioned_.image, &work_.image));
@@ -130,10 +150,23 @@ int StandardSimulation::prepare() {
   prepareSetup();
   NUVO_TRY(preparePathTemplate());
   if (report_ != nullptr) {
-    writeParameterDetails(report_, si_, neighborhoods_.value, prepared_, pathCounts_);
+    writeParameterDetails(report_, si_, neighborhoods_.value, prepared_, pathCounts_,
+                          connectivity_);
     blocks_.writeStatistics(report_);
   }
   return writer_.prepare(si_, out_);
+}
+
+// Merges the conditioning data, with the labels of the connectivity constraints
+// when some variable has one.
+int StandardSimulation::integrateConditioningData(std::vector<int> *label) {
+  int nIgnoredVar = 0, nConflict = 0;
+  if (!ConnectivityPaths::requested(si_))
+    return NUVOSimIntegrateConditioningData(&si_, &conditioned_.image, &nIgnoredVar, &nConflict,
+                                            pm_, callback_);
+  label->resize(static_cast<std::size_t>(conditioned_.image.grid->nxyz) * si_.nvar);
+  return NUVOSimIntegrateConditioningDataWithConnectivity(
+      &si_, &conditioned_.image, label->data(), &nIgnoredVar, &nConflict, pm_, callback_);
 }
 
 // The realizations read the caller's training images unless some variable is
@@ -191,6 +224,8 @@ int StandardSimulation::normalize() {
                                                normalized_[v].data()));
     NUVO_TRY(
         NUVOTransformExplicitImageVar(&conditioned_.image, v, n, x.data(), normalized_[v].data()));
+    if (nuvo_image *pasted = connectivity_.pastedValues(v))
+      NUVO_TRY(NUVOTransformExplicitImageVar(pasted, 0, n, x.data(), normalized_[v].data()));
   }
   return 0;
 }
@@ -280,11 +315,12 @@ int StandardSimulation::preparePathTemplate() {
 }
 
 // Orders the entries of a realization's path by the path type.
-int StandardSimulation::orderPath(std::vector<int> &path, nuvo_randContext *ctx) const {
+int StandardSimulation::orderPath(std::vector<int> &path, std::span<const signed char> entryFlag,
+                                  nuvo_randContext *ctx) const {
   const nuvo_simAndPathParameters &p = *si_.simAndPathParameters;
   const nuvo_grid &g = *conditioned_.image.grid;
   const int n = static_cast<int>(path.size());
-  const signed char *flag = prepared_.entryFlag.data();
+  const signed char *flag = entryFlag.data();
   const bool v = setup_.vectorMode;
   switch (p.pathType) {
     case PATH_RANDOM_HD_DISTANCE_PDF:
@@ -321,9 +357,16 @@ int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
   probability_.beginRealization();
   blocks_.beginRealization();
   std::vector<int> path(pathTemplate_);
-  NUVO_TRY(orderPath(path, ctx));
+  std::span<const signed char> entryFlag = prepared_.entryFlag;
+  if (connectivity_.pastes()) {
+    realizationFlag_ = prepared_.entryFlag;
+    NUVO_TRY(connectivity_.paste(&work_.image, realizationFlag_, ctx, pm_, callback_));
+    dropFixedEntries(realizationFlag_, setup_.nvar, setup_.vectorMode, path);
+    entryFlag = realizationFlag_;
+  }
+  NUVO_TRY(orderPath(path, entryFlag, ctx));
   writer_.startRealization(r);
-  NUVO_TRY(simulateRealization(setup_, &work_.image, prepared_.entryFlag, path, seed,
+  NUVO_TRY(simulateRealization(setup_, &work_.image, entryFlag, path, seed,
                                writer_.maps(), report_, pm_, callback_));
   denormalize();
   if (report_ != nullptr) {

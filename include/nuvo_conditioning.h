@@ -61,6 +61,25 @@ NUVO_API int NUVOSimIntegrateConditioningData(const nuvo_simInput *si, nuvo_imag
                                               nuvo_progressMonitor *pm,
                                               nuvo_progressCallback callback);
 
+/** NUVOSimIntegrateConditioningData for an input in which some variable v has a
+ *  connectivity constraint (si->connectivity[v] with a usage above 0), followed
+ *  by the labels of those variables: label (si->nvar * nxyz ints, variable v at
+ *  v * nxyz) receives, for each constrained variable, the labels of its label
+ *  variable (connectivity[v].varName) in the data images then the data point
+ *  sets (NUVOImageToImageWithConnectivityLabel and
+ *  NUVOPointSetToImageWithConnectivityLabel); the other variables get 0. Labels
+ *  at nodes that the mask leaves out are removed, with warning 46 once. A
+ *  constrained variable without any label left raises warning 55 and is then
+ *  not constrained. The labels are then checked against the merged data:
+ *  -181 a labelled node without a value of the variable, -185 a labelled value
+ *  in no class of the constraint, -186 one label on values of different
+ *  classes, -184 a label found at a single node.
+ *  Returns 0, the codes of NUVOSimIntegrateConditioningData and of the label
+ *  functions, the codes above, -20 for a null label array. */
+NUVO_API int NUVOSimIntegrateConditioningDataWithConnectivity(
+    const nuvo_simInput *si, nuvo_image *simImage, int *label, int *nIgnoredVar, int *nConflict,
+    nuvo_progressMonitor *pm, nuvo_progressCallback callback);
+
 NUVO_EXTERN_C_END
 
 #endif /* NUVO_CONDITIONING_H */

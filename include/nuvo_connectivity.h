@@ -14,6 +14,7 @@
 #include "nuvo_classofvalues.h"
 #include "nuvo_export.h"
 #include "nuvo_image.h"
+#include "nuvo_pointset.h"
 
 NUVO_EXTERN_C_BEGIN
 
@@ -106,6 +107,44 @@ NUVO_API int NUVOReadConnectivityASCII(nuvo_connectivityASCII *c, FILE *stream);
  *  out is left partly filled for NUVOFreeConnectivity. */
 NUVO_API int NUVOConnectivityASCIIToConnectivity(const nuvo_connectivityASCII *in,
                                                  nuvo_connectivity *out);
+
+/* ---- labels of the conditioning data and binding order ---- */
+
+/* Labels are whole numbers (a fractional value is rounded to the nearest, a value
+ * beyond the int range is clamped to it); a label of 0 or less, or a missing
+ * value, constrains nothing and is skipped. A label array holds one int per node
+ * of the simulation grid, 0 where the node carries no label. */
+
+/** Copies the labels of the variable named labelName of the data image `image`
+ *  (which must lie on `grid`: NUVOCmpGrid) to `label` (nxyz ints), adding the
+ *  number of labels written to *nlabel. An image without such a variable
+ *  changes nothing. Returns 0; -20 for a null pointer; -150 when the image is
+ *  not on the grid; -182 when a node already holds a different label. */
+NUVO_API int NUVOImageToImageWithConnectivityLabel(const nuvo_image *image, const char *labelName,
+                                                   const nuvo_grid *grid, int *label,
+                                                   int *nlabel);
+/** As NUVOImageToImageWithConnectivityLabel for a data point set: each point
+ *  goes to its node (NUVOGetIndexInGridForPointSet), points outside the grid are
+ *  skipped. Returns 0, -20, -180 when a node already holds a different label, or
+ *  -1. */
+NUVO_API int NUVOPointSetToImageWithConnectivityLabel(const nuvo_pointSet *ps,
+                                                      const char *labelName,
+                                                      const nuvo_grid *grid, int *label,
+                                                      int *nlabel);
+
+/** The binding order of one group of n nodes (node indices of a grid nx wide and
+ *  ny deep) for usage 2: every pair gets the grid-step distance of its index
+ *  differences (a, b, c) in absolute value: a + b + c for CONNECT_FACE,
+ *  max(a, b, c, ceil((a + b + c) / 2)) for CONNECT_FACE_EDGE, max(a, b, c) for
+ *  CONNECT_FACE_EDGE_CORNER. The pairs (i, j), i < j, are sorted by increasing
+ *  distance, ties kept in pair order; the order starts with i then j of the
+ *  first pair, then repeatedly appends the node not yet ordered that has the
+ *  smallest distance to a node already ordered (the first such pair in the
+ *  sorted list). order receives n positions into node. Returns 0, -20 for a
+ *  null pointer, -601 / -602 when nx / ny is below 1, -2092 for an unknown
+ *  type, or -1. */
+NUVO_API int NUVOSimConnectivitySortGroup(int connectivityType, int nx, int ny, int n,
+                                          const int *node, int *order);
 
 NUVO_EXTERN_C_END
 

@@ -9,6 +9,7 @@
 #include "nuvo_conditioning.h"
 #include "nuvo_connectivity.h"
 #include "nuvo_distancemap.h"
+#include "nuvo_geobody.h"
 #include "nuvo_error.h"
 #include "nuvo_export.h"
 #include "nuvo_grid.h"

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "constraints/blockdata_checks.hpp"
+#include "constraints/connectivity_checks.hpp"
 #include "constraints/probability_checks.hpp"
 #include "data/values.hpp"
 #include "foundation/check.hpp"
@@ -292,12 +293,13 @@ int checkTrainImagePdf(const nuvo_simInput &si) {
   return 0;
 }
 
-// Connectivity constraints and pyramids are read, printed and
-// validated, but the simulation does not apply them yet: an input that uses them
-// is refused rather than simulated without them.
+// The pattern of labels of the connectivity constraints and pyramids are read,
+// printed and validated, but the simulation does not apply them yet: an input that
+// uses them is refused rather than simulated without them.
 int refuseUnavailableConstraints(const nuvo_simInput &si) {
   for (int iv = 0; iv < si.nvar; ++iv) {
-    NUVO_FAIL_IF(si.connectivity != nullptr && si.connectivity[iv].connectivityConstraintUsage != 0,
+    NUVO_FAIL_IF(si.connectivity != nullptr && si.connectivity[iv].connectivityConstraintUsage ==
+                                                   NUVO_CONNECTIVITY_PATTERN,
                  -2095);
   }
   NUVO_FAIL_IF(
@@ -324,7 +326,8 @@ int validateSimInput(nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progressC
     return 0;
   NUVO_TRY(checkConstraints(si, pm, callback, error));
   if (*error != 0 || failed(checkProbabilityConstraintsWithInput(si)) ||
-      failed(checkBlockDataWithInput(si)) || failed(checkScanFractions(si, si.maxScanFraction)))
+      failed(checkBlockDataWithInput(si)) || failed(checkConnectivityWithInput(si)) ||
+      failed(checkScanFractions(si, si.maxScanFraction)))
     return 0;
   NUVO_TRY(checkPyramids(si, pm, callback, error));
   if (*error != 0 || failed(checkPostProcessing(si))) return 0;

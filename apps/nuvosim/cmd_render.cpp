@@ -12,6 +12,8 @@
 #include "image_io.hpp"
 #include "picture.hpp"
 #include "png_writer.hpp"
+#include "nuvo_imagefile.h"
+#include "nuvo_pointset.h"
 #include "records.hpp"
 
 namespace nuvo::cli {
@@ -26,7 +28,30 @@ struct RenderOptions {
   ImageFormat from = ImageFormat::kByExtension;
   int slice = kMiddleSlice;
   std::vector<std::string> variables;
+  std::string mark;  // point-set file whose points are ringed
 };
+
+// The cells of the drawn slice holding a point of the point-set file `path`, or
+// false after reporting a file that cannot be read.
+bool markedCells(const std::string &path, const nuvo_grid &grid, int iz, std::vector<int> *cellX,
+                 std::vector<int> *cellY) {
+  File stream = openInput(path);
+  if (!stream) return false;
+  PointSet points;
+  if (const int rc = NUVOReadPointSet(points.get(), stream.get()); rc != 0) {
+    reportFailure(path, libraryMessage(rc));
+    return false;
+  }
+  const int n = points->npoint;
+  std::vector<int> ix(n), iy(n), izs(n);
+  NUVOGetXYZIndexInGridForPointSet(points.get(), &grid, ix.data(), iy.data(), izs.data(), 1);
+  for (int k = 0; k < n; ++k) {
+    if (izs[k] != iz) continue;
+    cellX->push_back(ix[k]);
+    cellY->push_back(iy[k]);
+  }
+  return true;
+}
 
 // Indices of the variables named (every variable when none is), or an empty list
 // after reporting a name the image does not have.
@@ -101,7 +126,12 @@ int runRender(const RenderOptions &options) {
     scales.emplace_back(std::span<const double>(image->var + std::size_t{1} * iv * grid.nxyz,
                                                 static_cast<std::size_t>(grid.nxyz)));
   }
-  const Raster raster = drawSlice(*image.get(), iz, variables, scales);
+  Raster raster = drawSlice(*image.get(), iz, variables, scales);
+  if (!options.mark.empty()) {
+    std::vector<int> cellX, cellY;
+    if (!markedCells(options.mark, grid, iz, &cellX, &cellY)) return kInputError;
+    markCells(raster, grid.nx, grid.ny, static_cast<int>(variables.size()), cellX, cellY);
+  }
   if (const int status =
           writeOutput(options.output, [&](std::FILE *stream) { return writePng(stream, raster); });
       status != 0) {
@@ -145,6 +175,8 @@ void addRenderCommand(CLI::App &app) {
       ->option_text("NAME")
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  command->add_option("--mark", options->mark, "Ring the points of this point-set file")
+      ->option_text("POINTS");
   setAction(command, [options] { return runRender(*options); });
 }
 

@@ -1,6 +1,7 @@
 #include "picture.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace nuvo::cli {
 
@@ -50,6 +51,31 @@ Raster drawSlice(const nuvo_image &image, int iz, std::span<const int> variables
     }
   }
   return raster;
+}
+
+void markCells(Raster &raster, int nx, int ny, int npanel, std::span<const int> cellX,
+               std::span<const int> cellY) {
+  const int cell = cellPixels(nx, ny);
+  const int half = std::max(3, cell + 2);  // half side of the ring, in pixels
+  const auto paint = [&](int px, int py, std::uint8_t grey) {
+    if (px < 0 || py < 0 || px >= raster.width || py >= raster.height) return;
+    std::uint8_t *pixel = raster.rgb.data() + 3 * (std::size_t{1} * py * raster.width + px);
+    pixel[0] = pixel[1] = pixel[2] = grey;
+  };
+  for (int panel = 0; panel < npanel; ++panel)
+    for (std::size_t i = 0; i < cellX.size(); ++i) {
+      const int cx = panel * (nx * cell + kGap) + cellX[i] * cell + cell / 2;
+      const int cy = (ny - 1 - cellY[i]) * cell + cell / 2;
+      for (int d = -half; d <= half; ++d)
+        for (const auto &[r, grey] : {std::pair{half, 0}, std::pair{half - 1, 255}}) {
+          if (d < -r || d > r) continue;
+          const std::uint8_t g = static_cast<std::uint8_t>(grey);
+          paint(cx + d, cy - r, g);
+          paint(cx + d, cy + r, g);
+          paint(cx - r, cy + d, g);
+          paint(cx + r, cy + d, g);
+        }
+    }
 }
 
 }  // namespace nuvo::cli

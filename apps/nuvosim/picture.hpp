@@ -35,4 +35,10 @@ std::int64_t pictureHeight(int ny, int cell);
 Raster drawSlice(const nuvo_image &image, int iz, std::span<const int> variables,
                  std::span<const ColourScale> scales);
 
+// Rings the cells (ix, iy) of `cells` on each of the `npanel` panels of a picture
+// drawn by drawSlice from a grid of nx x ny cells: a black square with a white
+// inside around each, so a marked cell shows on any colour.
+void markCells(Raster &raster, int nx, int ny, int npanel, std::span<const int> cellX,
+               std::span<const int> cellY);
+
 }  // namespace nuvo::cli
