@@ -15,6 +15,7 @@
 #include "engine/prepared_data.hpp"
 #include "engine/realization.hpp"
 #include "engine/sim_files.hpp"
+#include "engine/sim_level.hpp"
 #include "engine/sim_report.hpp"
 #include "engine/variable_transforms.hpp"
 #include "foundation/check.hpp"
@@ -71,6 +72,12 @@ class StandardSimulation {
 
   int prepare();
   int run();
+  // The preparation without report details and output, for one simulation
+  // among others (a pyramid level).
+  int prepareShared();
+  // One realization into the working image, from `seed`.
+  int realize(int seed, nuvo_randContext *ctx, const RealizationMaps &maps);
+  const nuvo_image &result() const { return work_.image; }
 
  private:
   void prepareSetup();
@@ -106,6 +113,13 @@ class StandardSimulation {
 };
 
 int StandardSimulation::prepare() {
+  NUVO_TRY(prepareShared());
+  if (report_ != nullptr)
+    writeParameterDetails(report_, si_, neighborhoods_.value, prepared_, pathCounts_);
+  return writer_.prepare(si_, out_);
+}
+
+int StandardSimulation::prepareShared() {
   NUVO_TRY(NUVOCopyImage(si_.simImage, &conditioned_.image));
   int nIgnoredVar = 0, nConflict = 0;
   NUVO_TRY(NUVOSimIntegrateConditioningData(&si_, &conditioned_.image, &nIgnoredVar, &nConflict,
@@ -125,10 +139,7 @@ int StandardSimulation::prepare() {
   NUVO_TRY(NUVOSimPrepareSearchNeighborhood(&si_, prepared_.entryFlag.data(), &neighborhoods_.value,
                                             &ctx, pm_));
   prepareSetup();
-  NUVO_TRY(preparePathTemplate());
-  if (report_ != nullptr)
-    writeParameterDetails(report_, si_, neighborhoods_.value, prepared_, pathCounts_);
-  return writer_.prepare(si_, out_);
+  return preparePathTemplate();
 }
 
 // The realizations read the caller's training images unless some variable is
@@ -145,14 +156,7 @@ int StandardSimulation::prepareTrainingImages() {
   for (int t = 0; t < si_.ntrainImage; ++t)
     if (!si_.simGridAsTiFlag[t]) NUVO_TRY(NUVOCopyImage(&si_.trainImage[t], &trainCopy_.value[t]));
   trainImage_ = trainCopy_.value.data();
-  for (int v = 0; v < si_.nvar; ++v) {
-    if (si_.rescalingMode[v] == RESCALING_NONE) continue;
-    const LinearMap map = rescalingMap(si_, si_.trainImage, v);
-    for (int t = 0; t < si_.ntrainImage; ++t)
-      if (!si_.simGridAsTiFlag[t])
-        NUVO_TRY(NUVOTransformLinearImageVar(&trainCopy_.value[t], v, map.a, map.b));
-  }
-  return 0;
+  return rescaleTrainCopies(si_, trainCopy_.value.data());
 }
 
 // Maps the normalised variables of the training-image copies and of the
@@ -292,10 +296,7 @@ int StandardSimulation::orderPath(std::vector<int> &path, nuvo_randContext *ctx)
   }
 }
 
-int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
-  const std::clock_t start = std::clock();
-  if (report_ != nullptr)
-    std::fprintf(report_, "Realization %5d of %5d:\n", r + 1, si_.nrealization);
+int StandardSimulation::realize(int seed, nuvo_randContext *ctx, const RealizationMaps &maps) {
   // The seeding form of the draw: a seed of 0 continues the previous stream.
   NUVODoubleRand(seed, ctx);
   std::memcpy(work_.image.var, conditioned_.image.var,
@@ -303,10 +304,18 @@ int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
   probability_.beginRealization();
   std::vector<int> path(pathTemplate_);
   NUVO_TRY(orderPath(path, ctx));
-  writer_.startRealization(r);
-  NUVO_TRY(simulateRealization(setup_, &work_.image, prepared_.entryFlag, path, seed,
-                               writer_.maps(), report_, pm_, callback_));
+  NUVO_TRY(simulateRealization(setup_, &work_.image, prepared_.entryFlag, path, seed, maps,
+                               report_, pm_, callback_));
   denormalize();
+  return 0;
+}
+
+int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
+  const std::clock_t start = std::clock();
+  if (report_ != nullptr)
+    std::fprintf(report_, "Realization %5d of %5d:\n", r + 1, si_.nrealization);
+  writer_.startRealization(r);
+  NUVO_TRY(realize(seed, ctx, writer_.maps()));
   if (report_ != nullptr) {
     const std::string stars(80, '*');
     std::fprintf(report_, "%s\nCPU time (sec) for realization %5d of %5d: %10.2f\n%s\n",
@@ -335,6 +344,18 @@ int StandardSimulation::run() {
 }
 
 }  // namespace
+
+int simulateLevel(const nuvo_simInput &si, int seed, nuvo_image *result, const RealizationMaps &maps,
+                  FILE *report, nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
+  StandardSimulation simulation(si, nullptr, report, pm, callback);
+  NUVO_TRY(simulation.prepareShared());
+  nuvo_randContext ctx;
+  NUVOInitRandContext(&ctx);
+  NUVO_TRY(simulation.realize(seed, &ctx, maps));
+  NUVOFreeImage(result);
+  return NUVOCopyImage(&simulation.result(), result);
+}
+
 }  // namespace nuvo
 
 extern "C" int NUVOSimStandard(const nuvo_simInput *si, nuvo_simOutput *out, FILE *report,

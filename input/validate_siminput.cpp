@@ -291,7 +291,7 @@ int checkTrainImagePdf(const nuvo_simInput &si) {
   return 0;
 }
 
-// Connectivity constraints, block data and pyramids are read, printed and
+// Connectivity constraints and block data are read, printed and
 // validated, but the simulation does not apply them yet: an input that uses them
 // is refused rather than simulated without them.
 int refuseUnavailableConstraints(const nuvo_simInput &si) {
@@ -300,9 +300,6 @@ int refuseUnavailableConstraints(const nuvo_simInput &si) {
                  -2095);
     NUVO_FAIL_IF(si.blockData != nullptr && si.blockData[iv].blockDataUsage != 0, -2919);
   }
-  NUVO_FAIL_IF(
-      si.pyramidGeneralParameters != nullptr && si.pyramidGeneralParameters->npyramidLevel != 0,
-      -3520);
   return 0;
 }
 
