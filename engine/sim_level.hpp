@@ -17,7 +17,8 @@ namespace nuvo {
 // the working image with every variable of `si`). `maps` receives the optional
 // maps of the realization; the realization statistics go to `report` when not
 // null. Returns 0 or the first failure of the preparation or realization.
-int simulateLevel(const nuvo_simInput &si, int seed, nuvo_image *result, const RealizationMaps &maps,
-                  FILE *report, nuvo_progressMonitor *pm, nuvo_progressCallback callback);
+int simulateLevel(const nuvo_simInput &si, int seed, nuvo_image *result,
+                  const RealizationMaps &maps, FILE *report, nuvo_progressMonitor *pm,
+                  nuvo_progressCallback callback);
 
 }  // namespace nuvo

@@ -304,8 +304,8 @@ int StandardSimulation::realize(int seed, nuvo_randContext *ctx, const Realizati
   probability_.beginRealization();
   std::vector<int> path(pathTemplate_);
   NUVO_TRY(orderPath(path, ctx));
-  NUVO_TRY(simulateRealization(setup_, &work_.image, prepared_.entryFlag, path, seed, maps,
-                               report_, pm_, callback_));
+  NUVO_TRY(simulateRealization(setup_, &work_.image, prepared_.entryFlag, path, seed, maps, report_,
+                               pm_, callback_));
   denormalize();
   return 0;
 }
@@ -345,8 +345,9 @@ int StandardSimulation::run() {
 
 }  // namespace
 
-int simulateLevel(const nuvo_simInput &si, int seed, nuvo_image *result, const RealizationMaps &maps,
-                  FILE *report, nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
+int simulateLevel(const nuvo_simInput &si, int seed, nuvo_image *result,
+                  const RealizationMaps &maps, FILE *report, nuvo_progressMonitor *pm,
+                  nuvo_progressCallback callback) {
   StandardSimulation simulation(si, nullptr, report, pm, callback);
   NUVO_TRY(simulation.prepareShared());
   nuvo_randContext ctx;

@@ -113,8 +113,8 @@ int LevelInput::make(const nuvo_simInput &base, const nuvo_grid &grid,
 }
 
 int LevelInput::nsimulated() const {
-  return static_cast<int>(
-      std::count_if(vars_.begin(), vars_.end(), [](const LevelVariable &v) { return !v.conditioning; }));
+  return static_cast<int>(std::count_if(vars_.begin(), vars_.end(),
+                                        [](const LevelVariable &v) { return !v.conditioning; }));
 }
 
 nuvo_image *LevelInput::resetSimImage() {

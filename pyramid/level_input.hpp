@@ -43,9 +43,9 @@ class LevelInput {
   // order; unused for a training image that is the simulation grid) and the
   // scan fractions of `base` times `scanFactor`. `maps` must outlive it.
   // Returns 0 or -1.
-  static int make(const nuvo_simInput &base, const nuvo_grid &grid,
-                  std::vector<LevelVariable> vars, std::vector<LevelImage> trainImage,
-                  const LevelMaps &maps, double scanFactor, std::unique_ptr<LevelInput> *out);
+  static int make(const nuvo_simInput &base, const nuvo_grid &grid, std::vector<LevelVariable> vars,
+                  std::vector<LevelImage> trainImage, const LevelMaps &maps, double scanFactor,
+                  std::unique_ptr<LevelInput> *out);
 
   const nuvo_simInput &input() const { return si_; }
   const std::vector<LevelVariable> &variables() const { return vars_; }

@@ -73,14 +73,13 @@ int PyramidLevels::prepare(const nuvo_simInput &si, std::span<const nuvo_image> 
     return 0;
   }
   for (int j = 0; j < n; ++j)
-    NUVO_TRY(addStep(StepKind::kSpread, j + 1, vars_.atLevel(j + 1),
-                     {{j, vars_.atLevel(j)}}, fn[4 * j + 1],
-                     {fn[4 * j]}, ft[4 * j + 1], {ft[4 * j]}));
+    NUVO_TRY(addStep(StepKind::kSpread, j + 1, vars_.atLevel(j + 1), {{j, vars_.atLevel(j)}},
+                     fn[4 * j + 1], {fn[4 * j]}, ft[4 * j + 1], {ft[4 * j]}));
   NUVO_TRY(addStep(StepKind::kSimulate, n, vars_.atLevel(n), {}, fn[4 * n], {}, ft[4 * n], {}));
   for (int j = n - 1; j >= 0; --j)
     NUVO_TRY(addStep(StepKind::kSimulate, j, j > 0 ? vars_.atLevel(j) : std::vector<int>{},
-                     {{j + 1, vars_.atLevel(j + 1)}}, fn[4 * j + 3], {fn[4 * j + 2]},
-                     ft[4 * j + 3], {ft[4 * j + 2]}));
+                     {{j + 1, vars_.atLevel(j + 1)}}, fn[4 * j + 3], {fn[4 * j + 2]}, ft[4 * j + 3],
+                     {ft[4 * j + 2]}));
   return 0;
 }
 
@@ -143,8 +142,8 @@ int PyramidLevels::addStep(StepKind kind, int level, std::vector<int> mainVars,
   std::vector<LevelVariable> vars;
   if (level == 0) {
     for (int v = 0; v < si.nvar; ++v)
-      vars.push_back({v, si.simImage->varName[v], si.distanceType[v], mainFactor, thresholdMain,
-                      false});
+      vars.push_back(
+          {v, si.simImage->varName[v], si.distanceType[v], mainFactor, thresholdMain, false});
   }
   for (int i : mainVars)
     vars.push_back({pv[i].source, levelName(pv[i].name, level), vars_.distanceType(i), mainFactor,
@@ -152,7 +151,8 @@ int PyramidLevels::addStep(StepKind kind, int level, std::vector<int> mainVars,
   for (std::size_t c = 0; c < conditioning.size(); ++c)
     for (int i : conditioning[c].second)
       vars.push_back({pv[i].source, levelName(pv[i].name, conditioning[c].first),
-                      vars_.distanceType(i), conditioningFactor[c], thresholdConditioning[c], true});
+                      vars_.distanceType(i), conditioningFactor[c], thresholdConditioning[c],
+                      true});
 
   std::vector<LevelImage> tis;
   const std::size_t nmain = level == 0 ? static_cast<std::size_t>(si.nvar) : mainVars.size();
@@ -177,7 +177,8 @@ int PyramidLevels::addStep(StepKind kind, int level, std::vector<int> mainVars,
     }
     NUVO_TRY(gatherVariables(*fine->grid, sources, tis.back().get()));
     for (std::size_t j = nmain; j < vars.size(); ++j) {
-      const InformedSummary s = summarizeInformed(variableValues(tis.back().get(), static_cast<int>(j)));
+      const InformedSummary s =
+          summarizeInformed(variableValues(tis.back().get(), static_cast<int>(j)));
       if (s.n == 0) continue;
       const std::size_t c = j - nmain;
       step.low[c] = seen[c] ? std::min(step.low[c], s.min) : s.min;

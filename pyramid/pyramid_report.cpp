@@ -21,8 +21,9 @@ const char *stepName(const LevelStep &step, bool conditioning, bool oneByOne) {
 // training images.
 void writeGridRow(FILE *report, const char *head, int level, const nuvo_grid &g, const Steps &k,
                   const Steps &shift, int nv, int npp) {
-  std::fprintf(report, "%s%3d | %6d x %6d x %6d | %2d x %2d x %2d | %1d x %1d x %1d | %2d | %3d", head,
-               level, g.nx, g.ny, g.nz, k[0], k[1], k[2], shift[0], shift[1], shift[2], nv, npp);
+  std::fprintf(report, "%s%3d | %6d x %6d x %6d | %2d x %2d x %2d | %1d x %1d x %1d | %2d | %3d",
+               head, level, g.nx, g.ny, g.nz, k[0], k[1], k[2], shift[0], shift[1], shift[2], nv,
+               npp);
 }
 
 }  // namespace
@@ -39,7 +40,8 @@ void writePyramidLayout(FILE *report, const nuvo_simInput &si, const PyramidLeve
     std::fprintf(report, "%3d -> %3d:  %2d x %2d x %2d\n", j, j + 1, k[0], k[1], k[2]);
   }
   std::fprintf(report,
-               "Lev | Dimension                | RF           | Shift     | NV | NPP | MSF       (MSF PP)\n");
+               "Lev | Dimension                | RF           | Shift     | NV | NPP | MSF       "
+               "(MSF PP)\n");
   const double *msf = si.pyramidGeneralParameters->factorMaxScanFraction;
   for (int j = 0; j <= n; ++j) {
     const Steps k = j > 0 ? levels.step(j - 1) : Steps{0, 0, 0};
@@ -68,14 +70,16 @@ void writePyramidLayout(FILE *report, const nuvo_simInput &si, const PyramidLeve
     std::fprintf(report, "%sStep AS = from fine to coarse - \"simulated\" level\n", kPrefix);
     std::fprintf(report, "%sStep BC = from coarse to fine - \"conditioning\" level\n", kPrefix);
     if (mode == PYRAMID_SIM_HIERARCHICAL_USING_EXPANSION)
-      std::fprintf(report,
-                   "%sStep BS = \"simulated\" level conditioned to expanded variable (from coarser level)\n",
-                   kPrefix);
+      std::fprintf(
+          report,
+          "%sStep BS = \"simulated\" level conditioned to expanded variable (from coarser level)\n",
+          kPrefix);
     else
       std::fprintf(report, "%sStep BS = from coarse to fine - \"simulated\" level\n", kPrefix);
   }
   std::fprintf(report,
-               "%sLev Step  Var (OV):  DT RM | SN | Th         NN        ND        | PP: Th         NN        ND\n",
+               "%sLev Step  Var (OV):  DT RM | SN | Th         NN        ND        | PP: Th        "
+               " NN        ND\n",
                kPrefix);
   long long total = 0;
   for (const LevelStep &step : levels.steps()) {

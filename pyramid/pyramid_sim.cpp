@@ -44,7 +44,7 @@ class PyramidSimulation {
 
   std::vector<nuvo_image> trainImage_;  // rescaled copies (views of trainCopy_)
   std::vector<LevelImage> trainCopy_;
-  LevelImage data_;          // level 0 with its conditioning data
+  LevelImage data_;                    // level 0 with its conditioning data
   std::vector<LevelImage> dataLevel_;  // per level: the pyramid variables of the data
   std::vector<LevelImage> state_;      // per level: what is known of its pyramid variables
   PyramidLevels levels_;
@@ -116,8 +116,8 @@ int PyramidSimulation::runStep(LevelStep &step, int seed, const RealizationMaps 
   std::vector<char> informed(static_cast<std::size_t>(sim->grid->nxyz), 0);
   for (const auto &[from, list] : step.conditioning) {
     LevelImage carried;
-    NUVO_TRY(levels_.carry(*state_[from].get(), from, level, step.kind, levels_.grids(),
-                           carried.get()));
+    NUVO_TRY(
+        levels_.carry(*state_[from].get(), from, level, step.kind, levels_.grids(), carried.get()));
     for (int i : list) {
       const std::size_t c = static_cast<std::size_t>(col - nmain);
       copyColumn(*carried.get(), i, sim, col);
@@ -150,7 +150,8 @@ int PyramidSimulation::runStep(LevelStep &step, int seed, const RealizationMaps 
   }
   NUVO_TRY(simulateLevel(in.input(), seed, result->get(), maps, report_, pm_, callback_));
   if (level > 0)
-    for (int j = 0; j < nmain; ++j) copyColumn(*result->get(), j, state_[level].get(), step.main[j]);
+    for (int j = 0; j < nmain; ++j)
+      copyColumn(*result->get(), j, state_[level].get(), step.main[j]);
   return 0;
 }
 
@@ -170,11 +171,12 @@ int PyramidSimulation::simulate(int r, int seed) {
     const int levelSeed = 1 + static_cast<int>(NUVODoubleRand(0, &ctx) * 2147483646.0);
     if (report_ != nullptr)
       std::fprintf(report_,
-                   step.kind == StepKind::kSpread ? "- spreading conditioning data at pyramid level %d of %d\n"
-                                                  : "- simulating pyramid level %d of %d\n",
+                   step.kind == StepKind::kSpread
+                       ? "- spreading conditioning data at pyramid level %d of %d\n"
+                       : "- simulating pyramid level %d of %d\n",
                    step.level, n);
-    NUVO_TRY(runStep(step, levelSeed, step.level == 0 ? writer_.maps() : RealizationMaps{},
-                     &result));
+    NUVO_TRY(
+        runStep(step, levelSeed, step.level == 0 ? writer_.maps() : RealizationMaps{}, &result));
     NUVO_TRY(checkStop(pm_));
   }
   if (report_ != nullptr) {

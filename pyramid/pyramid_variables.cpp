@@ -55,8 +55,8 @@ std::vector<double> rankValues(const nuvo_simInput &si, std::span<const nuvo_ima
   }
   std::vector<char> placed(m, 0);
   std::vector<double> value(m, 0.0);
-  std::size_t last = static_cast<std::size_t>(
-      std::max_element(count.begin(), count.end()) - count.begin());
+  std::size_t last =
+      static_cast<std::size_t>(std::max_element(count.begin(), count.end()) - count.begin());
   for (std::size_t r = 0; r < m; ++r) {
     if (r > 0) {
       std::size_t next = m;
@@ -97,7 +97,8 @@ int PyramidVariables::prepare(const nuvo_simInput &si, std::span<const nuvo_imag
       case PYRAMID_CATEGORICAL_AUTO:
         category_[v] = categoriesOf(si, trainImage, v);
         for (std::size_t c = 0; c + 1 < category_[v].size(); ++c)
-          list_.push_back({v, p.pyramidType, static_cast<int>(c), name + "_ind" + std::to_string(c)});
+          list_.push_back(
+              {v, p.pyramidType, static_cast<int>(c), name + "_ind" + std::to_string(c)});
         break;
       case PYRAMID_CATEGORICAL_CUSTOM:
         for (int c = 0; c < p.classOfValues->nclass; ++c)

@@ -34,10 +34,10 @@
 namespace nuvo {
 
 struct PyramidVariable {
-  int source = 0;       // the simulated variable it is made from
-  int type = 0;         // its pyramid type
-  int index = 0;        // category (auto) or class (custom) of an indicator
-  std::string name;     // base name, the level suffix added per level
+  int source = 0;    // the simulated variable it is made from
+  int type = 0;      // its pyramid type
+  int index = 0;     // category (auto) or class (custom) of an indicator
+  std::string name;  // base name, the level suffix added per level
 };
 
 class PyramidVariables {
@@ -64,7 +64,7 @@ class PyramidVariables {
  private:
   const nuvo_simInput *si_ = nullptr;
   std::vector<PyramidVariable> list_;
-  std::vector<std::vector<double>> category_;  // per simulated variable: its categories
+  std::vector<std::vector<double>> category_;   // per simulated variable: its categories
   std::vector<std::vector<double>> rankValue_;  // per variable turned continuous: per category
 };
 
