@@ -33,9 +33,13 @@ demo: all
 	$(NUVOSIM) run $(CHANNELS)/channels2d.in --force
 	$(NUVOSIM) run $(CHANNELS)/turned.in --force
 	$(NUVOSIM) run $(CHANNELS)/sand45.in --force
+	$(NUVOSIM) run $(CHANNELS)/pyramid.in --force
+	$(NUVOSIM) run $(CHANNELS)/nopyramid.in --force
 	$(NUVOSIM) render $(CHANNELS)/ti.gslib $(CHANNELS)/output/ti.png
 	$(NUVOSIM) render $(CHANNELS)/output/turned_real00000.gslib $(CHANNELS)/output/turned.png
 	$(NUVOSIM) render $(CHANNELS)/output/sand45_real00000.gslib $(CHANNELS)/output/sand45.png
+	$(NUVOSIM) render $(CHANNELS)/output/pyramid_real00000.gslib $(CHANNELS)/output/pyramid.png
+	$(NUVOSIM) render $(CHANNELS)/output/nopyramid_real00000.gslib $(CHANNELS)/output/nopyramid.png
 	for r in 00000 00001 00002; do \
 	  $(NUVOSIM) render $(CHANNELS)/output/channels_real$$r.gslib \
 	    $(CHANNELS)/output/channels_real$$r.png || exit 1; \

@@ -91,7 +91,7 @@ NUVO_API int NUVOSimStandard(const nuvo_simInput *si, nuvo_simOutput *out, FILE 
  *  NUVOSimStandard, and -3670 when a level has no variable to simulate (a
  *  categorical variable with a single category), -554 when a datum of a
  *  variable turned continuous is no training category, or the code of a
- *  reduction whose grid is too small (-3506 .. -3508). */
+ *  reduction whose grid is too small (-3506 .. -3508); -3656 without levels. */
 NUVO_API int NUVOSimPyramid(const nuvo_simInput *si, nuvo_simOutput *out, FILE *report,
                             nuvo_progressMonitor *pm, nuvo_progressCallback callback);
 

@@ -34,6 +34,9 @@ const nuvo_grid *PyramidLevels::trainGrid(int t, int j) const {
 int PyramidLevels::prepare(const nuvo_simInput &si, std::span<const nuvo_image> trainImage) {
   si_ = &si;
   ti0_ = trainImage;
+  NUVO_FAIL_IF(
+      si.pyramidGeneralParameters == nullptr || si.pyramidGeneralParameters->npyramidLevel < 1,
+      -3656);
   const nuvo_pyramidGeneralParameters &gp = *si.pyramidGeneralParameters;
   n_ = gp.npyramidLevel;
   NUVO_TRY(vars_.prepare(si, trainImage));

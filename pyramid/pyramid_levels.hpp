@@ -51,11 +51,12 @@ struct LevelStep {
 class PyramidLevels {
  public:
   // Builds the levels of the validated input `si` whose training images are
-  // `trainImage` (with the input's rescaling applied). Returns 0, -1, -3670 or
+  // `trainImage` (with the input's rescaling applied). Returns 0, -1, -3656, -3670 or
   // the error of a reduction.
   int prepare(const nuvo_simInput &si, std::span<const nuvo_image> trainImage);
 
   int nlevel() const { return n_; }
+  int mode() const { return si_->pyramidGeneralParameters->pyramidSimulationMode; }
   const nuvo_grid &grid(int j) const { return grid_[j]; }
   const Steps &step(int j) const { return k_[j]; }  // from level j to j + 1
   const PyramidVariables &variables() const { return vars_; }
@@ -90,7 +91,14 @@ class PyramidLevels {
   std::vector<LevelStep> steps_;
 };
 
+// Nodes of each level simulated in step A (fine to coarse) and in step B (the
+// levels simulated coarse to fine, or one by one), given where the data of
+// level 0 are (`data`: its pyramid variables) and the masks of the levels.
+using PathCounts = std::vector<std::array<long long, 2>>;
+int countPaths(const PyramidLevels &levels, const nuvo_image &data, PathCounts *counts);
+
 // Writes the layout of the pyramid to the report.
-void writePyramidLayout(FILE *report, const nuvo_simInput &si, const PyramidLevels &levels);
+void writePyramidLayout(FILE *report, const nuvo_simInput &si, const PyramidLevels &levels,
+                        const PathCounts &counts);
 
 }  // namespace nuvo

@@ -28,7 +28,45 @@ void writeGridRow(FILE *report, const char *head, int level, const nuvo_grid &g,
 
 }  // namespace
 
-void writePyramidLayout(FILE *report, const nuvo_simInput &si, const PyramidLevels &levels) {
+int countPaths(const PyramidLevels &levels, const nuvo_image &data, PathCounts *counts) {
+  const int n = levels.nlevel();
+  const auto unmasked = [&levels](int j, long long k) {
+    const LevelImage &m = levels.maps(j).mask;
+    return m.empty() || m.get()->var[k] == 1.0;
+  };
+  // Nodes where some pyramid variable is known.
+  const auto known = [](const nuvo_image &image, long long k) {
+    for (int iv = 0; iv < image.nvar; ++iv)
+      if (!isMissing(image.var[iv * static_cast<long long>(image.grid->nxyz) + k])) return true;
+    return false;
+  };
+  counts->assign(static_cast<std::size_t>(n) + 1, {0, 0});
+  LevelImage reached;  // what the data reach at the current level
+  NUVO_TRY(NUVOCopyImage(&data, reached.get()));
+  const bool oneByOne = levels.mode() == PYRAMID_SIM_ALL_LEVEL_ONE_BY_ONE;
+  for (int j = 0; j <= n; ++j) {
+    if (j > 0) {
+      LevelImage coarse;
+      NUVO_TRY(oneByOne ? sampleToCoarse(*reached.get(), levels.grid(j), levels.step(j - 1),
+                                         coarse.get())
+                        : levels.carry(*reached.get(), j - 1, j, StepKind::kSpread, levels.grids(),
+                                       coarse.get()));
+      reached = std::move(coarse);
+    }
+    long long a = 0, b = 0;
+    for (long long k = 0; k < levels.grid(j).nxyz; ++k) {
+      if (!unmasked(j, k)) continue;
+      const bool in = known(*reached.get(), k);
+      a += in && j > 0 && !oneByOne;
+      b += !in;
+    }
+    (*counts)[j] = {a, b};
+  }
+  return 0;
+}
+
+void writePyramidLayout(FILE *report, const nuvo_simInput &si, const PyramidLevels &levels,
+                        const PathCounts &counts) {
   const int n = levels.nlevel();
   const int mode = si.pyramidGeneralParameters->pyramidSimulationMode;
   const bool oneByOne = mode == PYRAMID_SIM_ALL_LEVEL_ONE_BY_ONE;
@@ -53,7 +91,7 @@ void writePyramidLayout(FILE *report, const nuvo_simInput &si, const PyramidLeve
       const nuvo_grid *g = levels.trainGrid(t, j);
       if (g == nullptr) continue;
       const Steps tshift = j > 0 ? reductionShift(*levels.trainGrid(t, j - 1), k) : Steps{0, 0, 0};
-      char head[16];
+      char head[24];
       std::snprintf(head, sizeof head, "TI %2d: ", t);
       writeGridRow(report, head, j, *g, k, tshift, nv, si.npostProcessingPathMax);
       const double pp =
@@ -99,19 +137,16 @@ void writePyramidLayout(FILE *report, const nuvo_simInput &si, const PyramidLeve
         std::fprintf(report, " | PP: -\n");
     }
   }
-  // Per level: nodes, entries of its simulated variables, and the level
-  // simulations of the two steps (step A reaches only what the data reach).
+  // Per level: nodes, entries of its simulated variables, and the nodes that
+  // steps A and B simulate.
   for (int j = 0; j <= n; ++j) {
-    int a = 0, b = 0, nv = 0;
-    for (const LevelStep &step : levels.steps()) {
-      if (step.level != j) continue;
-      (step.kind == StepKind::kSpread ? a : b) += 1;
-      nv = step.input->nsimulated();
-    }
+    int nv = 0;
+    for (const LevelStep &step : levels.steps())
+      if (step.level == j) nv = step.input->nsimulated();
     const long long nxyz = levels.grid(j).nxyz;
-    total += nxyz * nv;
-    std::fprintf(report, "%sLevel %2d       :  %12lld | %13lld | %9d / %9d\n", kPrefix, j, nxyz,
-                 nxyz * nv, a, b);
+    total += counts[j][0] + counts[j][1];
+    std::fprintf(report, "%sLevel %2d       :  %12lld | %13lld | %9lld / %9lld\n", kPrefix, j, nxyz,
+                 nxyz * nv, counts[j][0], counts[j][1]);
   }
   std::fprintf(report, "Pyramid: Total number of \"simulation steps\": %10lld\n", total);
 }

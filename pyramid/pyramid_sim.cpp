@@ -74,7 +74,11 @@ int PyramidSimulation::prepare() {
                             dataLevel_[j + 1].get()));
   state_.resize(static_cast<std::size_t>(n) + 1);
   NUVO_TRY(checkStop(pm_));
-  if (report_ != nullptr) writePyramidLayout(report_, si_, levels_);
+  if (report_ != nullptr) {
+    PathCounts counts;
+    NUVO_TRY(countPaths(levels_, *dataLevel_[0].get(), &counts));
+    writePyramidLayout(report_, si_, levels_, counts);
+  }
   return writer_.prepare(si_, out_);
 }
 
