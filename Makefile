@@ -36,12 +36,16 @@ demo: all
 	$(NUVOSIM) run $(CHANNELS)/sand45.in --force
 	$(NUVOSIM) run $(CHANNELS)/blocks.in --force
 	$(NUVOSIM) run $(CHANNELS)/connected.in --force
+	$(NUVOSIM) run $(CHANNELS)/pyramid.in --force
+	$(NUVOSIM) run $(CHANNELS)/nopyramid.in --force
 	$(NUVOSIM) render $(CHANNELS)/ti.gslib $(CHANNELS)/output/ti.png
 	$(NUVOSIM) render $(CHANNELS)/output/turned_real00000.gslib $(CHANNELS)/output/turned.png
 	$(NUVOSIM) render $(CHANNELS)/output/sand45_real00000.gslib $(CHANNELS)/output/sand45.png
 	$(NUVOSIM) render $(CHANNELS)/output/blocks_real00000.gslib $(CHANNELS)/output/blocks.png
 	$(NUVOSIM) render $(CHANNELS)/output/connected_real00000.gslib $(CHANNELS)/output/connected.png \
 	  --mark $(CHANNELS)/wells.txt
+	$(NUVOSIM) render $(CHANNELS)/output/pyramid_real00000.gslib $(CHANNELS)/output/pyramid.png
+	$(NUVOSIM) render $(CHANNELS)/output/nopyramid_real00000.gslib $(CHANNELS)/output/nopyramid.png
 	for r in 00000 00001 00002; do \
 	  $(NUVOSIM) render $(CHANNELS)/output/channels_real$$r.gslib \
 	    $(CHANNELS)/output/channels_real$$r.png || exit 1; \

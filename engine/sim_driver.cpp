@@ -38,7 +38,9 @@ int simulate(nuvo_simInput *si, nuvo_simOutput *out, nuvo_progressMonitor *pm,
   NUVO_TRY(verdict);
 
   const std::clock_t start = std::clock();
-  NUVO_TRY(NUVOSimStandard(si, out, report.stream, pm, callback));
+  const bool pyramid =
+      si->pyramidGeneralParameters != nullptr && si->pyramidGeneralParameters->npyramidLevel != 0;
+  NUVO_TRY((pyramid ? NUVOSimPyramid : NUVOSimStandard)(si, out, report.stream, pm, callback));
   if (report.stream != nullptr)
     std::fprintf(report.stream, "CPU time (sec) for all realizations          : %10.2f\n%s\n",
                  static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, rule.c_str());

@@ -16,6 +16,7 @@
 #include "engine/prepared_data.hpp"
 #include "engine/realization.hpp"
 #include "engine/sim_files.hpp"
+#include "engine/sim_level.hpp"
 #include "engine/sim_report.hpp"
 #include "engine/variable_transforms.hpp"
 #include "foundation/check.hpp"
@@ -85,6 +86,12 @@ class StandardSimulation {
 
   int prepare();
   int run();
+  // The preparation without report details and output, for one simulation
+  // among others (a pyramid level).
+  int prepareShared();
+  // One realization into the working image, from `seed`.
+  int realize(int seed, nuvo_randContext *ctx, const RealizationMaps &maps);
+  const nuvo_image &result() const { return work_.image; }
 
  private:
   void prepareSetup();
@@ -126,6 +133,16 @@ class StandardSimulation {
 };
 
 int StandardSimulation::prepare() {
+  NUVO_TRY(prepareShared());
+  if (report_ != nullptr) {
+    writeParameterDetails(report_, si_, neighborhoods_.value, prepared_, pathCounts_,
+                          connectivity_);
+    blocks_.writeStatistics(report_);
+  }
+  return writer_.prepare(si_, out_);
+}
+
+int StandardSimulation::prepareShared() {
   NUVO_TRY(NUVOCopyImage(si_.simImage, &conditioned_.image));
   std::vector<int> label;
   NUVO_TRY(integrateConditioningData(&label));
@@ -148,13 +165,7 @@ int StandardSimulation::prepare() {
   NUVO_TRY(NUVOSimPrepareSearchNeighborhood(&si_, prepared_.entryFlag.data(), &neighborhoods_.value,
                                             &ctx, pm_));
   prepareSetup();
-  NUVO_TRY(preparePathTemplate());
-  if (report_ != nullptr) {
-    writeParameterDetails(report_, si_, neighborhoods_.value, prepared_, pathCounts_,
-                          connectivity_);
-    blocks_.writeStatistics(report_);
-  }
-  return writer_.prepare(si_, out_);
+  return preparePathTemplate();
 }
 
 // Merges the conditioning data, with the labels of the connectivity constraints
@@ -183,14 +194,7 @@ int StandardSimulation::prepareTrainingImages() {
   for (int t = 0; t < si_.ntrainImage; ++t)
     if (!si_.simGridAsTiFlag[t]) NUVO_TRY(NUVOCopyImage(&si_.trainImage[t], &trainCopy_.value[t]));
   trainImage_ = trainCopy_.value.data();
-  for (int v = 0; v < si_.nvar; ++v) {
-    if (si_.rescalingMode[v] == RESCALING_NONE) continue;
-    const LinearMap map = rescalingMap(si_, si_.trainImage, v);
-    for (int t = 0; t < si_.ntrainImage; ++t)
-      if (!si_.simGridAsTiFlag[t])
-        NUVO_TRY(NUVOTransformLinearImageVar(&trainCopy_.value[t], v, map.a, map.b));
-  }
-  return 0;
+  return rescaleTrainCopies(si_, trainCopy_.value.data());
 }
 
 // Block data read the training values as the realizations copy them (block data
@@ -346,10 +350,7 @@ int StandardSimulation::orderPath(std::vector<int> &path, std::span<const signed
   }
 }
 
-int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
-  const std::clock_t start = std::clock();
-  if (report_ != nullptr)
-    std::fprintf(report_, "Realization %5d of %5d:\n", r + 1, si_.nrealization);
+int StandardSimulation::realize(int seed, nuvo_randContext *ctx, const RealizationMaps &maps) {
   // The seeding form of the draw: a seed of 0 continues the previous stream.
   NUVODoubleRand(seed, ctx);
   std::memcpy(work_.image.var, conditioned_.image.var,
@@ -365,10 +366,18 @@ int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
     entryFlag = realizationFlag_;
   }
   NUVO_TRY(orderPath(path, entryFlag, ctx));
-  writer_.startRealization(r);
-  NUVO_TRY(simulateRealization(setup_, &work_.image, entryFlag, path, seed,
-                               writer_.maps(), report_, pm_, callback_));
+  NUVO_TRY(simulateRealization(setup_, &work_.image, entryFlag, path, seed, maps, report_, pm_,
+                               callback_));
   denormalize();
+  return 0;
+}
+
+int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
+  const std::clock_t start = std::clock();
+  if (report_ != nullptr)
+    std::fprintf(report_, "Realization %5d of %5d:\n", r + 1, si_.nrealization);
+  writer_.startRealization(r);
+  NUVO_TRY(realize(seed, ctx, writer_.maps()));
   if (report_ != nullptr) {
     const std::string stars(80, '*');
     std::fprintf(report_, "%s\nCPU time (sec) for realization %5d of %5d: %10.2f\n%s\n",
@@ -397,6 +406,19 @@ int StandardSimulation::run() {
 }
 
 }  // namespace
+
+int simulateLevel(const nuvo_simInput &si, int seed, nuvo_image *result,
+                  const RealizationMaps &maps, FILE *report, nuvo_progressMonitor *pm,
+                  nuvo_progressCallback callback) {
+  StandardSimulation simulation(si, nullptr, report, pm, callback);
+  NUVO_TRY(simulation.prepareShared());
+  nuvo_randContext ctx;
+  NUVOInitRandContext(&ctx);
+  NUVO_TRY(simulation.realize(seed, &ctx, maps));
+  NUVOFreeImage(result);
+  return NUVOCopyImage(&simulation.result(), result);
+}
+
 }  // namespace nuvo
 
 extern "C" int NUVOSimStandard(const nuvo_simInput *si, nuvo_simOutput *out, FILE *report,

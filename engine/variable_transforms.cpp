@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <numbers>
 
+#include "foundation/check.hpp"
+
 namespace nuvo {
 namespace {
 
@@ -95,6 +97,17 @@ LinearMap rescalingMap(const nuvo_simInput &si, const nuvo_image *trainImage, in
   }
   const double a = si.rescalingTargetLength[v] / (hi - lo);
   return {a, si.rescalingTargetMean[v] - a * (sum / static_cast<double>(count))};
+}
+
+int rescaleTrainCopies(const nuvo_simInput &si, nuvo_image *copies) {
+  for (int v = 0; v < si.nvar; ++v) {
+    if (si.rescalingMode[v] == RESCALING_NONE) continue;
+    const LinearMap map = rescalingMap(si, si.trainImage, v);
+    for (int t = 0; t < si.ntrainImage; ++t)
+      if (!si.simGridAsTiFlag[t])
+        NUVO_TRY(NUVOTransformLinearImageVar(&copies[t], v, map.a, map.b));
+  }
+  return 0;
 }
 
 }  // namespace nuvo

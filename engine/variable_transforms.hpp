@@ -52,4 +52,9 @@ struct LinearMap {
 };
 LinearMap rescalingMap(const nuvo_simInput &si, const nuvo_image *trainImage, int v);
 
+// Applies the rescaling of every rescaled variable to `copies`, copies of the
+// input's training images (entries of the simulation grid are left alone).
+// Returns 0 or the code of the transform.
+int rescaleTrainCopies(const nuvo_simInput &si, nuvo_image *copies);
+
 }  // namespace nuvo

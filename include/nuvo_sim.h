@@ -83,6 +83,18 @@ NUVO_API int NUVOSim(nuvo_simInput *si, nuvo_simOutput *out, nuvo_progressMonito
 NUVO_API int NUVOSimStandard(const nuvo_simInput *si, nuvo_simOutput *out, FILE *report,
                              nuvo_progressMonitor *pm, nuvo_progressCallback callback);
 
+/** The pyramid simulation of a validated input whose pyramid general parameters
+ *  have levels: each realization is simulated level by level, from the coarse
+ *  grids obtained by gaussian reduction down to the simulation grid, in the
+ *  input's pyramid simulation mode. Writes the pyramid layout and the level
+ *  simulations to `report` when not null. Same output and codes as
+ *  NUVOSimStandard, and -3670 when a level has no variable to simulate (a
+ *  categorical variable with a single category), -554 when a datum of a
+ *  variable turned continuous is no training category, or the code of a
+ *  reduction whose grid is too small (-3506 .. -3508); -3656 without levels. */
+NUVO_API int NUVOSimPyramid(const nuvo_simInput *si, nuvo_simOutput *out, FILE *report,
+                            nuvo_progressMonitor *pm, nuvo_progressCallback callback);
+
 NUVO_EXTERN_C_END
 
 #endif /* NUVO_SIM_H */

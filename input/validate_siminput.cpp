@@ -293,18 +293,15 @@ int checkTrainImagePdf(const nuvo_simInput &si) {
   return 0;
 }
 
-// The pattern of labels of the connectivity constraints and pyramids are read,
-// printed and validated, but the simulation does not apply them yet: an input that
-// uses them is refused rather than simulated without them.
+// The pattern of labels of the connectivity constraints is read, printed and
+// validated, but the simulation does not apply it yet: an input that uses it is
+// refused rather than simulated without it.
 int refuseUnavailableConstraints(const nuvo_simInput &si) {
   for (int iv = 0; iv < si.nvar; ++iv) {
     NUVO_FAIL_IF(si.connectivity != nullptr && si.connectivity[iv].connectivityConstraintUsage ==
                                                    NUVO_CONNECTIVITY_PATTERN,
                  -2095);
   }
-  NUVO_FAIL_IF(
-      si.pyramidGeneralParameters != nullptr && si.pyramidGeneralParameters->npyramidLevel != 0,
-      -3520);
   return 0;
 }
 

@@ -1,0 +1,224 @@
+// NUVOSimPyramid: the simulation through a pyramid of grids. The levels and their
+// simulations are prepared once (pyramid_levels.hpp); each realization then runs
+// the level simulations of the mode in order, carrying what each one simulated
+// to the next, and writes out level 0.
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <string>
+#include <vector>
+
+#include "data/values.hpp"
+#include "engine/sim_files.hpp"
+#include "engine/sim_level.hpp"
+#include "engine/variable_transforms.hpp"
+#include "foundation/check.hpp"
+#include "nuvo_conditioning.h"
+#include "nuvo_random.h"
+#include "nuvo_sim.h"
+#include "pyramid/pyramid_levels.hpp"
+
+namespace nuvo {
+namespace {
+
+class PyramidSimulation {
+ public:
+  PyramidSimulation(const nuvo_simInput &si, nuvo_simOutput *out, FILE *report,
+                    nuvo_progressMonitor *pm, nuvo_progressCallback callback)
+      : si_(si), out_(out), report_(report), pm_(pm), callback_(callback) {}
+
+  int prepare();
+  int run();
+
+ private:
+  int resetLevels();
+  int runStep(LevelStep &step, int seed, const RealizationMaps &maps, LevelImage *result);
+  int simulate(int r, int seed);
+
+  const nuvo_simInput &si_;
+  nuvo_simOutput *out_;
+  FILE *report_;
+  nuvo_progressMonitor *pm_;
+  nuvo_progressCallback callback_;
+
+  std::vector<nuvo_image> trainImage_;  // rescaled copies (views of trainCopy_)
+  std::vector<LevelImage> trainCopy_;
+  LevelImage data_;                    // level 0 with its conditioning data
+  std::vector<LevelImage> dataLevel_;  // per level: the pyramid variables of the data
+  std::vector<LevelImage> state_;      // per level: what is known of its pyramid variables
+  PyramidLevels levels_;
+  OutputWriter writer_;
+};
+
+int PyramidSimulation::prepare() {
+  trainCopy_.resize(static_cast<std::size_t>(si_.ntrainImage));
+  for (int t = 0; t < si_.ntrainImage; ++t) {
+    if (!si_.simGridAsTiFlag[t]) NUVO_TRY(NUVOCopyImage(&si_.trainImage[t], trainCopy_[t].get()));
+    trainImage_.push_back(*trainCopy_[t].get());
+  }
+  NUVO_TRY(rescaleTrainCopies(si_, trainImage_.data()));
+  NUVO_TRY(levels_.prepare(si_, trainImage_));
+
+  NUVO_TRY(NUVOCopyImage(si_.simImage, data_.get()));
+  int nIgnoredVar = 0, nConflict = 0;
+  NUVO_TRY(NUVOSimIntegrateConditioningData(&si_, data_.get(), &nIgnoredVar, &nConflict, pm_,
+                                            callback_));
+  // The data of the coarse levels, used as such by the one-by-one mode: each
+  // datum on its nearest coarse node.
+  const int n = levels_.nlevel();
+  dataLevel_.resize(static_cast<std::size_t>(n) + 1);
+  NUVO_TRY(levels_.variables().transform(*data_.get(), true, dataLevel_[0].get()));
+  for (int j = 0; j < n; ++j)
+    NUVO_TRY(sampleToCoarse(*dataLevel_[j].get(), levels_.grid(j + 1), levels_.step(j),
+                            dataLevel_[j + 1].get()));
+  state_.resize(static_cast<std::size_t>(n) + 1);
+  NUVO_TRY(checkStop(pm_));
+  if (report_ != nullptr) {
+    PathCounts counts;
+    NUVO_TRY(countPaths(levels_, *dataLevel_[0].get(), &counts));
+    writePyramidLayout(report_, si_, levels_, counts);
+  }
+  return writer_.prepare(si_, out_);
+}
+
+// Level 0 knows its data; the coarse levels know nothing in the hierarchical
+// modes (step A fills them), their data in the one-by-one mode.
+int PyramidSimulation::resetLevels() {
+  const bool oneByOne =
+      si_.pyramidGeneralParameters->pyramidSimulationMode == PYRAMID_SIM_ALL_LEVEL_ONE_BY_ONE;
+  for (std::size_t j = 0; j < state_.size(); ++j) {
+    NUVOFreeImage(state_[j].get());
+    if (j == 0 || oneByOne)
+      NUVO_TRY(NUVOCopyImage(dataLevel_[j].get(), state_[j].get()));
+    else
+      NUVO_TRY(allocateOnGrid(levels_.grid(static_cast<int>(j)), dataLevel_[0].get()->nvar,
+                              state_[j].get()));
+  }
+  return 0;
+}
+
+void copyColumn(const nuvo_image &from, int iv, nuvo_image *to, int jv) {
+  std::span<const double> a = variableValues(&from, iv);
+  std::copy(a.begin(), a.end(), variableValues(to, jv).begin());
+}
+
+int PyramidSimulation::runStep(LevelStep &step, int seed, const RealizationMaps &maps,
+                               LevelImage *result) {
+  LevelInput &in = *step.input;
+  nuvo_image *sim = in.resetSimImage();
+  NUVO_FAIL_IF(sim == nullptr, -1);
+  const int level = step.level;
+  const int nmain = level == 0 ? si_.nvar : static_cast<int>(step.main.size());
+  for (int j = 0; j < nmain; ++j) {
+    if (level == 0)
+      copyColumn(*data_.get(), j, sim, j);
+    else
+      copyColumn(*state_[level].get(), step.main[j], sim, j);
+  }
+  int col = nmain;
+  std::vector<char> informed(static_cast<std::size_t>(sim->grid->nxyz), 0);
+  for (const auto &[from, list] : step.conditioning) {
+    LevelImage carried;
+    NUVO_TRY(
+        levels_.carry(*state_[from].get(), from, level, step.kind, levels_.grids(), carried.get()));
+    for (int i : list) {
+      const std::size_t c = static_cast<std::size_t>(col - nmain);
+      copyColumn(*carried.get(), i, sim, col);
+      // A node that the coarse level left uninformed (next to the mask) takes
+      // the middle of the range when it is to be simulated at this level.
+      std::span<double> x = variableValues(sim, col++);
+      for (std::size_t k = 0; k < x.size(); ++k) {
+        if (isMissing(x[k])) {
+          if (step.kind == StepKind::kSimulate) x[k] = 0.5 * (step.low[c] + step.high[c]);
+          continue;
+        }
+        x[k] = std::clamp(x[k], step.low[c], step.high[c]);
+        informed[k] = 1;
+      }
+    }
+  }
+  if (step.kind == StepKind::kSpread) {
+    // Only the nodes that the known values of the finer level reach.
+    nuvo_image *mask = in.ownMask();
+    NUVO_FAIL_IF(mask == nullptr, -1);
+    const LevelImage &levelMask = levels_.maps(level).mask;
+    bool any = false;
+    std::span<double> m = variableValues(mask, 0);
+    for (std::size_t k = 0; k < m.size(); ++k) {
+      const bool on = informed[k] && (levelMask.empty() || levelMask.get()->var[k] == 1.0);
+      m[k] = on ? 1.0 : 0.0;
+      any = any || on;
+    }
+    if (!any) return 0;
+  }
+  NUVO_TRY(simulateLevel(in.input(), seed, result->get(), maps, report_, pm_, callback_));
+  if (level > 0)
+    for (int j = 0; j < nmain; ++j)
+      copyColumn(*result->get(), j, state_[level].get(), step.main[j]);
+  return 0;
+}
+
+int PyramidSimulation::simulate(int r, int seed) {
+  const std::clock_t start = std::clock();
+  if (report_ != nullptr)
+    std::fprintf(report_, "Realization %5d of %5d:\n", r + 1, si_.nrealization);
+  NUVO_TRY(resetLevels());
+  // Each level simulation draws its own seed from the realization's stream.
+  nuvo_randContext ctx;
+  NUVOInitRandContext(&ctx);
+  NUVODoubleRand(seed, &ctx);
+  writer_.startRealization(r);
+  const int n = levels_.nlevel();
+  LevelImage result;
+  for (LevelStep &step : levels_.steps()) {
+    const int levelSeed = 1 + static_cast<int>(NUVODoubleRand(0, &ctx) * 2147483646.0);
+    if (report_ != nullptr)
+      std::fprintf(report_,
+                   step.kind == StepKind::kSpread
+                       ? "- spreading conditioning data at pyramid level %d of %d\n"
+                       : "- simulating pyramid level %d of %d\n",
+                   step.level, n);
+    NUVO_TRY(
+        runStep(step, levelSeed, step.level == 0 ? writer_.maps() : RealizationMaps{}, &result));
+    NUVO_TRY(checkStop(pm_));
+  }
+  if (report_ != nullptr) {
+    const std::string stars(80, '*');
+    std::fprintf(report_, "%s\nCPU time (sec) for realization %5d of %5d: %10.2f\n%s\n",
+                 stars.c_str(), r + 1, si_.nrealization,
+                 static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, stars.c_str());
+  }
+  // Level 0 holds the simulated variables first.
+  nuvo_image view = *result.get();
+  view.nvar = si_.nvar;
+  view.nxyzv = si_.nvar * view.grid->nxyz;
+  return writer_.finishRealization(r, view);
+}
+
+int PyramidSimulation::run() {
+  int seed = si_.seed;
+  for (int r = 0; r < si_.nrealization; ++r) {
+    if (pm_ != nullptr) {
+      pm_->nrealization = si_.nrealization;
+      pm_->ireal = r;
+      pm_->progress = 0;
+    }
+    NUVO_TRY(simulate(r, seed));
+    seed = static_cast<int>(static_cast<unsigned int>(seed) +
+                            static_cast<unsigned int>(si_.seedIncrement));
+  }
+  return writer_.finish();
+}
+
+}  // namespace
+}  // namespace nuvo
+
+extern "C" int NUVOSimPyramid(const nuvo_simInput *si, nuvo_simOutput *out, FILE *report,
+                              nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
+  return nuvo::guardedCall([&] {
+    nuvo::PyramidSimulation simulation(*si, out, report, pm, callback);
+    NUVO_TRY(simulation.prepare());
+    return simulation.run();
+  });
+}

@@ -1,0 +1,195 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <set>
+#include <vector>
+
+#include "../input/siminput_builder.hpp"
+#include "nuvo_classofvalues.h"
+#include "nuvo_sim.h"
+#include "nuvo_synthetic.h"
+#include "nuvo_variogram.h"
+#include "pyramid/pyramid_variables.hpp"
+#include "tests/support/temp_stream.hpp"
+
+namespace {
+
+using nuvo_test::valuesOf;
+
+// A 100 x 100 simulation of a channel image (150 x 150, channels along x, five
+// nodes wide) with 12 neighbours in a 7 x 7 window, kept in memory.
+class PyramidSimulation : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    nuvo_image ti;
+    NUVOInitImage(&ti);
+    ASSERT_EQ(NUVOGenerateChannelImage(&ti, 150, 150, 1, 0.3, 5.0, 4), 0);
+    NUVOInitSimInput(&si_);
+    nuvo_test::buildValidSimInput(&si_, ti);
+    NUVOFreeImage(&ti);
+    resize(100);
+    si_.consoleAppFlag = 0;
+    si_.outputSimJob = OUTPUT_SIM_NO_FILE;
+    si_.outputReportFlag = 0;
+    si_.nneighboringNode[0] = 12;
+    NUVOInitSimOutput(&out_);
+    NUVOInitProgressMonitor(&pm_);
+  }
+  void TearDown() override {
+    NUVOFreeSimOutput(&out_);
+    NUVOFreeSimInput(&si_);
+  }
+
+  // Two levels of steps 2 x 2 x 0 in `mode`, for the only variable with `type`.
+  void usePyramid(int mode, int type) {
+    nuvo_pyramidGeneralParameters &g = *si_.pyramidGeneralParameters;
+    NUVOFreePyramidGeneralParameters(&g);
+    const bool oneByOne = mode == PYRAMID_SIM_ALL_LEVEL_ONE_BY_ONE;
+    g = {2,
+         valuesOf<int>({2, 2}),
+         valuesOf<int>({2, 2}),
+         valuesOf<int>({0, 0}),
+         mode,
+         oneByOne ? valuesOf<double>({1, 1, 1}) : valuesOf<double>({1, 1, 0.5, 1, 1, 1, 0.5, 1, 1}),
+         oneByOne ? valuesOf<double>({1, 1, 1}) : valuesOf<double>({1, 1, 1, 1, 1, 1, 1, 1, 1}),
+         valuesOf<double>({1, 4, 16})};
+    if (si_.pyramidParameters == nullptr)
+      si_.pyramidParameters =
+          nuvo_test::initialisedRecords<nuvo_pyramidParameters>(1, NUVOInitPyramidParameters);
+    nuvo_pyramidParameters &p = si_.pyramidParameters[0];
+    NUVOFreePyramidParameters(&p);
+    p.nlevel = 2;
+    p.pyramidType = type;
+    if (type == PYRAMID_CATEGORICAL_CUSTOM) {
+      // One class: the channels.
+      p.classOfValues =
+          static_cast<nuvo_classOfValues *>(std::calloc(1, sizeof(nuvo_classOfValues)));
+      *p.classOfValues = {1, valuesOf<int>({1}),
+                          static_cast<double **>(std::calloc(1, sizeof(double *))),
+                          static_cast<double **>(std::calloc(1, sizeof(double *)))};
+      p.classOfValues->intervalInf[0] = valuesOf<double>({0.5});
+      p.classOfValues->intervalSup[0] = valuesOf<double>({1.5});
+    }
+  }
+
+  // A simulation grid of n x n nodes, missing everywhere.
+  void resize(int n) {
+    NUVOFreeImage(si_.simImage);
+    nuvo_test::require(nuvo_test::makeImage(si_.simImage, n, n, 1, {"facies"},
+                                            [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
+  }
+
+  int simulate() {
+    NUVOFreeSimOutput(&out_);
+    return NUVOSim(&si_, &out_, &pm_, nullptr);
+  }
+  double value(int k) const { return out_.outputSimImage->var[k]; }
+
+  nuvo_simInput si_;
+  nuvo_simOutput out_;
+  nuvo_progressMonitor pm_;
+};
+
+// Mean absolute difference between the channel connectivity of `image` and of
+// the training image along x, at lags 20 to 60.
+double connectivityGap(const nuvo_image &image, const nuvo_image &ti) {
+  const auto profile = [](const nuvo_image &im) {
+    nuvo_image map;
+    NUVOInitImage(&map);
+    EXPECT_EQ(NUVOImageConnectivityFunction0(&im, &map, 0, 20, 60, 10, 0, 0, 1, 0, 0, 1, 0), 0);
+    std::vector<double> v(map.var, map.var + map.grid->nxyz);
+    NUVOFreeImage(&map);
+    return v;
+  };
+  const std::vector<double> a = profile(image), b = profile(ti);
+  double gap = 0.0;
+  for (std::size_t i = 0; i < a.size(); ++i) gap += std::fabs(a[i] - b[i]) / a.size();
+  return gap;
+}
+
+TEST_F(PyramidSimulation, ReproducesLongChannelsBetterThanTheSingleGrid) {
+  ASSERT_EQ(simulate(), 0);
+  const double flat = connectivityGap(*out_.outputSimImage, si_.trainImage[0]);
+  usePyramid(PYRAMID_SIM_HIERARCHICAL, PYRAMID_CATEGORICAL_AUTO);
+  ASSERT_EQ(simulate(), 0);
+  const double pyramid = connectivityGap(*out_.outputSimImage, si_.trainImage[0]);
+  std::printf("connectivity gap: single grid %.3f, pyramid %.3f\n", flat, pyramid);
+  EXPECT_LT(pyramid, 0.7 * flat);
+}
+
+// Every mode with every categorical type, with and without a rotation map: the
+// data stay, only training categories appear, and a stop is honoured.
+TEST_F(PyramidSimulation, ModesHonourDataAndCategories) {
+  resize(40);
+  const int data[][2] = {{0, 1}, {417, 0}, {818, 1}, {1599, 1}, {1230, 0}};
+  for (const auto &d : data) si_.simImage->var[d[0]] = d[1];
+  // An azimuth map turning from -10 to 29 degrees along x, reduced per level.
+  si_.rotationAzimuthImageFlag = 1;
+  si_.rotationAzimuthImage = nuvo_test::initialisedRecords<nuvo_image>(1, NUVOInitImage);
+  nuvo_test::require(nuvo_test::makeImage(si_.rotationAzimuthImage, 40, 40, 1, {"azimuth"},
+                                          [](int ix, int, int, int) { return ix - 10.0; }));
+  si_.rotationDipValue = valuesOf<double>({0.0});
+  si_.rotationPlungeValue = valuesOf<double>({0.0});
+  for (int mode : {PYRAMID_SIM_HIERARCHICAL, PYRAMID_SIM_HIERARCHICAL_USING_EXPANSION,
+                   PYRAMID_SIM_ALL_LEVEL_ONE_BY_ONE})
+    for (int type : {PYRAMID_CATEGORICAL_AUTO, PYRAMID_CATEGORICAL_CUSTOM,
+                     PYRAMID_CATEGORICAL_TO_CONTINUOUS}) {
+      SCOPED_TRACE(testing::Message() << "mode " << mode << ", type " << type);
+      usePyramid(mode, type);
+      si_.rotationUsage = type == PYRAMID_CATEGORICAL_TO_CONTINUOUS ? 1 : 0;
+      ASSERT_EQ(simulate(), 0);
+      for (const auto &d : data) EXPECT_EQ(value(d[0]), d[1]);
+      std::set<double> seen(out_.outputSimImage->var, out_.outputSimImage->var + 1600);
+      EXPECT_EQ(seen, (std::set<double>{0.0, 1.0}));
+    }
+  // The layout of the last run, and its steps in order.
+  nuvo::test::TempStream report;
+  ASSERT_EQ(NUVOSimPyramid(&si_, &out_, report.get(), &pm_, nullptr), 0);
+  const std::string text = report.contents();
+  for (const char *line :
+       {"Number of pyramid levels:  2\n",
+        "SG   :   1 |     20 x     20 x      1 |  2 x  2 x  0 | 0 x 0 x 0 |  1 |   1 | -\n",
+        "TI  0:   2 |     38 x     38 x      1 |  2 x  2 x  0 | 0 x 0 x 0 |  1 |   1 | 8.00E+00 "
+        "(3.20E+00)\n",
+        "Pyramid simulation mode: PYRAMID_SIM_ALL_LEVEL_ONE_BY_ONE\n",
+        "- simulating pyramid level 1 of 2\n"})
+    EXPECT_NE(text.find(line), std::string::npos) << line;
+  pm_.stopFlag = 1;
+  EXPECT_EQ(NUVOSimPyramid(&si_, &out_, nullptr, &pm_, nullptr), -1000);
+  pm_.stopFlag = 0;
+  // A single category leaves the coarse levels without indicator to simulate.
+  resize(40);
+  usePyramid(PYRAMID_SIM_HIERARCHICAL, PYRAMID_CATEGORICAL_AUTO);
+  std::fill_n(si_.trainImage[0].var, si_.trainImage[0].nxyzv, 0.0);
+  EXPECT_EQ(simulate(), -3670);
+}
+
+// Three categories in stripes 0 0 0 2 1 1 2 along x: 0 is the most frequent and
+// touches only 2, which touches 1, so the continuous order is 0, 2, 1.
+TEST(PyramidVariables, OrderCategoriesByConnection) {
+  nuvo_image ti, sim, out;
+  for (nuvo_image *i : {&ti, &sim, &out}) NUVOInitImage(i);
+  const double stripe[] = {0, 0, 0, 2, 1, 1, 2};
+  nuvo_test::require(nuvo_test::makeImage(&ti, 14, 3, 1, {"facies"},
+                                          [&](int ix, int, int, int) { return stripe[ix % 7]; }));
+  nuvo_test::require(nuvo_test::makeImage(&sim, 3, 1, 1, {"facies"}, [](int ix, int, int, int) {
+    return ix == 2 ? NUVO_MISSING_VALUE : 1.0 + ix;
+  }));
+  nuvo_test::OwnedSimInput in(sim, {0});
+  nuvo_test::addTrainImage(&in.si, &ti);
+  in.si.pyramidParameters =
+      nuvo_test::initialisedRecords<nuvo_pyramidParameters>(1, NUVOInitPyramidParameters);
+  in.si.pyramidParameters[0] = {1, PYRAMID_CATEGORICAL_TO_CONTINUOUS, nullptr};
+  nuvo::PyramidVariables vars;
+  ASSERT_EQ(vars.prepare(in.si, {in.si.trainImage, 1}), 0);
+  ASSERT_EQ(vars.transform(sim, true, &out), 0);
+  EXPECT_EQ(std::vector<double>(out.var, out.var + 3),
+            (std::vector<double>{1.0, 0.5, NUVO_MISSING_VALUE}));
+  sim.var[2] = 5.0;
+  EXPECT_EQ(vars.transform(sim, true, &out), -554);
+  for (nuvo_image *i : {&ti, &sim, &out}) NUVOFreeImage(i);
+}
+
+}  // namespace
