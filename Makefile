@@ -2,7 +2,7 @@
 JOBS ?= $(shell nproc)
 CMAKE_COMMON = -DNUVO_WERROR=ON
 
-.PHONY: all test sanitize demo bench fuzz fuzz-run format deps clean
+.PHONY: all test sanitize tsan demo bench fuzz fuzz-run format deps clean
 
 # Every build target first installs the Debian packages it needs, when missing.
 all: deps
@@ -19,6 +19,13 @@ sanitize: deps
 	cmake --build build/sanitize -j$(JOBS)
 	ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
 	  ctest --test-dir build/sanitize --output-on-failure -j$(JOBS)
+
+# ThreadSanitizer build with clang and LLVM's OpenMP runtime, then the tests of the
+# multithreaded family.
+tsan: deps
+	CC=clang CXX=clang++ cmake -S . -B build/tsan -DCMAKE_BUILD_TYPE=Tsan $(CMAKE_COMMON)
+	cmake --build build/tsan -j$(JOBS) --target parallel_tests
+	TSAN_OPTIONS=halt_on_error=1 build/tsan/tests/parallel_tests
 
 # The examples' training images and conditioning points, then the 2D example run
 # and its realizations and training image drawn as PNG in examples/channels2d/output/

@@ -45,6 +45,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/sim_cases.hpp"
 #include "nuvo_blockdata.h"
 #include "nuvo_imagefile.h"
 #include "nuvo_sim.h"
@@ -54,18 +55,9 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-// The shared channel image when it is there, else a generated one.
-void loadChannelImage(nuvo_image *ti) {
-  const fs::path shared = fs::path(NUVO_SHARED_DATA_DIR) / "ti_strebelle_250x250.gslib";
-  if (FILE *f = std::fopen(shared.c_str(), "r")) {
-    const int rc = NUVOReadImage(ti, 0, f);
-    std::fclose(f);
-    if (rc == 0) return;
-    NUVOFreeImage(ti);
-  }
-  NUVOGenerateChannelImage(ti, 250, 250, 1, 0.28, 8.0, 1);
-}
+using nuvo_bench::Case;
+using nuvo_bench::configure;
+using nuvo_bench::configureChannels2D;
 
 // Mean number of candidates scanned per node, from the report.
 double scansPerNode(const fs::path &report) {
@@ -75,34 +67,6 @@ double scansPerNode(const fs::path &report) {
   while (std::getline(in, line))
     if (line.rfind(label, 0) == 0) return std::strtod(line.c_str() + line.find(':') + 1, nullptr);
   return 0.0;
-}
-
-struct Case : nuvo_test::OwnedSimInput {
-  fs::path report;
-};
-
-// Turns the test input (30 x 30 x 1, one categorical variable) into a case on an
-// nx x ny x nz grid with the given radii.
-void configure(Case *c, const nuvo_image &ti, int nx, int ny, int nz, double rx, double ry,
-               double rz, double scanFraction) {
-  nuvo_test::buildValidSimInput(&c->si, ti);
-  nuvo_simInput &si = c->si;
-  NUVOFreeImage(si.simImage);
-  nuvo_test::makeImage(si.simImage, nx, ny, nz, {"facies"},
-                       [](int, int, int, int) { return NUVO_MISSING_VALUE; });
-  si.outputSimJob = OUTPUT_SIM_NO_FILE;
-  si.consoleAppFlag = 1;
-  c->report = fs::temp_directory_path() / "nuvo_sim_bench_report.txt";
-  std::snprintf(si.outputReportFileName, NUVO_FILE_NAME_MAX + 1, "%s", c->report.c_str());
-  nuvo_searchNeighborhoodParameters &p = si.searchNeighborhoodParameters[0];
-  p.rx = rx;
-  p.ry = ry;
-  p.rz = rz;
-  p.anisotropyRatioMode = SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS;
-  si.nneighboringNode[0] = 30;
-  si.distanceThreshold[0] = 0.05;
-  si.maxScanFraction[0] = scanFraction;
-  si.npostProcessingPathMax = 0;
 }
 
 void runCase(benchmark::State &state, Case *c) {
@@ -123,13 +87,6 @@ void runCase(benchmark::State &state, Case *c) {
   state.counters["scans/node"] = scans;
   state.counters["s/candidate"] = benchmark::Counter(
       nodes * scans, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-}
-
-// The channel training image simulated on a 200 x 200 grid; `ti` keeps the image.
-void configureChannels2D(Case *c, nuvo_image *ti) {
-  NUVOInitImage(ti);
-  loadChannelImage(ti);
-  configure(c, *ti, 200, 200, 1, 20.0, 20.0, 0.0, 0.5);
 }
 
 void BM_Channels2D(benchmark::State &state) {

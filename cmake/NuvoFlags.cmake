@@ -3,7 +3,8 @@
 # nuvo_flags: language level and floating-point settings that make results
 # bit-stable across builds (no contraction into fused multiply-add, no fast-math).
 # nuvo_dev_flags: the warning set, an error when NUVO_WERROR is on.
-# Sanitizer builds are the build type "Sanitize" (AddressSanitizer + UBSan).
+# Sanitizer builds are the build types "Sanitize" (AddressSanitizer + UBSan) and
+# "Tsan" (ThreadSanitizer, for clang with LLVM's OpenMP runtime).
 
 add_library(nuvo_flags INTERFACE)
 target_compile_options(nuvo_flags INTERFACE
@@ -28,6 +29,12 @@ set(CMAKE_C_FLAGS_SANITIZE "${NUVO_SANITIZE_FLAGS}" CACHE STRING "" FORCE)
 set(CMAKE_CXX_FLAGS_SANITIZE "${NUVO_SANITIZE_FLAGS}" CACHE STRING "" FORCE)
 set(CMAKE_EXE_LINKER_FLAGS_SANITIZE "-fsanitize=address,undefined" CACHE STRING "" FORCE)
 set(CMAKE_SHARED_LINKER_FLAGS_SANITIZE "-fsanitize=address,undefined" CACHE STRING "" FORCE)
+
+set(NUVO_TSAN_FLAGS "-O1 -g -fsanitize=thread -fno-omit-frame-pointer")
+set(CMAKE_C_FLAGS_TSAN "${NUVO_TSAN_FLAGS}" CACHE STRING "" FORCE)
+set(CMAKE_CXX_FLAGS_TSAN "${NUVO_TSAN_FLAGS}" CACHE STRING "" FORCE)
+set(CMAKE_EXE_LINKER_FLAGS_TSAN "-fsanitize=thread" CACHE STRING "" FORCE)
+set(CMAKE_SHARED_LINKER_FLAGS_TSAN "-fsanitize=thread" CACHE STRING "" FORCE)
 
 # nuvo_add_layer(<name> <folder> [DEPENDS <lower layers>...]): an object library
 # of every .cpp in <folder>, compiled with the public headers and the internal

@@ -54,9 +54,6 @@ int ProbabilityConstraint::prepare(const nuvo_softProbability &sp, int variable,
   const nuvo_classOfValues &classes = *sp.classOfValues;
   const int nclass = classes.nclass;
   count_.assign(static_cast<std::size_t>(nclass), 0);
-  localCount_.assign(static_cast<std::size_t>(nclass), 0);
-  target_.assign(static_cast<std::size_t>(nclass), 0.0);
-  lowerHalfWidth_.assign(static_cast<std::size_t>(nclass), 0.0);
 
   NUVO_TRY(classifyImage(classes, conditioned, variable, kDatumInNoClass, &conditionedClass_));
   gridClass_ = conditionedClass_;
@@ -91,10 +88,24 @@ void ProbabilityConstraint::beginRealization() {
   addClasses(gridClass_, count_);
 }
 
-void ProbabilityConstraint::assign(int node, int cls) {
-  clear(node);
-  gridClass_[node] = static_cast<std::int16_t>(cls);
-  ++count_[cls];
+ConstraintTally ProbabilityConstraint::tally() const {
+  const std::size_t n = count_.size();
+  return {std::vector<std::int64_t>(n, 0), std::vector<std::int64_t>(n, 0),
+          std::vector<double>(n, 0.0), std::vector<double>(n, 0.0)};
+}
+
+void ProbabilityConstraint::assign(int node, int cls, ConstraintTally &tally) {
+  std::int16_t &c = gridClass_[node];
+  if (c != kNoClass) --tally.pending[c];
+  c = static_cast<std::int16_t>(cls);
+  ++tally.pending[cls];
+}
+
+void ProbabilityConstraint::settle(ConstraintTally &tally) {
+  for (std::size_t c = 0; c < count_.size(); ++c) {
+    count_[c] += tally.pending[c];
+    tally.pending[c] = 0;
+  }
 }
 
 void ProbabilityConstraint::clear(int node) {
@@ -104,7 +115,8 @@ void ProbabilityConstraint::clear(int node) {
   c = kNoClass;
 }
 
-void ProbabilityConstraint::countNeighborhood(int node) {
+void ProbabilityConstraint::countNeighborhood(int node, std::span<std::int64_t> count,
+                                              NodeFilter *filter) const {
   const nuvo_grid &g = *grid_;
   const nuvo_searchNeighborhood &nb = *neighborhood_;
   const double radius = *sp_->localPdfSupportRadius;
@@ -112,44 +124,48 @@ void ProbabilityConstraint::countNeighborhood(int node) {
   for (int j = 0; j < nb.size && nb.distance[j] <= radius; ++j) {
     const int xx = x + nb.ix[j], yy = y + nb.iy[j], zz = z + nb.iz[j];
     if (xx < 0 || xx >= g.nx || yy < 0 || yy >= g.ny || zz < 0 || zz >= g.nz) continue;
-    const std::int16_t c = gridClass_[xx + g.nx * yy + g.nxy * zz];
-    if (c != kNoClass) ++localCount_[c];
+    const int neighbor = xx + g.nx * yy + g.nxy * zz;
+    if (filter != nullptr && !filter->visible(neighbor)) continue;
+    const std::int16_t c = gridClass_[neighbor];
+    if (c != kNoClass) ++count[c];
   }
 }
 
-void ProbabilityConstraint::countEvent(EventNodes event) {
+void ProbabilityConstraint::countEvent(EventNodes event, std::span<std::int64_t> count) const {
   const double radius = *sp_->localPdfSupportRadius;
   for (std::size_t i = 0; i < event.node.size() && event.distance[i] <= radius; ++i) {
     const std::int16_t c = gridClass_[event.node[i]];
-    if (c != kNoClass) ++localCount_[c];
+    if (c != kNoClass) ++count[c];
   }
 }
 
-bool ProbabilityConstraint::penalties(int node, EventNodes event, std::span<double> out) {
+bool ProbabilityConstraint::penalties(int node, EventNodes event, std::span<double> out,
+                                      ConstraintTally &tally, NodeFilter *filter) {
   const nuvo_softProbability &sp = *sp_;
   if (!event.distance.empty() && event.distance.back() < sp.deactivationDistance) return false;
   const int nclass = this->nclass();
-  std::span<const std::int64_t> count = count_;
+  std::vector<double> &target = tally.target;
+  std::vector<std::int64_t> &count = tally.localCount;
   if (sp.probabilityConstraintUsage == NUVO_PROBABILITY_CONSTRAINT_GLOBAL) {
-    std::copy_n(sp.globalPdf, nclass, target_.begin());
+    std::copy_n(sp.globalPdf, nclass, target.begin());
+    for (int c = 0; c < nclass; ++c) count[c] = count_[c] + tally.pending[c];
   } else {
     const nuvo_image &pdf = *sp.localPdfImage;
     const long long nxyz = pdf.grid->nxyz;
     if (isMissing(pdf.var[node])) return false;
     double sum = 0.0;
-    for (int c = 0; c < nclass; ++c) sum += target_[c] = pdf.var[c * nxyz + node];
-    for (double &p : target_) p /= sum;
-    std::fill(localCount_.begin(), localCount_.end(), 0);
+    for (int c = 0; c < nclass; ++c) sum += target[c] = pdf.var[c * nxyz + node];
+    for (double &p : target) p /= sum;
+    std::fill(count.begin(), count.end(), 0);
     if (sp.localCurrentPdfComputation == NUVO_LOCAL_CURRENT_PDF_COMPLETE)
-      countNeighborhood(node);
+      countNeighborhood(node, count, filter);
     else
-      countEvent(event);
-    count = localCount_;
+      countEvent(event, count);
   }
   if (!optimalTable_.empty())
     for (int c = 0; c < nclass; ++c)
-      lowerHalfWidth_[c] = lookUpLowerHalfWidth(optimalTable_[c], target_[c]);
-  candidatePenalties(sp, target_, count, lowerHalfWidth_, out);
+      tally.lowerHalfWidth[c] = lookUpLowerHalfWidth(optimalTable_[c], target[c]);
+  candidatePenalties(sp, target, count, tally.lowerHalfWidth, out);
   return true;
 }
 

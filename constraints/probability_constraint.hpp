@@ -16,6 +16,12 @@
 // so the counts always cover exactly the informed nodes of the grid. The
 // simulation grid used as a training image reads the grid's classes.
 //
+// Each thread of the node loop keeps its own ConstraintTally: the counts of the
+// values it assigned since the last settle, and the scratch of one node. The
+// global constraint reads the settled counts plus the thread's own pending ones:
+// with one thread, settled only at the end of a path, that is every informed
+// node, as above; with several, the engine settles at fixed checkpoints.
+//
 // At a node (penalties), the counted nodes are: global, every informed node of
 // the grid; local "COMPLETE", the informed nodes of the variable's search
 // neighborhood within the support radius; local "APPROXIMATE", the nodes of the
@@ -48,6 +54,23 @@ struct EventNodes {
   std::span<const double> distance;  // their distances in the search neighborhood
 };
 
+// The grid nodes a thread may read at its current entry (those it waited for,
+// and those no other thread writes).
+class NodeFilter {
+ public:
+  virtual bool visible(int node) = 0;
+
+ protected:
+  ~NodeFilter() = default;
+};
+
+// One thread's share of a constraint's running state (see above).
+struct ConstraintTally {
+  std::vector<std::int64_t> pending;     // per class: assigned since the last settle
+  std::vector<std::int64_t> localCount;  // scratch of one node
+  std::vector<double> target, lowerHalfWidth;
+};
+
 // The constraint of one simulated variable.
 class ProbabilityConstraint {
  public:
@@ -58,14 +81,26 @@ class ProbabilityConstraint {
   void attach(const nuvo_searchNeighborhood &neighborhood) { neighborhood_ = &neighborhood; }
 
   void beginRealization();
-  void assign(int node, int cls);
+  // A tally sized for this constraint, nothing pending.
+  ConstraintTally tally() const;
+  // Gives the node class `cls`, counted in `tally` until settled.
+  void assign(int node, int cls, ConstraintTally &tally);
+  // Adds what `tally` holds pending to the counts.
+  void settle(ConstraintTally &tally);
+  // Empties a node (settled counts; no thread may hold pending ones).
   void clear(int node);
 
   // Fills out[k], for every class k, with the error term of a candidate of class
-  // k at `node`; false when the constraint does not apply there.
-  bool penalties(int node, EventNodes event, std::span<double> out);
+  // k at `node`; false when the constraint does not apply there. The "COMPLETE"
+  // local pdf counts only the nodes that `filter` lets through (all of them when
+  // it is null).
+  bool penalties(int node, EventNodes event, std::span<double> out, ConstraintTally &tally,
+                 NodeFilter *filter);
 
   int variable() const { return variable_; }
+  bool global() const {
+    return sp_->probabilityConstraintUsage == NUVO_PROBABILITY_CONSTRAINT_GLOBAL;
+  }
   int nclass() const { return static_cast<int>(count_.size()); }
   // Class index of every node of training image t.
   const std::int16_t *trainClass(int t) const {
@@ -74,8 +109,8 @@ class ProbabilityConstraint {
   const std::int16_t *gridClass() const { return gridClass_.data(); }
 
  private:
-  void countNeighborhood(int node);
-  void countEvent(EventNodes event);
+  void countNeighborhood(int node, std::span<std::int64_t> count, NodeFilter *filter) const;
+  void countEvent(EventNodes event, std::span<std::int64_t> count) const;
 
   const nuvo_softProbability *sp_ = nullptr;
   int variable_ = 0;
@@ -86,8 +121,6 @@ class ProbabilityConstraint {
   std::vector<std::int16_t> gridClass_;                // per grid node, as simulated
   std::vector<std::int64_t> count_;                    // informed grid nodes per class
   std::vector<std::vector<double>> optimalTable_;      // MLikRopt: per class
-  std::vector<std::int64_t> localCount_;               // scratch of one node
-  std::vector<double> target_, lowerHalfWidth_;        // scratch of one node
 };
 
 // The constraints of every variable of a simulation.

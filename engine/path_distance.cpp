@@ -13,7 +13,7 @@
 
 #include "engine/path_distance.hpp"
 #include "foundation/check.hpp"
-#include "nuvo_distancemap.h"
+#include "toolkit/distance_map.hpp"
 
 namespace nuvo {
 namespace {
@@ -142,10 +142,13 @@ double sumOfTerms(const Points &p, double x, double y, double z, Term term) {
 // Power mean of the distances of the listed nodes to the points, with the
 // exponent handled once outside the loop: p = 2 and p = 1 avoid pow.
 void powerMeans(const PathGrid &g, const Points &p, double power, const std::vector<int> &nodes,
-                double *map) {
+                double *map, int nthread) {
   double m = static_cast<double>(p.x.size());
   double half = 0.5 * power, inverse = 1.0 / power;
-  for (int k : nodes) {
+  const std::ptrdiff_t n = static_cast<std::ptrdiff_t>(nodes.size());
+#pragma omp parallel for num_threads(nthread) schedule(static)
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    const int k = nodes[static_cast<std::size_t>(i)];
     int ix, iy, iz;
     g.coordinates(k, &ix, &iy, &iz);
     double x = g.sx * ix, y = g.sy * iy, z = g.sz * iz;
@@ -173,7 +176,7 @@ std::vector<int> nodesOf(const PathGrid &g, const PathEntries &e) {
 }  // namespace
 
 int nearestDatumDistances(const PathGrid &g, const PathEntries &e, nuvo_randContext *ctx,
-                          std::vector<double> *distance) {
+                          std::vector<double> *distance, int nthread) {
   return guardedCall([&] {
     Conditioning c = conditioningOf(g, e);
     if (c.empty()) {
@@ -187,14 +190,15 @@ int nearestDatumDistances(const PathGrid &g, const PathEntries &e, nuvo_randCont
     std::unique_ptr<double[]> map = mapsFor(c, nxyz);
     for (int w = 0; w < c.nmap; ++w)
       if (c.count[w] > 0)
-        NUVO_TRY(NUVOEuclideanDistanceMap(&grid, c.mask.data() + w * nxyz, map.get() + w * nxyz));
+        NUVO_TRY(
+            euclideanDistanceMap(grid, c.mask.data() + w * nxyz, map.get() + w * nxyz, nthread));
     entryDistances(g, e, std::span(map.get(), nxyz * c.nmap), distance);
     return 0;
   });
 }
 
 int summedDistances(const PathGrid &g, const PathEntries &e, double p,
-                    std::vector<double> *distance, bool *found) {
+                    std::vector<double> *distance, bool *found, int nthread) {
   return guardedCall([&] {
     Conditioning c = conditioningOf(g, e);
     *found = !c.empty();
@@ -204,7 +208,8 @@ int summedDistances(const PathGrid &g, const PathEntries &e, double p,
     std::unique_ptr<double[]> map = mapsFor(c, nxyz);
     for (int w = 0; w < c.nmap; ++w)
       if (c.count[w] > 0)
-        powerMeans(g, pointsOf(g, c.mask.data() + w * nxyz), p, nodes, map.get() + w * nxyz);
+        powerMeans(g, pointsOf(g, c.mask.data() + w * nxyz), p, nodes, map.get() + w * nxyz,
+                   nthread);
     entryDistances(g, e, std::span(map.get(), nxyz * c.nmap), distance);
     return 0;
   });

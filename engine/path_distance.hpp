@@ -20,14 +20,16 @@ struct PathEntries {
 
 // Euclidean distance of each entry to the nearest conditioning node, combined over
 // the variables in the one-by-one form. When nothing is informed, one entry drawn
-// from ctx stands in as the only conditioning node. Returns 0 or an error code.
+// from ctx stands in as the only conditioning node. The maps are computed on
+// nthread threads (the same distances for any number). Returns 0 or an error code.
 int nearestDatumDistances(const PathGrid &g, const PathEntries &e, nuvo_randContext *ctx,
-                          std::vector<double> *distance);
+                          std::vector<double> *distance, int nthread);
 
 // Power mean (exponent p) of the Euclidean distances of each entry to all the
-// conditioning nodes, combined over the variables in the one-by-one form.
-// *found is false, and distance untouched, when there is no conditioning node.
+// conditioning nodes, combined over the variables in the one-by-one form, the
+// nodes shared among nthread threads. *found is false, and distance untouched,
+// when there is no conditioning node.
 int summedDistances(const PathGrid &g, const PathEntries &e, double p,
-                    std::vector<double> *distance, bool *found);
+                    std::vector<double> *distance, bool *found, int nthread);
 
 }  // namespace nuvo

@@ -10,7 +10,7 @@
 #include <span>
 #include <vector>
 
-#include "engine/path_distance.hpp"
+#include "engine/path_guided.hpp"
 #include "foundation/check.hpp"
 #include "foundation/random.hpp"
 #include "nuvo_path.h"
@@ -165,17 +165,10 @@ int sortOrder(int n, int *entries, std::vector<double> *d, double s, nuvo_randCo
   return 0;
 }
 
-enum class Metric { kNearest, kSummed };
-enum class Order { kPdf, kSort };
-
-struct Guide {
-  Metric metric;
-  Order order;
-  double s, p;
-};
+}  // namespace
 
 int guided(const PathGrid &g, EntryForm form, int n, int *entries, const signed char *simFlag,
-           const Guide &guide, nuvo_randContext *ctx) {
+           const Guide &guide, nuvo_randContext *ctx, int nthread) {
   NUVO_TRY(checkPathGrid(g));
   if (n < 2) return 0;
   const PathEntries e{form, n, entries, simFlag};
@@ -183,10 +176,10 @@ int guided(const PathGrid &g, EntryForm form, int n, int *entries, const signed 
     std::vector<double> d;
     d.reserve(static_cast<std::size_t>(n) + 1);  // room for the cumulative weights
     if (guide.metric == Metric::kNearest) {
-      NUVO_TRY(nearestDatumDistances(g, e, ctx, &d));
+      NUVO_TRY(nearestDatumDistances(g, e, ctx, &d, nthread));
     } else {
       bool found = false;
-      NUVO_TRY(summedDistances(g, e, guide.p, &d, &found));
+      NUVO_TRY(summedDistances(g, e, guide.p, &d, &found, nthread));
       if (!found) return NUVOPathRandom(n, entries, ctx);
     }
     return guide.order == Order::kPdf ? pdfOrder(n, entries, &d, guide.s, ctx)
@@ -194,7 +187,6 @@ int guided(const PathGrid &g, EntryForm form, int n, int *entries, const signed 
   });
 }
 
-}  // namespace
 }  // namespace nuvo
 
 using nuvo::EntryForm;
@@ -208,56 +200,56 @@ int NUVOPathDistancePdfRandom(int n, int *entries, const signed char *simFlag, i
                               int nz, int nvar, double sx, double sy, double sz, double s,
                               nuvo_randContext *ctx) {
   return nuvo::guided({nx, ny, nz, nvar, sx, sy, sz}, EntryForm::kOneByOne, n, entries, simFlag,
-                      Guide{Metric::kNearest, Order::kPdf, s, 0.0}, ctx);
+                      Guide{Metric::kNearest, Order::kPdf, s, 0.0}, ctx, 1);
 }
 
 int NUVOPathDistanceSortRandom(int n, int *entries, const signed char *simFlag, int nx, int ny,
                                int nz, int nvar, double sx, double sy, double sz, double s,
                                nuvo_randContext *ctx) {
   return nuvo::guided({nx, ny, nz, nvar, sx, sy, sz}, EntryForm::kOneByOne, n, entries, simFlag,
-                      Guide{Metric::kNearest, Order::kSort, s, 0.0}, ctx);
+                      Guide{Metric::kNearest, Order::kSort, s, 0.0}, ctx, 1);
 }
 
 int NUVOPathDistanceSumPdfRandom(int n, int *entries, const signed char *simFlag, int nx, int ny,
                                  int nz, int nvar, double sx, double sy, double sz, double s,
                                  double p, nuvo_randContext *ctx) {
   return nuvo::guided({nx, ny, nz, nvar, sx, sy, sz}, EntryForm::kOneByOne, n, entries, simFlag,
-                      Guide{Metric::kSummed, Order::kPdf, s, p}, ctx);
+                      Guide{Metric::kSummed, Order::kPdf, s, p}, ctx, 1);
 }
 
 int NUVOPathDistanceSumSortRandom(int n, int *entries, const signed char *simFlag, int nx, int ny,
                                   int nz, int nvar, double sx, double sy, double sz, double s,
                                   double p, nuvo_randContext *ctx) {
   return nuvo::guided({nx, ny, nz, nvar, sx, sy, sz}, EntryForm::kOneByOne, n, entries, simFlag,
-                      Guide{Metric::kSummed, Order::kSort, s, p}, ctx);
+                      Guide{Metric::kSummed, Order::kSort, s, p}, ctx, 1);
 }
 
 int NUVOVectorPathDistancePdfRandom(int n, int *entries, const signed char *simFlag, int nx, int ny,
                                     int nz, int nvar, double sx, double sy, double sz, double s,
                                     nuvo_randContext *ctx) {
   return nuvo::guided({nx, ny, nz, nvar, sx, sy, sz}, EntryForm::kVector, n, entries, simFlag,
-                      Guide{Metric::kNearest, Order::kPdf, s, 0.0}, ctx);
+                      Guide{Metric::kNearest, Order::kPdf, s, 0.0}, ctx, 1);
 }
 
 int NUVOVectorPathDistanceSortRandom(int n, int *entries, const signed char *simFlag, int nx,
                                      int ny, int nz, int nvar, double sx, double sy, double sz,
                                      double s, nuvo_randContext *ctx) {
   return nuvo::guided({nx, ny, nz, nvar, sx, sy, sz}, EntryForm::kVector, n, entries, simFlag,
-                      Guide{Metric::kNearest, Order::kSort, s, 0.0}, ctx);
+                      Guide{Metric::kNearest, Order::kSort, s, 0.0}, ctx, 1);
 }
 
 int NUVOVectorPathDistanceSumPdfRandom(int n, int *entries, const signed char *simFlag, int nx,
                                        int ny, int nz, int nvar, double sx, double sy, double sz,
                                        double s, double p, nuvo_randContext *ctx) {
   return nuvo::guided({nx, ny, nz, nvar, sx, sy, sz}, EntryForm::kVector, n, entries, simFlag,
-                      Guide{Metric::kSummed, Order::kPdf, s, p}, ctx);
+                      Guide{Metric::kSummed, Order::kPdf, s, p}, ctx, 1);
 }
 
 int NUVOVectorPathDistanceSumSortRandom(int n, int *entries, const signed char *simFlag, int nx,
                                         int ny, int nz, int nvar, double sx, double sy, double sz,
                                         double s, double p, nuvo_randContext *ctx) {
   return nuvo::guided({nx, ny, nz, nvar, sx, sy, sz}, EntryForm::kVector, n, entries, simFlag,
-                      Guide{Metric::kSummed, Order::kSort, s, p}, ctx);
+                      Guide{Metric::kSummed, Order::kSort, s, p}, ctx, 1);
 }
 
 }  // extern "C"

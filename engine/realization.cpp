@@ -9,6 +9,7 @@
 #include "foundation/check.hpp"
 #include "foundation/random.hpp"
 #include "nuvo_random.h"
+#include "parallel/threaded_loop.hpp"
 
 namespace nuvo {
 namespace {
@@ -62,22 +63,45 @@ class RealizationRun {
     targets_.reserve(setup.nvar);
     penalty_.resize(setup.nvar);
     blockBand_.resize(setup.nvar);
+    tally_.resize(setup.nvar);
     for (int v = 0; v < setup.nvar; ++v)
-      if (const ProbabilityConstraint *c = setup.constraint(v)) penalty_[v].resize(c->nclass());
+      if (const ProbabilityConstraint *c = setup.constraint(v)) {
+        penalty_[v].resize(c->nclass());
+        tally_[v] = c->tally();
+      }
   }
 
-  // Simulates `path` with `settings`. The initial path writes the maps and
-  // reports progress; any path reports warning 38 (39 after the initial path)
-  // once when a data event did not fit in the training image. Entries whose
-  // error exceeds the settings' tolerance end in state kFlagged in `state`, the
-  // others in kSimulated.
-  int runPath(std::span<const int> path, const PathSettings &settings, int baseSeed,
-              bool initialPath, std::vector<signed char> &state, nuvo_progressMonitor *pm,
-              nuvo_progressCallback callback);
+  // Starts a path: statistics and the empty-window flag reset. With a
+  // schedule, the path is shared with other threads (see gather).
+  void beginPath(const PathSchedule *schedule);
+  // Simulates position k of `path` with `settings`, the same code whether one
+  // thread runs the path or several. The initial path writes the maps. The
+  // entry ends in state kFlagged in `state` when its error exceeds the
+  // settings' tolerance, else in kSimulated.
+  void runEntry(int k, std::span<const int> path, const PathSettings &settings, int baseSeed,
+                bool initialPath, std::vector<signed char> &state);
+  // Adds another thread's statistics and empty-window flag to this run's.
+  void merge(const RealizationRun &other);
+  // Hands the probability constraints' pending counts over.
+  void settle();
 
   RealizationStats &stats() { return stats_; }
+  const RealizationSetup &setup() const { return setup_; }
+  bool emptyWindow() const { return emptyWindow_; }
+  WaitCounters &waits() { return waits_; }
 
  private:
+  // The probability constraint's view of variable v's nodes.
+  class VariableFilter final : public NodeFilter {
+   public:
+    VariableFilter(RealizationRun &run, int v) : run_(run), v_(v) {}
+    bool visible(int node) override { return run_.visible(v_, node); }
+
+   private:
+    RealizationRun &run_;
+    int v_;
+  };
+
   struct Outcome {
     int ti = 0;
     int tiNode = -1;
@@ -90,6 +114,7 @@ class RealizationRun {
   void simulateEntry(int entry, const PathSettings &settings, nuvo_randContext *ctx,
                      Outcome *outcome);
   void listTargets(int entry);
+  bool visible(int v, int node);
   bool gather(int node, const PathSettings &settings);
   void applyConstraints(int node);
   void deformOffsets(int node, nuvo_randContext *ctx);
@@ -113,9 +138,15 @@ class RealizationRun {
   std::vector<std::vector<double>> penalty_;  // per variable: the constraint term per class
   std::vector<int> blocked_;                  // targets with block data applying at the entry
   std::vector<std::span<const BlockBand>> blockBand_;  // per variable: its blocks' bands
+  std::vector<ConstraintTally> tally_;        // per variable: this thread's constraint counts
   DataEvent event_;
   std::vector<double> weightScratch_;
   RealizationStats stats_;
+  nuvo_randContext ctx_{};
+  bool emptyWindow_ = false;
+  const PathSchedule *schedule_ = nullptr;  // null when one thread runs the path
+  int position_ = 0;                        // path position of the current entry
+  WaitCounters waits_;
 };
 
 double &valueAt(nuvo_image *image, int v, int node) {
@@ -133,6 +164,21 @@ void RealizationRun::listTargets(int entry) {
   }
   for (int v = 0; v < setup_.nvar; ++v)
     if (toSimulate_[static_cast<long long>(v) * grid_.nxyz + entry]) targets_.push_back(v);
+}
+
+// Whether the value of variable v at `node` may be read by the current entry.
+// Run by one thread, every value may, and so may a value that no path entry
+// writes. Shared with other threads, an entry of the path at a later position
+// counts as not yet simulated (as it is in the serial loop) and an earlier one
+// is waited for.
+bool RealizationRun::visible(int v, int node) {
+  const long long flag = static_cast<long long>(v) * grid_.nxyz + node;
+  if (schedule_ == nullptr || toSimulate_[flag] == 0) return true;
+  const int rank = schedule_->rank(setup_.vectorMode ? node : static_cast<int>(flag));
+  if (rank < 0) return true;
+  if (rank >= position_) return false;
+  schedule_->waitFor(rank, waits_);
+  return true;
 }
 
 // Gathers, for every variable, the informed nodes of its neighbourhood around
@@ -153,6 +199,7 @@ bool RealizationRun::gather(int node, const PathSettings &settings) {
       if (xx < 0 || xx >= grid_.nx || yy < 0 || yy >= grid_.ny || zz < 0 || zz >= grid_.nz)
         continue;
       const int neighbor = xx + grid_.nx * yy + grid_.nxy * zz;
+      if (!visible(v, neighbor)) continue;
       if (isMissing(values[neighbor])) continue;
       g.dx[n] = nb.ix[j];
       g.dy[n] = nb.iy[j];
@@ -185,7 +232,10 @@ void RealizationRun::applyConstraints(int node) {
     const GatheredVariable &g = gathered_[v];
     const std::size_t n = static_cast<std::size_t>(g.count);
     const EventNodes event{std::span(g.node).first(n), std::span(g.distance).first(n)};
-    if (c->penalties(node, event, penalty_[v])) constrained_.push_back(v);
+    VariableFilter filter(*this, v);
+    if (c->penalties(node, event, penalty_[v], tally_[static_cast<std::size_t>(v)],
+                     schedule_ != nullptr ? &filter : nullptr))
+      constrained_.push_back(v);
   }
 }
 
@@ -330,7 +380,8 @@ void RealizationRun::copy(int t, int tiNode, int node) {
   for (int v : targets_) {
     const double value = valueAt(ti, v, tiNode);
     valueAt(sim_, v, node) = value;
-    if (ProbabilityConstraint *c = setup_.constraint(v)) c->assign(node, c->trainClass(t)[tiNode]);
+    if (ProbabilityConstraint *c = setup_.constraint(v))
+      c->assign(node, c->trainClass(t)[tiNode], tally_[static_cast<std::size_t>(v)]);
     if (BlockConstraint *b = setup_.blockConstraint(v)) b->assign(node, value);
   }
 }
@@ -398,46 +449,132 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
   if (o->tiNode >= 0) copy(o->ti, o->tiNode, node);
 }
 
-int RealizationRun::runPath(std::span<const int> path, const PathSettings &settings, int baseSeed,
-                            bool initialPath, std::vector<signed char> &state,
-                            nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
-  nuvo_randContext ctx;
-  NUVOInitRandContext(&ctx);
+void RealizationRun::beginPath(const PathSchedule *schedule) {
+  NUVOInitRandContext(&ctx_);
   stats_.reset();
-  const int n = static_cast<int>(path.size());
-  int lastPercent = -1;
-  bool emptyWindow = false;
-  for (int k = 0; k < n; ++k) {
-    const int entry = path[k];
-    seedRandContext(entrySeed(baseSeed, k), &ctx);
-    Outcome o;
-    simulateEntry(entry, settings, &ctx, &o);
-    const bool above = !o.marginal && o.error > 0.0;
-    stats_.record(o.ti, o.marginal, above, o.error, o.iterations);
-    emptyWindow = emptyWindow || o.emptyWindow;
-    if (initialPath) writeMaps(entry, setup_.vectorMode ? entry : entry % grid_.nxyz, k, o);
-    if (o.error > settings.tolerance || o.tiNode < 0) {
-      state[entry] = kFlagged;
-    } else {
-      state[entry] = kSimulated;
-    }
-    if (initialPath && pm != nullptr) {
-      const int percent = static_cast<int>(100LL * (k + 1) / n);
-      if (percent != lastPercent) {
-        lastPercent = percent;
-        pm->progress = percent;
-        if (pm->nrealization > 0)
-          pm->progressTotal = (pm->ireal * 100 + percent) / pm->nrealization;
-        NUVO_TRY(reportProgress(pm, callback));
-      }
-    }
+  emptyWindow_ = false;
+  schedule_ = schedule;
+}
+
+void RealizationRun::runEntry(int k, std::span<const int> path, const PathSettings &settings,
+                              int baseSeed, bool initialPath, std::vector<signed char> &state) {
+  const int entry = path[k];
+  position_ = k;
+  seedRandContext(entrySeed(baseSeed, k), &ctx_);
+  Outcome o;
+  simulateEntry(entry, settings, &ctx_, &o);
+  const bool above = !o.marginal && o.error > 0.0;
+  stats_.record(o.ti, o.marginal, above, o.error, o.iterations);
+  emptyWindow_ = emptyWindow_ || o.emptyWindow;
+  if (initialPath) writeMaps(entry, setup_.vectorMode ? entry : entry % grid_.nxyz, k, o);
+  state[entry] = o.error > settings.tolerance || o.tiNode < 0 ? kFlagged : kSimulated;
+}
+
+void RealizationRun::settle() {
+  for (int v = 0; v < setup_.nvar; ++v)
+    if (ProbabilityConstraint *c = setup_.constraint(v))
+      c->settle(tally_[static_cast<std::size_t>(v)]);
+}
+
+void RealizationRun::merge(const RealizationRun &other) {
+  stats_.merge(other.stats_);
+  emptyWindow_ = emptyWindow_ || other.emptyWindow_;
+}
+
+// A path's share of the work and its progress: reports the initial path's
+// percentage whenever it grows.
+class PathRun final : public PathWork {
+ public:
+  PathRun(std::span<RealizationRun> runs, std::span<const int> path, const PathSettings &settings,
+          int baseSeed, bool initialPath, std::vector<signed char> &state, nuvo_progressMonitor *pm,
+          nuvo_progressCallback callback)
+      : runs_(runs),
+        path_(path),
+        settings_(settings),
+        baseSeed_(baseSeed),
+        initialPath_(initialPath),
+        state_(state),
+        pm_(pm),
+        callback_(callback) {}
+
+  void simulate(int thread, int k) override {
+    runs_[static_cast<std::size_t>(thread)].runEntry(k, path_, settings_, baseSeed_, initialPath_,
+                                                     state_);
   }
-  if (emptyWindow && pm != nullptr)
+
+  void checkpoint() override {
+    for (RealizationRun &run : runs_) run.settle();
+  }
+
+  int progress(int completed) override {
+    if (!initialPath_ || pm_ == nullptr || path_.empty()) return 0;
+    const int percent = static_cast<int>(100LL * completed / static_cast<long long>(path_.size()));
+    if (percent == lastPercent_) return 0;
+    lastPercent_ = percent;
+    pm_->progress = percent;
+    if (pm_->nrealization > 0)
+      pm_->progressTotal = (pm_->ireal * 100 + percent) / pm_->nrealization;
+    return reportProgress(pm_, callback_);
+  }
+
+ private:
+  std::span<RealizationRun> runs_;
+  std::span<const int> path_;
+  const PathSettings &settings_;
+  int baseSeed_;
+  bool initialPath_;
+  std::vector<signed char> &state_;
+  nuvo_progressMonitor *pm_;
+  nuvo_progressCallback callback_;
+  int lastPercent_ = -1;
+};
+
+// Whether some variable has the global probability constraint.
+bool globalConstraint(const RealizationSetup &setup) {
+  for (int v = 0; v < setup.nvar; ++v)
+    if (const ProbabilityConstraint *c = setup.constraint(v); c != nullptr && c->global())
+      return true;
+  return false;
+}
+
+// Simulates `path` with `settings` on as many threads as `runs` has entries:
+// one thread runs the positions in order, several share them through a
+// PathSchedule (with checkpoints of the global probability constraint's
+// counts). Reports warning 38 (39 after the initial path) once when a data
+// event did not fit in the training image.
+int runPath(std::span<RealizationRun> runs, std::span<const int> path, const PathSettings &settings,
+            int baseSeed, bool initialPath, std::vector<signed char> &state,
+            nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
+  PathRun work(runs, path, settings, baseSeed, initialPath, state, pm, callback);
+  RealizationRun &main = runs[0];
+  const int n = static_cast<int>(path.size());
+  if (runs.size() == 1) {
+    main.beginPath(nullptr);
+    for (int k = 0; k < n; ++k) {
+      main.runEntry(k, path, settings, baseSeed, initialPath, state);
+      NUVO_TRY(work.progress(k + 1));
+    }
+  } else {
+    PathSchedule schedule(path, state.size());
+    for (RealizationRun &run : runs) run.beginPath(&schedule);
+    const int nthread = static_cast<int>(runs.size());
+    const int interval = globalConstraint(main.setup()) ? checkpointInterval(n, nthread) : 0;
+    NUVO_TRY(runThreadedPath(schedule, nthread, work, interval));
+    for (std::size_t t = 1; t < runs.size(); ++t) main.merge(runs[t]);
+  }
+  work.checkpoint();
+  if (main.emptyWindow() && pm != nullptr)
     return reportWarning(pm, callback, initialPath ? kEmptyWindow : kEmptyWindowPostProcessing);
   return 0;
 }
 
 }  // namespace
+
+int pathThreads(const RealizationSetup &setup) {
+  bool simGridAsTi = false;
+  for (char flag : setup.simGridAsTi) simGridAsTi = simGridAsTi || flag != 0;
+  return simGridAsTi || setup.blocks != nullptr ? 1 : std::max(1, setup.nthread);
+}
 
 std::vector<int> maxScanTable(const RealizationSetup &setup, std::span<const double> fraction) {
   std::vector<int> table(setup.ti.size() * setup.nvar);
@@ -461,13 +598,15 @@ int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
                         int baseSeed, const RealizationMaps &maps, FILE *report,
                         nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
   return guardedCall([&] {
-    RealizationRun run(setup, sim, toSimulate, maps);
+    std::vector<RealizationRun> runs(static_cast<std::size_t>(pathThreads(setup)),
+                                     RealizationRun(setup, sim, toSimulate, maps));
+    RealizationRun &run = runs[0];
     const int nxyz = sim->grid->nxyz;
     const std::size_t nentry =
         setup.vectorMode ? nxyz : static_cast<std::size_t>(nxyz) * setup.nvar;
     std::vector<signed char> state(nentry, 0);
 
-    NUVO_TRY(run.runPath(path, setup.initial, baseSeed, true, state, pm, callback));
+    NUVO_TRY(runPath(runs, path, setup.initial, baseSeed, true, state, pm, callback));
     const auto flagged = [&] {
       std::vector<int> entries;
       for (int e : path)
@@ -500,7 +639,7 @@ int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
           if (ProbabilityConstraint *c = setup.constraint(v)) c->clear(node);
         }
       }
-      NUVO_TRY(run.runPath(again, setup.postProcessing, base, false, state, pm, callback));
+      NUVO_TRY(runPath(runs, again, setup.postProcessing, base, false, state, pm, callback));
       ++done;
       again = flagged();
       if (report != nullptr) {
@@ -510,6 +649,11 @@ int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
     }
     if (report != nullptr && setup.npostProcessingPathMax > 0)
       std::fprintf(report, "#post-processing path(s) done: %3d\n", done);
+    if (setup.waitTotals != nullptr)
+      for (RealizationRun &r : runs) {
+        setup.waitTotals->waits += r.waits().waits;
+        setup.waitTotals->nanoseconds += r.waits().nanoseconds;
+      }
     return checkStop(pm);
   });
 }

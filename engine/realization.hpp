@@ -35,6 +35,7 @@
 #include "nuvo_progress.h"
 #include "nuvo_searchneighborhood.h"
 #include "nuvo_siminput.h"
+#include "parallel/path_schedule.hpp"
 
 namespace nuvo {
 
@@ -62,6 +63,10 @@ struct RealizationSetup {
   PathSettings initial, postProcessing;
   int npostProcessingPathMax = 0;
   const LocalTransform *transform = nullptr;  // homothety and rotation, when in use
+  // Threads of the node loop (see pathThreads), and where to add up how long
+  // they waited for one another, when wanted.
+  int nthread = 1;
+  WaitCounters *waitTotals = nullptr;
   // Probability constraints, when some variable has one. Not read-only: the
   // realization keeps their running counts and grid classes up to date.
   ProbabilityConstraints *probability = nullptr;
@@ -118,6 +123,13 @@ struct RealizationMaps {
 // variable: the image's node count times its scan fraction, scaled up by the
 // share of informed nodes of the variable, at least 1.
 std::vector<int> maxScanTable(const RealizationSetup &setup, std::span<const double> fraction);
+
+// The number of threads that run the paths of a realization: setup.nthread,
+// except 1 when a training image is the simulation grid (its values are read
+// anywhere in the grid while being written, so no order of the entries can be
+// kept) or with block data (every simulated value goes into its blocks' running
+// sums, which every entry of the block reads).
+int pathThreads(const RealizationSetup &setup);
 
 // Simulates the entries of `path` (indices v * nxyz + k in one-by-one mode, node
 // indices k in vector mode) into `sim`, whose other entries hold the conditioning.

@@ -74,6 +74,27 @@ void RealizationStats::record(int ti, bool marginal, bool above, double error, i
   s.errorSum += error;
 }
 
+void RealizationStats::merge(const RealizationStats &other) {
+  for (std::size_t t = 0; t < perTi_.size(); ++t) {
+    TrainingImageStats &s = perTi_[t];
+    const TrainingImageStats &o = other.perTi_[t];
+    const int scanned = s.nsim - s.nmarginal, otherScanned = o.nsim - o.nmarginal;
+    if (otherScanned > 0) {
+      s.scanMin = scanned == 0 ? o.scanMin : std::min(s.scanMin, o.scanMin);
+      s.scanMax = scanned == 0 ? o.scanMax : std::max(s.scanMax, o.scanMax);
+    }
+    if (o.nabove > 0) {
+      s.errorMin = s.nabove == 0 ? o.errorMin : std::min(s.errorMin, o.errorMin);
+      s.errorMax = s.nabove == 0 ? o.errorMax : std::max(s.errorMax, o.errorMax);
+    }
+    s.nsim += o.nsim;
+    s.nmarginal += o.nmarginal;
+    s.nabove += o.nabove;
+    s.scanSum += o.scanSum;
+    s.errorSum += o.errorSum;
+  }
+}
+
 void writePathStatistics(FILE *r, const RealizationStats &stats, const RealizationSetup &setup,
                          int nflagged) {
   rule(r, '-');

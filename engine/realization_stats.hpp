@@ -27,6 +27,8 @@ class RealizationStats {
     start_ = std::clock();
   }
   void record(int ti, bool marginal, bool above, double error, int iterations);
+  // Adds the nodes recorded by `other` (another thread's share of the same path).
+  void merge(const RealizationStats &other);
 
   const std::vector<TrainingImageStats> &perTrainingImage() const { return perTi_; }
   double cpuSeconds() const { return static_cast<double>(std::clock() - start_) / CLOCKS_PER_SEC; }

@@ -1,11 +1,18 @@
-// NUVOSim: report header and printed input, validation, then the simulation.
+// NUVOSim and its multithreaded twin: report header and printed input,
+// validation, then the simulation.
+#include "engine/sim_driver.hpp"
+
+#include <algorithm>
 #include <cstdio>
 #include <ctime>
 #include <string>
 
+#include "engine/sim_standard.hpp"
 #include "foundation/check.hpp"
+#include "nuvo_omp.h"
 #include "nuvo_sim.h"
 #include "nuvo_version.h"
+#include "parallel/omp_warnings.hpp"
 
 namespace nuvo {
 namespace {
@@ -20,8 +27,10 @@ struct Report {
   }
 };
 
+}  // namespace
+
 int simulate(nuvo_simInput *si, nuvo_simOutput *out, nuvo_progressMonitor *pm,
-             nuvo_progressCallback callback) {
+             nuvo_progressCallback callback, int nthread) {
   const std::string rule(80, '=');
   Report report;
   if (si->outputReportFlag) {
@@ -29,28 +38,34 @@ int simulate(nuvo_simInput *si, nuvo_simOutput *out, nuvo_progressMonitor *pm,
     report.stream = std::fopen(si->outputReportFileName, "w");
     if (report.stream == nullptr) return kReportNotOpened;
     NUVOPrintVersion(report.stream);
-    std::fprintf(report.stream, "VERSION: SERIAL\n%s\nsimInput:\n", rule.c_str());
+    if (nthread == 0)
+      std::fprintf(report.stream, "VERSION: SERIAL\n");
+    else
+      std::fprintf(report.stream, "VERSION: OPENMP: %d threads\n", nthread);
+    std::fprintf(report.stream, "%s\nsimInput:\n", rule.c_str());
     NUVO_TRY(NUVOPrintSimInput(si, "   ", report.stream));
     std::fprintf(report.stream, "%s\n", rule.c_str());
   }
   int verdict = 0;
   NUVO_TRY(NUVOValidateSimInput(si, pm, callback, &verdict));
   NUVO_TRY(verdict);
+  if (nthread > 0) NUVO_TRY(reportReproducibilityWarnings(*si, pm, callback));
 
   const std::clock_t start = std::clock();
+  const int threads = std::max(1, nthread);
   const bool pyramid =
       si->pyramidGeneralParameters != nullptr && si->pyramidGeneralParameters->npyramidLevel != 0;
-  NUVO_TRY((pyramid ? NUVOSimPyramid : NUVOSimStandard)(si, out, report.stream, pm, callback));
+  NUVO_TRY(pyramid ? NUVOOMPSimPyramid(si, out, report.stream, pm, callback, threads)
+                   : simulateStandard(*si, out, report.stream, pm, callback, {.nthread = threads}));
   if (report.stream != nullptr)
     std::fprintf(report.stream, "CPU time (sec) for all realizations          : %10.2f\n%s\n",
                  static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, rule.c_str());
   return 0;
 }
 
-}  // namespace
 }  // namespace nuvo
 
 extern "C" int NUVOSim(nuvo_simInput *si, nuvo_simOutput *out, nuvo_progressMonitor *pm,
                        nuvo_progressCallback callback) {
-  return nuvo::guardedCall([&] { return nuvo::simulate(si, out, pm, callback); });
+  return nuvo::guardedCall([&] { return nuvo::simulate(si, out, pm, callback, 0); });
 }

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "engine/realization.hpp"
+#include "engine/sim_standard.hpp"
 #include "nuvo_image.h"
 #include "nuvo_progress.h"
 #include "nuvo_siminput.h"
@@ -16,9 +17,10 @@ namespace nuvo {
 // realization from `seed` and leaves it in `result` (freed first, then a copy of
 // the working image with every variable of `si`). `maps` receives the optional
 // maps of the realization; the realization statistics go to `report` when not
-// null. Returns 0 or the first failure of the preparation or realization.
+// null. The node loop runs on `threads`. Returns 0 or the first failure of the
+// preparation or realization.
 int simulateLevel(const nuvo_simInput &si, int seed, nuvo_image *result,
                   const RealizationMaps &maps, FILE *report, nuvo_progressMonitor *pm,
-                  nuvo_progressCallback callback);
+                  nuvo_progressCallback callback, const ThreadSettings &threads);
 
 }  // namespace nuvo

@@ -18,9 +18,11 @@
 #include "engine/sim_files.hpp"
 #include "engine/sim_level.hpp"
 #include "engine/sim_report.hpp"
+#include "engine/sim_standard.hpp"
 #include "engine/variable_transforms.hpp"
 #include "foundation/check.hpp"
 #include "nuvo_conditioning.h"
+#include "nuvo_omp.h"
 #include "nuvo_path.h"
 #include "nuvo_sim.h"
 #include "nuvo_simneighborhoods.h"
@@ -81,8 +83,9 @@ double rangeScale(const nuvo_simInput &si, const VariableMeasure &m, int v) {
 class StandardSimulation {
  public:
   StandardSimulation(const nuvo_simInput &si, nuvo_simOutput *out, FILE *report,
-                     nuvo_progressMonitor *pm, nuvo_progressCallback callback)
-      : si_(si), out_(out), report_(report), pm_(pm), callback_(callback) {}
+                     nuvo_progressMonitor *pm, nuvo_progressCallback callback,
+                     const ThreadSettings &threads)
+      : si_(si), out_(out), report_(report), pm_(pm), callback_(callback), threads_(threads) {}
 
   int prepare();
   int run();
@@ -112,6 +115,7 @@ class StandardSimulation {
   FILE *report_;
   nuvo_progressMonitor *pm_;
   nuvo_progressCallback callback_;
+  ThreadSettings threads_;
 
   OwnedImage conditioned_;                  // the simulation image with its conditioning data
   OwnedImage original_;                     // the same, before normalisation (when normalising)
@@ -268,6 +272,8 @@ void StandardSimulation::prepareSetup() {
   const nuvo_simSearchNeighborhoods &nb = neighborhoods_.value;
   setup_.nvar = si_.nvar;
   setup_.vectorMode = si_.simAndPathParameters->simType == SIM_VARIABLE_VECTOR;
+  setup_.nthread = threads_.nthread;
+  setup_.waitTotals = threads_.waits;
   for (int t = 0; t < si_.ntrainImage; ++t) {
     setup_.ti.push_back(si_.simGridAsTiFlag[t] ? &work_.image : &trainImage_[t]);
     setup_.simGridAsTi.push_back(si_.simGridAsTiFlag[t]);
@@ -318,7 +324,8 @@ int StandardSimulation::preparePathTemplate() {
   return 0;
 }
 
-// Orders the entries of a realization's path by the path type.
+// Orders the entries of a realization's path by the path type, the distances
+// of the guided paths computed on the simulation's threads (the same path).
 int StandardSimulation::orderPath(std::vector<int> &path, std::span<const signed char> entryFlag,
                                   nuvo_randContext *ctx) const {
   const nuvo_simAndPathParameters &p = *si_.simAndPathParameters;
@@ -328,19 +335,21 @@ int StandardSimulation::orderPath(std::vector<int> &path, std::span<const signed
   const bool v = setup_.vectorMode;
   switch (p.pathType) {
     case PATH_RANDOM_HD_DISTANCE_PDF:
-      return (v ? NUVOVectorPathDistancePdfRandom : NUVOPathDistancePdfRandom)(
-          n, path.data(), flag, g.nx, g.ny, g.nz, si_.nvar, g.sx, g.sy, g.sz, p.strength, ctx);
+      return (v ? NUVOOMPVectorPathDistancePdfRandom : NUVOOMPPathDistancePdfRandom)(
+          n, path.data(), flag, g.nx, g.ny, g.nz, si_.nvar, g.sx, g.sy, g.sz, p.strength, ctx,
+          threads_.nthread);
     case PATH_RANDOM_HD_DISTANCE_SORT:
-      return (v ? NUVOVectorPathDistanceSortRandom : NUVOPathDistanceSortRandom)(
-          n, path.data(), flag, g.nx, g.ny, g.nz, si_.nvar, g.sx, g.sy, g.sz, p.strength, ctx);
+      return (v ? NUVOOMPVectorPathDistanceSortRandom : NUVOOMPPathDistanceSortRandom)(
+          n, path.data(), flag, g.nx, g.ny, g.nz, si_.nvar, g.sx, g.sy, g.sz, p.strength, ctx,
+          threads_.nthread);
     case PATH_RANDOM_HD_DISTANCE_SUM_PDF:
-      return (v ? NUVOVectorPathDistanceSumPdfRandom : NUVOPathDistanceSumPdfRandom)(
+      return (v ? NUVOOMPVectorPathDistanceSumPdfRandom : NUVOOMPPathDistanceSumPdfRandom)(
           n, path.data(), flag, g.nx, g.ny, g.nz, si_.nvar, g.sx, g.sy, g.sz, p.strength, p.pow,
-          ctx);
+          ctx, threads_.nthread);
     case PATH_RANDOM_HD_DISTANCE_SUM_SORT:
-      return (v ? NUVOVectorPathDistanceSumSortRandom : NUVOPathDistanceSumSortRandom)(
+      return (v ? NUVOOMPVectorPathDistanceSumSortRandom : NUVOOMPPathDistanceSumSortRandom)(
           n, path.data(), flag, g.nx, g.ny, g.nz, si_.nvar, g.sx, g.sy, g.sz, p.strength, p.pow,
-          ctx);
+          ctx, threads_.nthread);
     case PATH_UNILATERAL:
       return v ? NUVOPathUnilateral3D(n, path.data(), g.nx, g.ny, g.nz, p.unilateralOrder, ctx)
                : NUVOPathUnilateral4D(n, path.data(), g.nx, g.ny, g.nz, si_.nvar, p.unilateralOrder,
@@ -409,8 +418,8 @@ int StandardSimulation::run() {
 
 int simulateLevel(const nuvo_simInput &si, int seed, nuvo_image *result,
                   const RealizationMaps &maps, FILE *report, nuvo_progressMonitor *pm,
-                  nuvo_progressCallback callback) {
-  StandardSimulation simulation(si, nullptr, report, pm, callback);
+                  nuvo_progressCallback callback, const ThreadSettings &threads) {
+  StandardSimulation simulation(si, nullptr, report, pm, callback, threads);
   NUVO_TRY(simulation.prepareShared());
   nuvo_randContext ctx;
   NUVOInitRandContext(&ctx);
@@ -419,13 +428,19 @@ int simulateLevel(const nuvo_simInput &si, int seed, nuvo_image *result,
   return NUVOCopyImage(&simulation.result(), result);
 }
 
+int simulateStandard(const nuvo_simInput &si, nuvo_simOutput *out, FILE *report,
+                     nuvo_progressMonitor *pm, nuvo_progressCallback callback,
+                     const ThreadSettings &threads) {
+  return guardedCall([&] {
+    StandardSimulation simulation(si, out, report, pm, callback, threads);
+    NUVO_TRY(simulation.prepare());
+    return simulation.run();
+  });
+}
+
 }  // namespace nuvo
 
 extern "C" int NUVOSimStandard(const nuvo_simInput *si, nuvo_simOutput *out, FILE *report,
                                nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
-  return nuvo::guardedCall([&] {
-    nuvo::StandardSimulation simulation(*si, out, report, pm, callback);
-    NUVO_TRY(simulation.prepare());
-    return simulation.run();
-  });
+  return nuvo::simulateStandard(*si, out, report, pm, callback, {});
 }

@@ -16,6 +16,7 @@
 #include "nuvo_image.h"
 #include "nuvo_imagefile.h"
 #include "nuvo_memory.h"
+#include "nuvo_omp.h"
 #include "nuvo_path.h"
 #include "nuvo_pointset.h"
 #include "nuvo_progress.h"

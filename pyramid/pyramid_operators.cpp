@@ -7,6 +7,7 @@
 #include "data/values.hpp"
 #include "foundation/check.hpp"
 #include "nuvo_pyramid.h"
+#include "pyramid/pyramid_filter.hpp"
 #include "pyramid/separable_filter.hpp"
 
 namespace nuvo {
@@ -34,7 +35,7 @@ struct Codes {
 template <typename MakeTaps>
 int filterGrid(const double *in, std::array<int, 3> n, const std::array<Direction, 3> &d,
                std::array<int, 3> nOut, double *out, double *outWeight, double minWeight,
-               Codes codes, MakeTaps makeTaps) {
+               Codes codes, MakeTaps makeTaps, int nthread) {
   bool filtered = false;
   for (const Direction &x : d) {
     NUVO_FAIL_IF(x.k < 0, codes.negativeStep);
@@ -53,11 +54,38 @@ int filterGrid(const double *in, std::array<int, 3> n, const std::array<Directio
     tables[a] = makeTaps(a);
     taps[a] = &tables[a];
   }
-  filterSeparable({in, dims[0] * dims[1] * dims[2]}, dims, taps, out, outWeight, minWeight);
+  filterSeparable({in, dims[0] * dims[1] * dims[2]}, dims, taps, out, outWeight, minWeight,
+                  nthread);
   return 0;
 }
 
 }  // namespace
+
+int pyramidReduce(const double *in, int nx, int ny, int nz, int kx, int ky, int kz,
+                  const double *wx, const double *wy, const double *wz, int shiftx, int shifty,
+                  int shiftz, int nxOut, int nyOut, int nzOut, double *out, double *outWeight,
+                  double minWeight, int nthread) {
+  const std::array<Direction, 3> d{{{kx, wx}, {ky, wy}, {kz, wz}}};
+  const std::array<int, 3> n{nx, ny, nz}, nOut{nxOut, nyOut, nzOut}, shift{shiftx, shifty, shiftz};
+  return guardedCall([&] {
+    return filterGrid(
+        in, n, d, nOut, out, outWeight, minWeight, {-3501, -3509},
+        [&](int a) { return reductionTaps(n[a], d[a].k, d[a].w, shift[a], nOut[a]); }, nthread);
+  });
+}
+
+int pyramidExpand(const double *in, int nx, int ny, int nz, int kx, int ky, int kz,
+                  const double *wx, const double *wy, const double *wz, int nxOut, int nyOut,
+                  int nzOut, double *out, double *outWeight, double minWeight, int nthread) {
+  const std::array<Direction, 3> d{{{kx, wx}, {ky, wy}, {kz, wz}}};
+  const std::array<int, 3> n{nx, ny, nz}, nOut{nxOut, nyOut, nzOut};
+  return guardedCall([&] {
+    return filterGrid(
+        in, n, d, nOut, out, outWeight, minWeight, {-3511, -3519},
+        [&](int a) { return expansionTaps(n[a], d[a].k, d[a].w, nOut[a]); }, nthread);
+  });
+}
+
 }  // namespace nuvo
 
 extern "C" {
@@ -108,25 +136,15 @@ int NUVOPyramidReduce(const double *in, int nx, int ny, int nz, int kx, int ky, 
                       const double *wx, const double *wy, const double *wz, int shiftx, int shifty,
                       int shiftz, int nxOut, int nyOut, int nzOut, double *out, double *outWeight,
                       double minWeight) {
-  const std::array<nuvo::Direction, 3> d{{{kx, wx}, {ky, wy}, {kz, wz}}};
-  const std::array<int, 3> n{nx, ny, nz}, nOut{nxOut, nyOut, nzOut}, shift{shiftx, shifty, shiftz};
-  return nuvo::guardedCall([&] {
-    return nuvo::filterGrid(in, n, d, nOut, out, outWeight, minWeight, {-3501, -3509}, [&](int a) {
-      return nuvo::reductionTaps(n[a], d[a].k, d[a].w, shift[a], nOut[a]);
-    });
-  });
+  return nuvo::pyramidReduce(in, nx, ny, nz, kx, ky, kz, wx, wy, wz, shiftx, shifty, shiftz, nxOut,
+                             nyOut, nzOut, out, outWeight, minWeight, 1);
 }
 
 int NUVOPyramidExpand(const double *in, int nx, int ny, int nz, int kx, int ky, int kz,
                       const double *wx, const double *wy, const double *wz, int nxOut, int nyOut,
                       int nzOut, double *out, double *outWeight, double minWeight) {
-  const std::array<nuvo::Direction, 3> d{{{kx, wx}, {ky, wy}, {kz, wz}}};
-  const std::array<int, 3> n{nx, ny, nz}, nOut{nxOut, nyOut, nzOut};
-  return nuvo::guardedCall([&] {
-    return nuvo::filterGrid(in, n, d, nOut, out, outWeight, minWeight, {-3511, -3519}, [&](int a) {
-      return nuvo::expansionTaps(n[a], d[a].k, d[a].w, nOut[a]);
-    });
-  });
+  return nuvo::pyramidExpand(in, nx, ny, nz, kx, ky, kz, wx, wy, wz, nxOut, nyOut, nzOut, out,
+                             outWeight, minWeight, 1);
 }
 
 }  // extern "C"

@@ -15,6 +15,7 @@
 #include "engine/variable_transforms.hpp"
 #include "foundation/check.hpp"
 #include "nuvo_conditioning.h"
+#include "nuvo_omp.h"
 #include "nuvo_random.h"
 #include "nuvo_sim.h"
 #include "pyramid/pyramid_levels.hpp"
@@ -25,8 +26,9 @@ namespace {
 class PyramidSimulation {
  public:
   PyramidSimulation(const nuvo_simInput &si, nuvo_simOutput *out, FILE *report,
-                    nuvo_progressMonitor *pm, nuvo_progressCallback callback)
-      : si_(si), out_(out), report_(report), pm_(pm), callback_(callback) {}
+                    nuvo_progressMonitor *pm, nuvo_progressCallback callback,
+                    const ThreadSettings &threads)
+      : si_(si), out_(out), report_(report), pm_(pm), callback_(callback), threads_(threads) {}
 
   int prepare();
   int run();
@@ -41,6 +43,7 @@ class PyramidSimulation {
   FILE *report_;
   nuvo_progressMonitor *pm_;
   nuvo_progressCallback callback_;
+  ThreadSettings threads_;  // of every level's node loop
 
   std::vector<nuvo_image> trainImage_;  // rescaled copies (views of trainCopy_)
   std::vector<LevelImage> trainCopy_;
@@ -152,7 +155,7 @@ int PyramidSimulation::runStep(LevelStep &step, int seed, const RealizationMaps 
     }
     if (!any) return 0;
   }
-  NUVO_TRY(simulateLevel(in.input(), seed, result->get(), maps, report_, pm_, callback_));
+  NUVO_TRY(simulateLevel(in.input(), seed, result->get(), maps, report_, pm_, callback_, threads_));
   if (level > 0)
     for (int j = 0; j < nmain; ++j)
       copyColumn(*result->get(), j, state_[level].get(), step.main[j]);
@@ -211,14 +214,28 @@ int PyramidSimulation::run() {
   return writer_.finish();
 }
 
+int simulatePyramid(const nuvo_simInput &si, nuvo_simOutput *out, FILE *report,
+                    nuvo_progressMonitor *pm, nuvo_progressCallback callback,
+                    const ThreadSettings &threads) {
+  return guardedCall([&] {
+    PyramidSimulation simulation(si, out, report, pm, callback, threads);
+    NUVO_TRY(simulation.prepare());
+    return simulation.run();
+  });
+}
+
 }  // namespace
 }  // namespace nuvo
 
 extern "C" int NUVOSimPyramid(const nuvo_simInput *si, nuvo_simOutput *out, FILE *report,
                               nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
-  return nuvo::guardedCall([&] {
-    nuvo::PyramidSimulation simulation(*si, out, report, pm, callback);
-    NUVO_TRY(simulation.prepare());
-    return simulation.run();
-  });
+  return nuvo::simulatePyramid(*si, out, report, pm, callback, {});
+}
+
+extern "C" int NUVOOMPSimPyramid(const nuvo_simInput *si, nuvo_simOutput *out, FILE *report,
+                                 nuvo_progressMonitor *pm, nuvo_progressCallback callback,
+                                 int nthread) {
+  constexpr int kInvalidThreadCount = -99;
+  if (nthread < 1) return kInvalidThreadCount;
+  return nuvo::simulatePyramid(*si, out, report, pm, callback, {.nthread = nthread});
 }

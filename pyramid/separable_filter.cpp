@@ -6,7 +6,9 @@
 // kernels truncated by borders or by missing nodes. The grid is seen, for the
 // pass along one direction, as `outer` slabs of `n` lines of `inner` contiguous
 // values: the innermost loop always runs over contiguous memory (whole x lines for
-// the y and z passes), which the compiler vectorises.
+// the y and z passes), which the compiler vectorises. Every output line of a pass
+// is written by one thread from the input alone, so the threads share a pass's
+// lines and the result does not depend on their number.
 #include "pyramid/separable_filter.hpp"
 
 #include <algorithm>
@@ -37,8 +39,10 @@ Layout layoutAlong(const Dims &dims, int axis) {
 
 // The x pass: each output node is a short scalar sum over its taps.
 template <bool kWeighted>
-void linePass(Sums in, const Layout &l, const TapTable &taps, double *outValue, double *outWeight) {
+void linePass(Sums in, const Layout &l, const TapTable &taps, double *outValue, double *outWeight,
+              int nthread) {
   const std::size_t nOut = taps.first.size() - 1;
+#pragma omp parallel for num_threads(nthread) schedule(static)
   for (std::size_t o = 0; o < l.outer; ++o) {
     const double *sv = in.value + o * l.n;
     const double *sw = kWeighted ? in.weight + o * l.n : nullptr;
@@ -64,9 +68,11 @@ void linePass(Sums in, const Layout &l, const TapTable &taps, double *outValue, 
 }
 
 template <bool kWeighted>
-void pass(Sums in, const Layout &l, const TapTable &taps, double *outValue, double *outWeight) {
-  if (l.inner == 1) return linePass<kWeighted>(in, l, taps, outValue, outWeight);
+void pass(Sums in, const Layout &l, const TapTable &taps, double *outValue, double *outWeight,
+          int nthread) {
+  if (l.inner == 1) return linePass<kWeighted>(in, l, taps, outValue, outWeight, nthread);
   const std::size_t nOut = taps.first.size() - 1;
+#pragma omp parallel for num_threads(nthread) collapse(2) schedule(static)
   for (std::size_t o = 0; o < l.outer; ++o)
     for (std::size_t i = 0; i < nOut; ++i) {
       double *dv = outValue + (o * nOut + i) * l.inner;
@@ -134,7 +140,7 @@ TapTable expansionTaps(int n, int k, const double *w, int nOut) {
 
 void filterSeparable(std::span<const double> in, Dims inDims,
                      const std::array<const TapTable *, 3> &taps, double *out, double *outWeight,
-                     double minWeight) {
+                     double minWeight, int nthread) {
   int last = -1;
   for (int a = 0; a < 3; ++a)
     if (taps[a] != nullptr) last = a;
@@ -160,13 +166,14 @@ void filterSeparable(std::span<const double> in, Dims inDims,
       weight = b[1].data();
     }
     if (current.weight == nullptr)
-      pass<false>(current, l, *taps[a], value, weight);
+      pass<false>(current, l, *taps[a], value, weight, nthread);
     else
-      pass<true>(current, l, *taps[a], value, weight);
+      pass<true>(current, l, *taps[a], value, weight, nthread);
     current = Sums{value, weight};
     ++used;
   }
   const std::size_t size = dims[0] * dims[1] * dims[2];
+#pragma omp parallel for num_threads(nthread) schedule(static)
   for (std::size_t i = 0; i < size; ++i)
     out[i] = (outWeight[i] > 0.0 && outWeight[i] >= minWeight) ? out[i] / outWeight[i]
                                                                : NUVO_MISSING_VALUE;

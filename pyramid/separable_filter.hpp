@@ -35,9 +35,10 @@ using Dims = std::array<std::size_t, 3>;
 // node's weighted sum by its weight. out and outWeight hold the grid whose
 // dimensions are those of the tables' outputs. A node whose informed share of
 // the filter is below minWeight (or zero) is missing. Intermediate grids are
-// allocated once per call.
+// allocated once per call. The passes run on nthread threads, with the same
+// result for any number.
 void filterSeparable(std::span<const double> in, Dims inDims,
                      const std::array<const TapTable *, 3> &taps, double *out, double *outWeight,
-                     double minWeight);
+                     double minWeight, int nthread);
 
 }  // namespace nuvo

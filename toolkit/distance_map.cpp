@@ -7,6 +7,10 @@
 // absolute offset scaled by the cell size of that direction. Starting from 0 on
 // informed nodes and +infinity elsewhere, the three passes give the exact squared
 // Euclidean (or the L1) distance; each pass is linear in the length of the line.
+// The lines of a pass are independent, so several threads share them (each with
+// its own scratch) and the map is the same for any number of threads.
+#include <omp.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -15,6 +19,7 @@
 
 #include "foundation/check.hpp"
 #include "nuvo_distancemap.h"
+#include "toolkit/distance_map.hpp"
 
 namespace nuvo {
 namespace {
@@ -123,22 +128,35 @@ class AbsolutePass {
   std::vector<double> forward_;
 };
 
-// Runs the pass over every line of each direction longer than one node. Lines
-// next to each other in memory are taken one after the other so that the strided
-// y and z lines reuse the cache lines their neighbours brought in.
+// Runs the pass over every line of each direction longer than one node, on
+// nthread threads, each taking a block of consecutive lines. Lines next to each
+// other in memory are taken one after the other so that the strided y and z
+// lines reuse the cache lines their neighbours brought in. The threads' scratch
+// is allocated before they start, so that nothing inside them can fail.
 template <typename Pass>
-void runPasses(const nuvo_grid &g, double *map) {
-  Pass pass(std::max(g.nx, std::max(g.ny, g.nz)));
-  std::ptrdiff_t nx = g.nx;
-  std::ptrdiff_t nxy = nx * g.ny;
-  if (g.nx > 1)
-    for (std::ptrdiff_t iyz = 0; iyz < static_cast<std::ptrdiff_t>(g.ny) * g.nz; ++iyz)
-      pass(Line{map + iyz * nx, 1, g.nx, g.sx});
-  if (g.ny > 1)
-    for (std::ptrdiff_t iz = 0; iz < g.nz; ++iz)
-      for (std::ptrdiff_t ix = 0; ix < nx; ++ix) pass(Line{map + iz * nxy + ix, nx, g.ny, g.sy});
-  if (g.nz > 1)
-    for (std::ptrdiff_t ixy = 0; ixy < nxy; ++ixy) pass(Line{map + ixy, nxy, g.nz, g.sz});
+void runPasses(const nuvo_grid &g, double *map, int nthread) {
+  std::vector<Pass> scratch(static_cast<std::size_t>(nthread),
+                            Pass(std::max(g.nx, std::max(g.ny, g.nz))));
+  const std::ptrdiff_t nx = g.nx;
+  const std::ptrdiff_t nxy = nx * g.ny;
+  const std::ptrdiff_t nyz = static_cast<std::ptrdiff_t>(g.ny) * g.nz;
+#pragma omp parallel num_threads(nthread)
+  {
+    Pass &pass = scratch[static_cast<std::size_t>(omp_get_thread_num())];
+    if (g.nx > 1) {
+#pragma omp for schedule(static)
+      for (std::ptrdiff_t iyz = 0; iyz < nyz; ++iyz) pass(Line{map + iyz * nx, 1, g.nx, g.sx});
+    }
+    if (g.ny > 1) {
+#pragma omp for schedule(static)
+      for (std::ptrdiff_t izx = 0; izx < nx * g.nz; ++izx)
+        pass(Line{map + izx / nx * nxy + izx % nx, nx, g.ny, g.sy});
+    }
+    if (g.nz > 1) {
+#pragma omp for schedule(static)
+      for (std::ptrdiff_t ixy = 0; ixy < nxy; ++ixy) pass(Line{map + ixy, nxy, g.nz, g.sz});
+    }
+  }
 }
 
 template <typename Informed>
@@ -147,12 +165,13 @@ void seed(int nxyz, Informed informed, double *map) {
 }
 
 template <typename Informed>
-int euclidean(const nuvo_grid &g, Informed informed, double *distance) {
+int euclidean(const nuvo_grid &g, Informed informed, double *distance, int nthread) {
   NUVO_TRY(checkGrid(g));
   int nxyz = g.nx * g.ny * g.nz;
   return guardedCall([&] {
     seed(nxyz, informed, distance);
-    runPasses<ParabolaPass>(g, distance);
+    runPasses<ParabolaPass>(g, distance, nthread);
+#pragma omp parallel for num_threads(nthread) schedule(static)
     for (int i = 0; i < nxyz; ++i) distance[i] = std::sqrt(distance[i]);
     return 0;
   });
@@ -164,7 +183,7 @@ int cityBlock(const nuvo_grid &g, Informed informed, double *distance) {
   int nxyz = g.nx * g.ny * g.nz;
   return guardedCall([&] {
     seed(nxyz, informed, distance);
-    runPasses<AbsolutePass>(g, distance);
+    runPasses<AbsolutePass>(g, distance, 1);
     return 0;
   });
 }
@@ -187,12 +206,18 @@ int imageVariable(const nuvo_image *image, int iv, DefinedValues *values) {
 }
 
 }  // namespace
+
+int euclideanDistanceMap(const nuvo_grid &grid, const signed char *informed, double *distance,
+                         int nthread) {
+  return euclidean(grid, NonZeroBytes{informed}, distance, nthread);
+}
+
 }  // namespace nuvo
 
 extern "C" {
 
 int NUVOEuclideanDistanceMap(const nuvo_grid *grid, const signed char *informed, double *distance) {
-  return nuvo::euclidean(*grid, nuvo::NonZeroBytes{informed}, distance);
+  return nuvo::euclideanDistanceMap(*grid, informed, distance, 1);
 }
 
 int NUVOL1DistanceMap(const nuvo_grid *grid, const signed char *informed, double *distance) {
@@ -202,7 +227,7 @@ int NUVOL1DistanceMap(const nuvo_grid *grid, const signed char *informed, double
 int NUVOImageEuclideanDistanceMap(const nuvo_image *image, int iv, double *distance) {
   nuvo::DefinedValues values{};
   NUVO_TRY(nuvo::imageVariable(image, iv, &values));
-  return nuvo::euclidean(*image->grid, values, distance);
+  return nuvo::euclidean(*image->grid, values, distance, 1);
 }
 
 int NUVOImageL1DistanceMap(const nuvo_image *image, int iv, double *distance) {

@@ -2,13 +2,16 @@
 // validates the input and simulates, writing the files the parameter file names.
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <thread>
 
 #include "commands.hpp"
 #include "files.hpp"
+#include "nuvo_omp.h"
 #include "nuvo_text.h"
 #include "progress_display.hpp"
 #include "simulation_setup.hpp"
@@ -32,6 +35,7 @@ struct RunOptions {
   int seed = 0;
   int nrealization = 1;
   std::string outputDir;
+  int nthread = 0;  // 0: every hardware thread
   CLI::Option *seedOption = nullptr;
   CLI::Option *nrealizationOption = nullptr;
 };
@@ -107,7 +111,13 @@ int runRun(const RunOptions &options) {
   display.addWarnings(setup.warnings());
   SimOutput output;
   errno = 0;
-  const int rc = NUVOSim(&input, output.get(), display.monitor(), ProgressDisplay::callback);
+  const int nthread = options.nthread > 0
+                          ? options.nthread
+                          : std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+  const int rc =
+      nthread == 1
+          ? NUVOSim(&input, output.get(), display.monitor(), ProgressDisplay::callback)
+          : NUVOOMPSim(&input, output.get(), display.monitor(), ProgressDisplay::callback, nthread);
   const int writeError = errno;
   display.clearBar();
   if (rc == kStopped && ProgressDisplay::stopSignal() != 0) return reportStop(path, outputs);
@@ -165,6 +175,11 @@ void addRunCommand(CLI::App &app) {
                    "Folder of every output (taken from the current folder when relative); the "
                    "names keep their last part")
       ->option_text("DIR");
+  command
+      ->add_option("--threads", options->nthread,
+                   "Threads of the simulation (default: every hardware thread; 1 runs the "
+                   "serial engine); the realizations are the same for any number")
+      ->check(numberCheck(true));
   setAction(command, [options] { return runRun(*options); });
 }
 

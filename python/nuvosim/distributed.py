@@ -51,4 +51,4 @@ def _input_realization(sim_input, realization):
 
 
 def _file_realization(path, realization):
-    return _nuvosim.run_file(path, realization, False, None)[0]
+    return _nuvosim.run_file(path, realization, False, None, 1)[0]

@@ -30,18 +30,21 @@ _KEYWORDS = {
 }
 
 
-def run(parameter_file, progress=True):
+def run(parameter_file, progress=True, threads=None):
     """Runs a parameter file as ``nuvosim run`` does (relative names from the
     file's folder, output files written as the file says; a run that fails or is
     interrupted removes the files it wrote) and returns the realizations, shape
     (nrealization, nvar, nz, ny, nx), NaN for missing values. ``progress``: True
     for a tqdm bar, False, or a callable (see :mod:`nuvosim.progress`). Ctrl-C
-    stops the run and raises KeyboardInterrupt; failures raise NuvoError."""
+    stops the run and raises KeyboardInterrupt; failures raise NuvoError.
+    ``threads``: of the simulation, None for every hardware thread, 1 for the
+    serial engine; the realizations are the same for any number."""
     with progress_function(progress) as report:
-        return _nuvosim.run_file(os.fspath(parameter_file), -1, True, report)
+        return _nuvosim.run_file(os.fspath(parameter_file), -1, True, report, _threads(threads))
 
 
-def simulate(training_image, grid, *, conditioning=None, progress=True, **settings):
+def simulate(training_image, grid, *, conditioning=None, progress=True, threads=None,
+             **settings):
     """Simulates on ``grid`` with the patterns of ``training_image`` and returns
     the realizations, shape (nrealization, nvar, nz, ny, nx).
 
@@ -50,10 +53,11 @@ def simulate(training_image, grid, *, conditioning=None, progress=True, **settin
     ``conditioning``: points as an (n, 3 + nvar) array (x, y, z, values) or a
     dict of columns ("x", "y", "z" and variable names); ``settings``: the
     keyword arguments of :class:`SimInput` (nneighbors, threshold,
-    max_scan_fraction, nrealization, seed, ...). Files are not written.
+    max_scan_fraction, nrealization, seed, ...); ``threads``: as for :func:`run`.
+    Files are not written.
     """
     sim_input = SimInput(training_image, grid, conditioning=conditioning, **settings)
-    return sim_input.simulate(progress=progress)
+    return sim_input.simulate(progress=progress, threads=threads)
 
 
 class SimInput:
@@ -168,14 +172,15 @@ class SimInput:
             stream.write("\n".join(lines))
         return path
 
-    def simulate(self, realization=-1, progress=True):
+    def simulate(self, realization=-1, progress=True, threads=None):
         """Runs the simulation (only realization ``realization`` when it is not
-        negative, as the library runs it inside the whole job) and returns the
-        realizations, shape (nrealization, nvar, nz, ny, nx)."""
+        negative, as the library runs it inside the whole job) on ``threads``
+        threads (as for :func:`run`) and returns the realizations, shape
+        (nrealization, nvar, nz, ny, nx)."""
         with tempfile.TemporaryDirectory(prefix="nuvosim-") as folder:
             path = self.write(folder)
             with progress_function(progress) as report:
-                return _nuvosim.run_file(path, realization, False, report)
+                return _nuvosim.run_file(path, realization, False, report, _threads(threads))
 
     def _on_grid(self, values, names):
         if isinstance(values, Image):
@@ -185,6 +190,14 @@ class SimInput:
             raise ValueError(f"an image of shape {image.shape} on a grid of shape "
                              f"{self.grid[::-1]}")
         return image
+
+
+def _threads(threads):
+    if threads is None:
+        return 0
+    if int(threads) < 1:
+        raise ValueError(f"threads: {threads} is not a positive number")
+    return int(threads)
 
 
 def _join(values):

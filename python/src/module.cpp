@@ -81,7 +81,8 @@ PYBIND11_MODULE(_nuvosim, m) {
   m.def("read_image", &readImage, "path"_a, "format"_a);
   m.def("write_image", &writeImage, "values"_a, "spacing"_a, "origin"_a, "names"_a, "path"_a,
         "format"_a, "value_format"_a);
-  m.def("run_file", &runFile, "path"_a, "realization"_a, "write_files"_a, "progress"_a);
+  m.def("run_file", &runFile, "path"_a, "realization"_a, "write_files"_a, "progress"_a,
+        "threads"_a);
   m.def("realization_count", &realizationCount, "path"_a);
   m.def("analyze", &analyze, "ti"_a, "realizations"_a, "variable"_a, "lags"_a);
 }

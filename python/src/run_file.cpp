@@ -1,14 +1,17 @@
 #include "run_file.hpp"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <mutex>
 #include <stdexcept>
+#include <thread>
 #include <vector>
 
 #include "image_arrays.hpp"
 #include "library_error.hpp"
+#include "nuvo_omp.h"
 #include "progress_bridge.hpp"
 #include "records.hpp"
 #include "run_files.hpp"
@@ -59,7 +62,7 @@ void writeNoFiles(nuvo_simInputASCII &ascii) {
 // The working directory belongs to the whole process, so runs started from
 // several Python threads take their turns.
 int simulate(const std::string &path, const nuvo_simInputASCII &ascii, nuvo_simInput &input,
-             nuvo_simOutput &output, ProgressBridge &bridge) {
+             nuvo_simOutput &output, ProgressBridge &bridge, int threads) {
   static std::mutex folderInUse;
   const std::lock_guard<std::mutex> turn(folderInUse);
   const fs::path where = runfile::parameterFolder(path);
@@ -74,7 +77,11 @@ int simulate(const std::string &path, const nuvo_simInputASCII &ascii, nuvo_simI
     throw std::runtime_error(failure);
   }
   const fs::file_time_type start = fs::file_time_type::clock::now();
-  const int rc = NUVOSim(&input, &output, bridge.monitor(), ProgressBridge::callback);
+  const int nthread =
+      threads > 0 ? threads : std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+  const int rc = nthread == 1 ? NUVOSim(&input, &output, bridge.monitor(), ProgressBridge::callback)
+                              : NUVOOMPSim(&input, &output, bridge.monitor(),
+                                           ProgressBridge::callback, nthread);
   if (rc != 0) {
     for (const std::string &file : outputs) {
       std::error_code error;
@@ -87,7 +94,7 @@ int simulate(const std::string &path, const nuvo_simInputASCII &ascii, nuvo_simI
 }  // namespace
 
 py::array_t<double> runFile(const std::string &path, int realization, bool writeFiles,
-                            py::object progress) {
+                            py::object progress, int threads) {
   SimInputASCII ascii;
   SimInput input;
   SimOutput output;
@@ -98,7 +105,7 @@ py::array_t<double> runFile(const std::string &path, int realization, bool write
   int rc = 0;
   {
     const py::gil_scoped_release released;
-    rc = simulate(path, *ascii.get(), *input.get(), *output.get(), bridge);
+    rc = simulate(path, *ascii.get(), *input.get(), *output.get(), bridge, threads);
   }
   bridge.raisePending();
   if (rc != 0) throw LibraryError(rc, path);

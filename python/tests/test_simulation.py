@@ -30,6 +30,7 @@ def test_run_and_simulate_give_the_command_line_realizations(channels, nuvosim_b
     points = np.loadtxt(channels / "points.txt", skiprows=6)
     settings = dict(conditioning=points, seed=20240, nrealization=3, progress=False)
     assert np.array_equal(nuvosim.simulate(ti, (50, 40), **settings), expected)
+    assert np.array_equal(nuvosim.simulate(ti, (50, 40), threads=1, **settings), expected)
     # The columns as a dict, and a realization run alone, give the same values.
     columns = {"x": points[:, 0], "y": points[:, 1], "facies": points[:, 3]}
     alone = nuvosim.SimInput(ti, (50, 40), conditioning=columns, seed=20240, nrealization=3)

@@ -1,0 +1,299 @@
+// The multithreaded family against the serial one: the same realizations, maps
+// and files for every number of threads, and the entry checks of NUVOOMPSim.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+#include "../input/siminput_builder.hpp"
+#include "nuvo_omp.h"
+#include "nuvo_synthetic.h"
+#include "parallel/omp_warnings.hpp"
+#include "tests/constraints/test_files.hpp"
+#include "tests/support/warning_recorder.hpp"
+
+namespace {
+
+namespace fs = std::filesystem;
+using nuvo_test::require;
+using nuvo_test::valuesOf;
+
+struct OwnedImage {
+  OwnedImage() { NUVOInitImage(&image); }
+  ~OwnedImage() { NUVOFreeImage(&image); }
+  nuvo_image image;
+};
+
+std::string contents(const fs::path &file) {
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// The realizations and maps of one run, as written to files.
+struct Outputs {
+  std::string sim, pathIndex, error, tiNode, tiIndex;
+  bool operator==(const Outputs &) const = default;
+};
+
+// A valid input on `ti` over an nx x ny x nz grid of missing values, two
+// realizations, every map asked for, post-processing with tolerance 0.
+void build(nuvo_simInput *si, const nuvo_image &ti, int nx, int ny, int nz, double radius) {
+  nuvo_test::buildValidSimInput(si, ti);
+  NUVOFreeImage(si->simImage);
+  require(nuvo_test::makeImage(si->simImage, nx, ny, nz, {ti.varName[0]},
+                               [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
+  nuvo_searchNeighborhoodParameters &p = si->searchNeighborhoodParameters[0];
+  p.rx = p.ry = radius;
+  p.rz = nz > 1 ? radius / 2 : 0.0;
+  si->outputReportFlag = 0;
+  si->outputPathIndexFlag = si->outputErrorFlag = 1;
+  si->outputTiGridNodeIndexFlag = si->outputTiIndexFlag = 1;
+  si->nrealization = 2;
+  si->seed = 77;
+}
+
+struct Case {
+  const char *name;
+  std::function<void(nuvo_simInput *)> configure;
+};
+
+void PrintTo(const Case &c, std::ostream *os) {
+  *os << c.name;
+}
+
+void channels(nuvo_simInput *si) {
+  OwnedImage ti;
+  require(NUVOGenerateChannelImage(&ti.image, 60, 60, 1, 0.3, 5.0, 2));
+  build(si, ti.image, 36, 30, 1, 6.0);
+}
+
+void conditionedLenses(nuvo_simInput *si) {
+  OwnedImage ti, reference;
+  require(NUVOGenerateContinuousImage(&ti.image, 24, 24, 8, 4.0, 4));
+  require(NUVOGenerateContinuousImage(&reference.image, 16, 14, 6, 4.0, 9));
+  build(si, ti.image, 16, 14, 6, 3.0);
+  si->distanceType[0] = 2;
+  si->distanceThreshold[0] = si->postProcessingDistanceThreshold[0] = 0.05;
+  si->maxScanFraction[0] = 0.2;
+  nuvo_pointSet points;
+  NUVOInitPointSet(&points);
+  require(NUVOSampleImage(&reference.image, 60, 3, &points));
+  nuvo_test::addDataPointSet(si, points);
+  NUVOFreePointSet(&points);
+}
+
+void path(nuvo_simInput *si, int type) {
+  si->simAndPathParameters->pathType = type;
+  si->simAndPathParameters->strength = 0.7;
+  si->simAndPathParameters->pow = 2.0;
+}
+
+void unilateral(nuvo_simInput *si) {
+  nuvo_simAndPathParameters &p = *si->simAndPathParameters;
+  p.pathType = PATH_UNILATERAL;
+  p.nunilateralOrder = 4;
+  std::free(p.unilateralOrder);
+  p.unilateralOrder = valuesOf<int>({0, 1, 2, 0});
+}
+
+void rotated(nuvo_simInput *si) {
+  si->rotationUsage = 1;
+  si->rotationAzimuthValue = valuesOf<double>({30.0, 0.0});
+  si->rotationDipValue = valuesOf<double>({0.0, 0.0});
+  si->rotationPlungeValue = valuesOf<double>({0.0, 0.0});
+}
+
+// Channels (sand 1, background 0) under a probability constraint, as `usage`:
+// a local trend across x counted over the whole neighbourhood, or a global
+// target.
+void sand(nuvo_simInput *si, int usage) {
+  channels(si);
+  nuvo_softProbability &sp = si->softProbability[0];
+  NUVOFreeSoftProbability(&sp);
+  sp.probabilityConstraintUsage = usage;
+  sp.classOfValues = nuvo_test::newClasses("2  1 -0.5 0.5  1 0.5 1.5");
+  sp.comparingPdfMethod = NUVO_COMPARING_PDF_MAE;
+  sp.constantThreshold = 0.05;
+  if (usage == NUVO_PROBABILITY_CONSTRAINT_GLOBAL) {
+    sp.globalPdf = valuesOf<double>({0.5, 0.5});
+    return;
+  }
+  sp.localPdfImage = nuvo_test::initialisedRecords<nuvo_image>(1, NUVOInitImage);
+  require(
+      nuvo_test::makeImage(sp.localPdfImage, 36, 30, 1, {"p0", "p1"}, [](int x, int, int, int iv) {
+        const double p = 0.1 + 0.02 * x;
+        return iv == 1 ? p : 1.0 - p;
+      }));
+  sp.localPdfSupportRadius = valuesOf<double>({4.0});
+  sp.localCurrentPdfComputation = NUVO_LOCAL_CURRENT_PDF_COMPLETE;
+}
+
+const Case kCases[] = {
+    {"ChannelsRandom", channels},
+    {"LensesConditionedPdf",
+     [](nuvo_simInput *si) {
+       conditionedLenses(si);
+       path(si, PATH_RANDOM_HD_DISTANCE_PDF);
+     }},
+    {"LensesConditionedSort",
+     [](nuvo_simInput *si) {
+       conditionedLenses(si);
+       path(si, PATH_RANDOM_HD_DISTANCE_SORT);
+     }},
+    {"LensesConditionedSumPdf",
+     [](nuvo_simInput *si) {
+       conditionedLenses(si);
+       path(si, PATH_RANDOM_HD_DISTANCE_SUM_PDF);
+     }},
+    {"LensesConditionedSumSort",
+     [](nuvo_simInput *si) {
+       conditionedLenses(si);
+       path(si, PATH_RANDOM_HD_DISTANCE_SUM_SORT);
+     }},
+    {"ChannelsUnilateral",
+     [](nuvo_simInput *si) {
+       channels(si);
+       unilateral(si);
+     }},
+    {"ChannelsRotated",
+     [](nuvo_simInput *si) {
+       channels(si);
+       rotated(si);
+     }},
+    {"ChannelsLocalProbability",
+     [](nuvo_simInput *si) { sand(si, NUVO_PROBABILITY_CONSTRAINT_LOCAL); }},
+};
+
+class SimulationFiles : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    dir_ = fs::temp_directory_path() /
+           ("nuvo_omp_" + std::to_string(::getpid()) + "_" +
+            ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    fs::remove_all(dir_);
+    fs::create_directories(dir_);
+    for (const char *name : {"sim", "path", "error", "tinode", "tiindex"})
+      names_.push_back(file(name));
+  }
+  void TearDown() override { fs::remove_all(dir_); }
+
+  std::string file(const std::string &name) const { return (dir_ / name).string(); }
+
+  // Runs the case serially (nthread 0) or on nthread threads.
+  Outputs run(const Case &c, int nthread) {
+    nuvo_simInput si;
+    NUVOInitSimInput(&si);
+    c.configure(&si);
+    std::snprintf(si.outputSimImageFileName[0], NUVO_FILE_NAME_MAX + 1, "%s", names_[0].c_str());
+    si.outputPathIndexFileName = nuvo_test::ownedText(names_[1].c_str());
+    si.outputErrorFileName = nuvo_test::ownedText(names_[2].c_str());
+    si.outputTiGridNodeIndexFileName = nuvo_test::ownedText(names_[3].c_str());
+    si.outputTiIndexFileName = nuvo_test::ownedText(names_[4].c_str());
+    nuvo_simOutput out;
+    NUVOInitSimOutput(&out);
+    EXPECT_EQ(nthread == 0 ? NUVOSim(&si, &out, nullptr, nullptr)
+                           : NUVOOMPSim(&si, &out, nullptr, nullptr, nthread),
+              0);
+    NUVOFreeSimOutput(&out);
+    NUVOFreeSimInput(&si);
+    const auto real = [&](int i, int r) {
+      return contents(names_[i] + (i == 0 ? "" : "_real0000" + std::to_string(r) + ".gslib"));
+    };
+    return {real(0, 0), real(1, 1), real(2, 1), real(3, 1), real(4, 1)};
+  }
+
+  fs::path dir_;
+  std::vector<std::string> names_;
+};
+
+class ThreadedSimulation : public SimulationFiles, public ::testing::WithParamInterface<Case> {};
+
+TEST_P(ThreadedSimulation, FilesIdenticalToSerialForAnyThreadCount) {
+  const Outputs serial = run(GetParam(), 0);
+  ASSERT_FALSE(serial.sim.empty());
+  ASSERT_FALSE(serial.error.empty());
+  for (int nthread = 1; nthread <= 4; ++nthread)
+    EXPECT_TRUE(run(GetParam(), nthread) == serial) << nthread << " threads";
+}
+
+// The global constraint's counts are merged at checkpoints: the same result
+// for the same number of threads, another than the serial one.
+TEST_F(SimulationFiles, GlobalProbabilityRepeatsForAThreadCount) {
+  const Case global{"", [](nuvo_simInput *si) { sand(si, NUVO_PROBABILITY_CONSTRAINT_GLOBAL); }};
+  const Outputs serial = run(global, 0);
+  EXPECT_TRUE(run(global, 1) == serial);
+  for (int nthread : {2, 3}) {
+    const Outputs first = run(global, nthread);
+    EXPECT_TRUE(run(global, nthread) == first) << nthread << " threads";
+    EXPECT_FALSE(first.sim == serial.sim) << nthread << " threads";
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, ThreadedSimulation, ::testing::ValuesIn(kCases),
+                         [](const auto &param) { return std::string(param.param.name); });
+
+TEST(OmpSim, ChecksThreadsFirstNamesThemAndWarnsInOrder) {
+  OwnedImage ti;
+  require(NUVOGenerateChannelImage(&ti.image, 40, 40, 1, 0.3, 5.0, 2));
+  nuvo_test::OwnedSimInput input;
+  nuvo_simInput *si = &input.si;
+  nuvo_test::buildValidSimInput(si, ti.image);
+  const fs::path report =
+      fs::temp_directory_path() / ("nuvo_omp_report_" + std::to_string(::getpid()));
+  std::snprintf(si->outputReportFileName, NUVO_FILE_NAME_MAX + 1, "%s", report.c_str());
+  si->outputSimJob = OUTPUT_SIM_NO_FILE;
+  nuvo_simOutput out;
+  NUVOInitSimOutput(&out);
+  fs::remove(report);
+  EXPECT_EQ(NUVOOMPSim(si, &out, nullptr, nullptr, 0), -99);
+  EXPECT_EQ(NUVOOMPSim(si, &out, nullptr, nullptr, -3), -99);
+  EXPECT_FALSE(fs::exists(report));
+
+  EXPECT_EQ(NUVOOMPSim(si, &out, nullptr, nullptr, 3), 0);
+  std::ifstream in(report);
+  std::string line;
+  std::getline(in, line);
+  std::getline(in, line);
+  EXPECT_EQ(line, "VERSION: OPENMP: 3 threads");
+  NUVOFreeSimOutput(&out);
+  fs::remove(report);
+}
+
+TEST(OmpSim, ReproducibilityWarningsInOrder) {
+  signed char simGridAsTi[] = {0, 1};
+  nuvo_softProbability sp;
+  NUVOInitSoftProbability(&sp);
+  sp.probabilityConstraintUsage = NUVO_PROBABILITY_CONSTRAINT_GLOBAL;
+  nuvo_blockData bd;
+  NUVOInitBlockData(&bd);
+  bd.blockDataUsage = NUVO_BLOCK_DATA_MEAN;
+  nuvo_simInput si;
+  NUVOInitSimInput(&si);
+  si.nvar = 1;
+  si.ntrainImage = 2;
+  si.simGridAsTiFlag = simGridAsTi;
+  si.softProbability = &sp;
+  si.blockData = &bd;
+  nuvo::test::WarningRecorder recorder;
+  const auto callback = nuvo::test::WarningRecorder::callback;
+  EXPECT_EQ(nuvo::reportReproducibilityWarnings(si, &recorder.pm, callback), 0);
+  EXPECT_EQ(recorder.warnings(), (std::vector<int>{100, 111, 115}));
+
+  // Without the first two, only the last; a non-zero answer stops there.
+  simGridAsTi[1] = 0;
+  sp.probabilityConstraintUsage = NUVO_PROBABILITY_CONSTRAINT_LOCAL;
+  nuvo::test::WarningRecorder refusing;
+  refusing.answer = 7;
+  EXPECT_EQ(nuvo::reportReproducibilityWarnings(si, &refusing.pm, callback), 7);
+  EXPECT_EQ(refusing.warnings(), std::vector<int>{115});
+}
+
+}  // namespace
