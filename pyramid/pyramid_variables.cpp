@@ -126,6 +126,7 @@ int PyramidVariables::distanceType(int i) const {
 }
 
 int PyramidVariables::transform(const nuvo_image &in, bool data, nuvo_image *out) const {
+  NUVOFreeImage(out);
   NUVO_TRY(NUVOMallocImage(out, in.grid->nxyz, static_cast<int>(list_.size())));
   *out->grid = *in.grid;
   out->nvar = static_cast<int>(list_.size());

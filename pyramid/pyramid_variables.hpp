@@ -53,9 +53,9 @@ class PyramidVariables {
   std::vector<int> atLevel(int j) const;
 
   // The pyramid variables of an image holding the simulated variables (missing
-  // stays missing), on the same grid. With `data` set, a datum of a variable
-  // turned continuous that is no training category fails with -554. Returns 0,
-  // -1 or -554.
+  // stays missing), on the same grid, into `out` (initialised; replaced). With
+  // `data` set, a datum of a variable turned continuous that is no training
+  // category fails with -554. Returns 0, -1 or -554.
   int transform(const nuvo_image &in, bool data, nuvo_image *out) const;
 
   // The distance type of pyramid variable i at the coarse levels.

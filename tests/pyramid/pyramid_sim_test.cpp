@@ -146,6 +146,7 @@ TEST_F(PyramidSimulation, ModesHonourDataAndCategories) {
     }
   // The layout of the last run, and its steps in order.
   nuvo::test::TempStream report;
+  NUVOFreeSimOutput(&out_);
   ASSERT_EQ(NUVOSimPyramid(&si_, &out_, report.get(), &pm_, nullptr), 0);
   const std::string text = report.contents();
   for (const char *line :
@@ -157,6 +158,7 @@ TEST_F(PyramidSimulation, ModesHonourDataAndCategories) {
         "- simulating pyramid level 1 of 2\n"})
     EXPECT_NE(text.find(line), std::string::npos) << line;
   pm_.stopFlag = 1;
+  NUVOFreeSimOutput(&out_);
   EXPECT_EQ(NUVOSimPyramid(&si_, &out_, nullptr, &pm_, nullptr), -1000);
   pm_.stopFlag = 0;
   // A single category leaves the coarse levels without indicator to simulate.
