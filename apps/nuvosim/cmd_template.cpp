@@ -64,7 +64,7 @@ std::string defaultParameters(const nuvo_image &ti, const std::string &tiFile,
        << "-1.0\nNORMALIZING_LINEAR\n";
   perVariable(
       "SEARCHNEIGHBORHOOD_RADIUS_LARGE_DEFAULT SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_ONE "
-      "SEARCHNEIGHBORHOOD_ROTATION_OFF 0.0");
+      "SEARCHNEIGHBORHOOD_ROTATION_OFF -1.0");
   perVariable("24");
   perVariable("1.0");
   perVariable("RESCALING_NONE");
@@ -72,7 +72,7 @@ std::string defaultParameters(const nuvo_image &ti, const std::string &tiFile,
   for (int v = 0; v < ti.nvar; ++v) text << distanceTypeOf(ti, v) << "\n";
   perVariable("1.0");
   text << "SIM_VARIABLE_VECTOR PATH_RANDOM\n";
-  perVariable("0.05");
+  perVariable("0.03");
   perVariable("0 0 0");
   text << "0.25\n0\n0.0\n1 POST_PROCESSING_PARAMETERS_DEFAULT\n1 1\n1\nEND\n";
   return text.str();

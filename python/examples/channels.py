@@ -22,7 +22,7 @@ FOLDER = pathlib.Path(__file__).resolve().parents[2] / "examples" / "channels2d"
 def main():
     ti = nuvosim.read_image(FOLDER / "ti.gslib")
     points = np.loadtxt(FOLDER / "points.txt", skiprows=6)  # x, y, z, facies
-    settings = dict(conditioning=points, nneighbors=30, threshold=0.05, max_scan_fraction=0.5,
+    settings = dict(conditioning=points, nneighbors=30, threshold=0.03, max_scan_fraction=0.5,
                     nrealization=3, seed=20240)
 
     start = time.perf_counter()

@@ -75,11 +75,11 @@ class SimInput:
 
     def __init__(self, training_image, grid, *, conditioning=None, names=None,
                  spacing=(1.0, 1.0, 1.0), origin=(0.0, 0.0, 0.0), ti_probabilities=None,
-                 mask=None, nneighbors=30, density=1.0, distance_type=0, threshold=0.05,
+                 mask=None, nneighbors=30, density=1.0, distance_type=0, threshold=0.03,
                  max_scan_fraction=0.5, relative_distance=0, weight_factor=1.0,
                  search=("SEARCHNEIGHBORHOOD_RADIUS_LARGE_DEFAULT "
                          "SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_ONE "
-                         "SEARCHNEIGHBORHOOD_ROTATION_OFF 0.0"),
+                         "SEARCHNEIGHBORHOOD_ROTATION_OFF -1.0"),
                  value_range_extension=0.0, normalizing="LINEAR",
                  simulation_type="VARIABLE_VECTOR", path="RANDOM", constraints="0 0 0",
                  pyramids="0", tolerance=0.0, post_processing=1, seed=1, seed_increment=1,
