@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 
 #include "constraints/block_sampling.hpp"
 #include "data/values.hpp"
@@ -143,13 +144,15 @@ double BlockConstraint::floor(std::span<const BlockBand> bands) const {
 }
 
 void BlockConstraint::writeStatistics(FILE *report) const {
+  std::fprintf(report, "Block data for variable %d (from the training images):\n", variable_);
   for (std::size_t b = 0; b < block_.size(); ++b) {
     const BlockStatistics &s = block_[b].stats;
     std::fprintf(report,
-                 "variable %d, block %zu: blockData_targetValue_localMeanAndSD_allTi: %g %g, "
-                 "blockData_bandwidth_allTi: %g, blockData_tolLeftRight_allTi: %g %g\n",
-                 variable_, b, s.localMean, s.localSd, s.bandwidth, s.spreadLeft, s.spreadRight);
+                 "   block %3zu: blockData_targetValue_localMeanAndSD_allTi = %g %g, "
+                 "blockData_bandwidth_allTi = %g, blockData_tolLeftRight_allTi = %g %g\n",
+                 b, s.localMean, s.localSd, s.bandwidth, s.spreadLeft, s.spreadRight);
   }
+  std::fprintf(report, "%s\n", std::string(80, '=').c_str());
 }
 
 int BlockConstraints::prepare(const nuvo_simInput &si, std::span<const nuvo_image> trainImage,

@@ -29,6 +29,10 @@
 //     from T of the values, counting only the values below T for sL and only
 //     those above it for sR (sL^2 + sR^2 is the mean squared deviation from T):
 //     how far single values of a block with mean T lie on each side of T.
+// The report lists them per block as blockData_targetValue_localMeanAndSD_allTi,
+// blockData_bandwidth_allTi and blockData_tolLeftRight_allTi (sL and sR, the
+// part of the left and right tolerances below that comes from the training
+// images).
 // Errors: -3075 when no placement could be kept (or the statistics are not
 // finite), -3073 when a continuous variable's target lies beyond its range
 // (the training range widened to the conditioning data) by more than the

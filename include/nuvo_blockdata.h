@@ -9,6 +9,14 @@
  * Block data file (plain text, items separated by white space): nblock, then per
  * block "nnode value tolerance activatePropMin activatePropMax" followed by nnode
  * lines of 0-based grid indices "ix iy iz".
+ *
+ * In the simulation, a candidate value is penalised when it would take the running
+ * mean of a block holding the node out of a band around the target; the band
+ * narrows to half the tolerance as the block fills, so the block's final mean ends
+ * within its tolerance when the training images offer the values to keep it there.
+ * A block's constraint applies while the share of its nodes already informed lies
+ * within [activatePropMin, activatePropMax] (0 and 1: from its first node to its
+ * last).
  */
 #ifndef NUVO_BLOCKDATA_H
 #define NUVO_BLOCKDATA_H
