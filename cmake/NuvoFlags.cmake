@@ -30,7 +30,9 @@ set(CMAKE_CXX_FLAGS_SANITIZE "${NUVO_SANITIZE_FLAGS}" CACHE STRING "" FORCE)
 set(CMAKE_EXE_LINKER_FLAGS_SANITIZE "-fsanitize=address,undefined" CACHE STRING "" FORCE)
 set(CMAKE_SHARED_LINKER_FLAGS_SANITIZE "-fsanitize=address,undefined" CACHE STRING "" FORCE)
 
-set(NUVO_TSAN_FLAGS "-O1 -g -fsanitize=thread -fno-omit-frame-pointer")
+# clang needs more constexpr steps for the sieve of the scan primes.
+set(NUVO_TSAN_FLAGS
+    "-O1 -g -fsanitize=thread -fno-omit-frame-pointer -fconstexpr-steps=100000000")
 set(CMAKE_C_FLAGS_TSAN "${NUVO_TSAN_FLAGS}" CACHE STRING "" FORCE)
 set(CMAKE_CXX_FLAGS_TSAN "${NUVO_TSAN_FLAGS}" CACHE STRING "" FORCE)
 set(CMAKE_EXE_LINKER_FLAGS_TSAN "-fsanitize=thread" CACHE STRING "" FORCE)

@@ -20,6 +20,10 @@ constexpr int kPostProcessingSeedStep = 472;
 constexpr int kMarginalDrawAttempts = 64;
 constexpr int kEmptyWindow = 38;  // warnings: a data event larger than the training image
 constexpr int kEmptyWindowPostProcessing = 39;
+// A path shorter than this many positions per thread runs on one thread: its
+// entries' neighbourhoods overlap so much that the threads would mostly wait
+// for one another (30 x 30 grids ran twice as slowly on two threads).
+constexpr std::size_t kMinPositionsPerThread = 512;
 
 bool isMissing(double v) {
   return v == NUVO_MISSING_VALUE;
@@ -537,8 +541,9 @@ bool globalConstraint(const RealizationSetup &setup) {
   return false;
 }
 
-// Simulates `path` with `settings` on as many threads as `runs` has entries:
-// one thread runs the positions in order, several share them through a
+// Simulates `path` with `settings` on as many threads as `runs` has entries
+// (one for a short path): one thread runs the positions in order, several share
+// them through a
 // PathSchedule (with checkpoints of the global probability constraint's
 // counts). Reports warning 38 (39 after the initial path) once when a data
 // event did not fit in the training image.
@@ -548,7 +553,7 @@ int runPath(std::span<RealizationRun> runs, std::span<const int> path, const Pat
   PathRun work(runs, path, settings, baseSeed, initialPath, state, pm, callback);
   RealizationRun &main = runs[0];
   const int n = static_cast<int>(path.size());
-  if (runs.size() == 1) {
+  if (runs.size() == 1 || path.size() < kMinPositionsPerThread * runs.size()) {
     main.beginPath(nullptr);
     for (int k = 0; k < n; ++k) {
       main.runEntry(k, path, settings, baseSeed, initialPath, state);

@@ -18,8 +18,9 @@ namespace py = pybind11;
 // realization, map or report file is written; otherwise the files are written as
 // the file says, and a run that fails or is stopped removes the files it wrote.
 // `progress`: see ProgressBridge. `threads`: of the simulation, 0 for every
-// hardware thread, 1 for the serial engine (the realizations are the same). Throws LibraryError, or the Python exception
-// that stopped the run (KeyboardInterrupt on Ctrl-C).
+// hardware thread, 1 for the serial engine (the realizations are the same).
+// Throws LibraryError, or the Python exception that stopped the run
+// (KeyboardInterrupt on Ctrl-C).
 py::array_t<double> runFile(const std::string &path, int realization, bool writeFiles,
                             py::object progress, int threads);
 

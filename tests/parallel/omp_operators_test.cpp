@@ -68,7 +68,9 @@ TEST(OmpOperators, DistanceMapAndGuidedPathsMatchSerial) {
     EXPECT_EQ(run(path.data(), &ctx), 0);
     return path;
   };
-  for (const auto &[serialPath, threadedPath] : nearest) {
+  for (const auto &forms : nearest) {
+    const auto serialPath = forms.first;
+    const auto threadedPath = forms.second;
     const auto reference = order([&](int *p, nuvo_randContext *ctx) {
       return serialPath(n, p, f.data(), kNx, kNy, kNz, kNvar, 1.0, 2.0, 0.5, 0.6, ctx);
     });
@@ -79,7 +81,9 @@ TEST(OmpOperators, DistanceMapAndGuidedPathsMatchSerial) {
               }),
               reference);
   }
-  for (const auto &[serialPath, threadedPath] : summed) {
+  for (const auto &forms : summed) {
+    const auto serialPath = forms.first;
+    const auto threadedPath = forms.second;
     const auto reference = order([&](int *p, nuvo_randContext *ctx) {
       return serialPath(n, p, f.data(), kNx, kNy, kNz, kNvar, 1.0, 2.0, 0.5, 0.6, 1.5, ctx);
     });

@@ -72,14 +72,14 @@ void PrintTo(const Case &c, std::ostream *os) {
 void channels(nuvo_simInput *si) {
   OwnedImage ti;
   require(NUVOGenerateChannelImage(&ti.image, 60, 60, 1, 0.3, 5.0, 2));
-  build(si, ti.image, 36, 30, 1, 6.0);
+  build(si, ti.image, 48, 48, 1, 6.0);
 }
 
 void conditionedLenses(nuvo_simInput *si) {
   OwnedImage ti, reference;
   require(NUVOGenerateContinuousImage(&ti.image, 24, 24, 8, 4.0, 4));
-  require(NUVOGenerateContinuousImage(&reference.image, 16, 14, 6, 4.0, 9));
-  build(si, ti.image, 16, 14, 6, 3.0);
+  require(NUVOGenerateContinuousImage(&reference.image, 16, 16, 9, 4.0, 9));
+  build(si, ti.image, 16, 16, 9, 3.0);
   si->distanceType[0] = 2;
   si->distanceThreshold[0] = si->postProcessingDistanceThreshold[0] = 0.05;
   si->maxScanFraction[0] = 0.2;
@@ -128,8 +128,8 @@ void sand(nuvo_simInput *si, int usage) {
   }
   sp.localPdfImage = nuvo_test::initialisedRecords<nuvo_image>(1, NUVOInitImage);
   require(
-      nuvo_test::makeImage(sp.localPdfImage, 36, 30, 1, {"p0", "p1"}, [](int x, int, int, int iv) {
-        const double p = 0.1 + 0.02 * x;
+      nuvo_test::makeImage(sp.localPdfImage, 48, 48, 1, {"p0", "p1"}, [](int x, int, int, int iv) {
+        const double p = 0.1 + 0.015 * x;
         return iv == 1 ? p : 1.0 - p;
       }));
   sp.localPdfSupportRadius = valuesOf<double>({4.0});
