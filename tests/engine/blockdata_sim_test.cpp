@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "../input/siminput_builder.hpp"
+#include "channel_simulation.hpp"
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
 #include "tests/support/temp_stream.hpp"
@@ -16,7 +16,6 @@
 namespace {
 
 using nuvo_test::require;
-constexpr int kN = 40;
 
 // A progress monitor that writes down the warnings among its calls.
 struct Warnings {
@@ -38,29 +37,8 @@ struct Box {
   double target, tolerance;
 };
 
-class BlockDataSimulation : public ::testing::Test {
+class BlockDataSimulation : public nuvo_test::ChannelSimulation {
  protected:
-  void SetUp() override {
-    NUVOInitSimInput(&si_);
-    NUVOInitSimOutput(&out_);
-    nuvo_image ti;
-    NUVOInitImage(&ti);
-    require(NUVOGenerateChannelImage(&ti, 80, 80, 1, 0.3, 5.0, 2));
-    nuvo_test::buildValidSimInput(&si_, ti);
-    NUVOFreeImage(&ti);
-    NUVOFreeImage(si_.simImage);
-    require(nuvo_test::makeImage(si_.simImage, kN, kN, 1, {"facies"},
-                                 [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
-    si_.outputSimJob = OUTPUT_SIM_NO_FILE;
-    si_.outputReportFlag = 0;
-    si_.nneighboringNode[0] = 20;
-    si_.searchNeighborhoodParameters[0].rx = si_.searchNeighborhoodParameters[0].ry = 6.0;
-  }
-  void TearDown() override {
-    NUVOFreeSimOutput(&out_);
-    NUVOFreeSimInput(&si_);
-  }
-
   void useContinuousField() {
     NUVOFreeImage(&si_.trainImage[0]);
     require(NUVOGenerateContinuousImage(&si_.trainImage[0], 80, 80, 1, 6.0, 3));
@@ -117,8 +95,6 @@ class BlockDataSimulation : public ::testing::Test {
     return error;
   }
 
-  nuvo_simInput si_;
-  nuvo_simOutput out_;
 };
 
 // Targets above and below the training image's sand share (about 0.28), one

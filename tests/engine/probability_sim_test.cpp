@@ -5,7 +5,7 @@
 #include <functional>
 #include <vector>
 
-#include "../input/siminput_builder.hpp"
+#include "channel_simulation.hpp"
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
 #include "tests/constraints/test_files.hpp"
@@ -14,31 +14,9 @@
 namespace {
 
 using nuvo_test::require;
-constexpr int kN = 40;
 
-class ProbabilitySimulation : public ::testing::Test {
+class ProbabilitySimulation : public nuvo_test::ChannelSimulation {
  protected:
-  void SetUp() override {
-    NUVOInitSimInput(&si_);
-    NUVOInitSimOutput(&out_);
-    nuvo_image ti;
-    NUVOInitImage(&ti);
-    require(NUVOGenerateChannelImage(&ti, 80, 80, 1, 0.3, 5.0, 2));
-    nuvo_test::buildValidSimInput(&si_, ti);
-    NUVOFreeImage(&ti);
-    NUVOFreeImage(si_.simImage);
-    require(nuvo_test::makeImage(si_.simImage, kN, kN, 1, {"facies"},
-                                 [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
-    si_.outputSimJob = OUTPUT_SIM_NO_FILE;
-    si_.outputReportFlag = 0;
-    si_.nneighboringNode[0] = 20;
-    si_.searchNeighborhoodParameters[0].rx = si_.searchNeighborhoodParameters[0].ry = 6.0;
-  }
-  void TearDown() override {
-    NUVOFreeSimOutput(&out_);
-    NUVOFreeSimInput(&si_);
-  }
-
   // Two classes, background [-0.5, 0.5[ and sand [0.5, 1.5[, with the method and
   // constant threshold given.
   nuvo_softProbability &constrain(int usage, int method, double threshold) {
@@ -83,8 +61,6 @@ class ProbabilitySimulation : public ::testing::Test {
     return error;
   }
 
-  nuvo_simInput si_;
-  nuvo_simOutput out_;
 };
 
 // MAE over two classes is |q - p| of the sand class: the constraint pushes while
