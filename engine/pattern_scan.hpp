@@ -14,6 +14,7 @@
 #include <array>
 #include <cstdint>
 
+#include "constraints/connectivity_pattern.hpp"
 #include "engine/distance_kernel.hpp"
 #include "engine/scan_window.hpp"
 #include "nuvo_image.h"
@@ -38,6 +39,8 @@ struct DataEvent {
   int nconstraint = 0;
   std::array<ClassPenalty, kMaxEventVariables> constraint{};
   double floor = 0.0;  // the smallest possible error: the constraints' smallest terms
+  int npattern = 0;    // connectivity patterns of labels (their smallest term is 0)
+  std::array<LabelTerm, kMaxEventVariables> pattern{};
 
   // Error of the candidate at training-image node `node`, or kAbandoned when it
   // must end above `best`: the constraint terms first, then the variables in
@@ -46,6 +49,10 @@ struct DataEvent {
     double e = 0.0;
     for (int c = 0; c < nconstraint; ++c) {
       e += constraint[c].penalty[constraint[c].trainClass[node]];
+      if (e > best) return kAbandoned;
+    }
+    for (int p = 0; p < npattern; ++p) {
+      e += pattern[p].error(node);
       if (e > best) return kAbandoned;
     }
     for (int v = 0; v < nvar; ++v) {

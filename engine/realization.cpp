@@ -108,6 +108,7 @@ class RealizationRun {
   const RealizationMaps &maps_;
   std::vector<GatheredVariable> gathered_;
   std::vector<int> targets_;                  // variables simulated at the current entry
+  int node_ = -1;                             // the node of the current entry
   std::vector<int> constrained_;              // targets whose constraint applies at the entry
   std::vector<std::vector<double>> penalty_;  // per variable: the constraint term per class
   DataEvent event_;
@@ -198,6 +199,8 @@ void RealizationRun::deformOffsets(int node, nuvo_randContext *ctx) {
       g.dz[kept] = dz;
       g.value[kept] = g.value[i];
       g.weight[kept] = g.weight[i];
+      g.node[kept] = g.node[i];
+      g.distance[kept] = g.distance[i];
       ++kept;
     }
     g.count = kept;
@@ -297,6 +300,16 @@ void RealizationRun::prepareEvent(int t, const PathSettings &settings) {
                                                penalty_[v].data()};
     event_.floor += *std::min_element(penalty_[v].begin(), penalty_[v].end());
   }
+  event_.npattern = 0;
+  if (setup_.pattern == nullptr) return;
+  for (int v : targets_) {
+    const GatheredVariable &g = gathered_[v];
+    const std::size_t n = static_cast<std::size_t>(g.count);
+    if (n > 0 && setup_.pattern->at(v, node_, std::span(g.node).first(n),
+                                    std::span(g.tiOffset).first(n), g.distance[n - 1],
+                                    &event_.pattern[event_.npattern]))
+      ++event_.npattern;
+  }
 }
 
 // The scan limit of the entry: its variable's, or in vector mode the largest of
@@ -314,6 +327,7 @@ void RealizationRun::copy(int t, int tiNode, int node) {
   for (int v : targets_) {
     valueAt(sim_, v, node) = valueAt(ti, v, tiNode);
     if (ProbabilityConstraint *c = setup_.constraint(v)) c->assign(node, c->trainClass(t)[tiNode]);
+    if (setup_.pattern != nullptr) setup_.pattern->assign(v, node, tiNode);
   }
 }
 
@@ -334,6 +348,7 @@ void RealizationRun::writeMaps(int entry, int node, int pathIndex, const Outcome
 void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo_randContext *ctx,
                                    Outcome *o) {
   const int node = setup_.vectorMode ? entry : entry % grid_.nxyz;
+  node_ = node;
   listTargets(entry);
   const bool informed = gather(node, settings);
   if (informed) applyConstraints(node);
@@ -477,6 +492,7 @@ int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
           if (!target) continue;
           valueAt(sim, v, node) = NUVO_MISSING_VALUE;
           if (ProbabilityConstraint *c = setup.constraint(v)) c->clear(node);
+          if (setup.pattern != nullptr) setup.pattern->clear(v, node);
         }
       }
       NUVO_TRY(run.runPath(again, setup.postProcessing, base, false, state, pm, callback));

@@ -28,6 +28,7 @@
 #include <span>
 #include <vector>
 
+#include "constraints/connectivity_pattern.hpp"
 #include "constraints/probability_constraint.hpp"
 #include "engine/local_transform.hpp"
 #include "nuvo_image.h"
@@ -64,6 +65,9 @@ struct RealizationSetup {
   // Probability constraints, when some variable has one. Not read-only: the
   // realization keeps their running counts and grid classes up to date.
   ProbabilityConstraints *probability = nullptr;
+  // Connectivity patterns of labels, when some variable has one; the realization
+  // keeps the labels of the grid up to date.
+  ConnectivityPattern *pattern = nullptr;
 
   // Variable v's probability constraint, or null.
   ProbabilityConstraint *constraint(int v) const {

@@ -114,6 +114,7 @@ class StandardSimulation {
   PreparedData prepared_;
   ProbabilityConstraints probability_;
   ConnectivityPaths connectivity_;
+  ConnectivityPattern pattern_;
   std::vector<signed char> realizationFlag_;  // entry flags with this realization's pasted paths
   LocalTransform transform_;
   OwnedNeighborhoods neighborhoods_;
@@ -132,9 +133,11 @@ int StandardSimulation::prepare() {
                                 conditioned_.image));
   NUVO_TRY(simPrepareData(si_, std::span<const nuvo_image>(trainImage_, si_.ntrainImage),
                           conditioned_.image, &prepared_, pm_, callback_));
-  if (!label.empty())
+  if (!label.empty()) {
     NUVO_TRY(connectivity_.prepare(si_, label, conditioned_.image, trainImage_,
                                    prepared_.entryFlag));
+    NUVO_TRY(pattern_.prepare(si_, label, conditioned_.image, trainImage_));
+  }
   NUVO_TRY(checkStop(pm_));
   NUVO_TRY(normalize());
   NUVO_TRY(NUVOCopyImage(&conditioned_.image, &work_.image));
@@ -269,6 +272,7 @@ void StandardSimulation::prepareSetup() {
                                 si_.distanceThreshold, si_.maxScanFraction, si_.tolerance);
   setup_.npostProcessingPathMax = si_.npostProcessingPathMax;
   setup_.transform = transform_.active() ? &transform_ : nullptr;
+  if (!pattern_.empty()) setup_.pattern = &pattern_;
   if (!probability_.empty()) {
     setup_.probability = &probability_;
     for (int v = 0; v < si_.nvar; ++v)
@@ -337,6 +341,7 @@ int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
   std::memcpy(work_.image.var, conditioned_.image.var,
               sizeof(double) * static_cast<std::size_t>(work_.image.nxyzv));
   probability_.beginRealization();
+  pattern_.beginRealization();
   std::vector<int> path(pathTemplate_);
   std::span<const signed char> entryFlag = prepared_.entryFlag;
   if (connectivity_.pastes()) {

@@ -1,6 +1,14 @@
 /* Connectivity constraints: conditioning nodes that carry the same positive label
  * must end up in one connected body of the simulated variable.
  *
+ * Usage 1 and 2 bind the labelled nodes of each group, before every realization,
+ * by paths found in the geobodies of a reference image and pasted as conditioning
+ * data (the reference is laid on the grid by a translation drawn among those that
+ * put the whole group on its class; an image file of the grid's dimensions is laid
+ * as it is). Usage 3 checks, for each candidate of the scan, that the labelled
+ * nodes of the data event sharing a label lie in one geobody of the first training
+ * image; the fraction that do not is the pattern error, compared with `threshold`.
+ *
  * nuvo_connectivity is the record used by the simulation (one per variable);
  * nuvo_connectivityASCII is its text form, naming the reference image file and
  * variable instead of holding the image. Both own every pointer they hold; their

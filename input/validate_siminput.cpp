@@ -292,14 +292,11 @@ int checkTrainImagePdf(const nuvo_simInput &si) {
   return 0;
 }
 
-// The pattern of labels of the connectivity constraints, block data and pyramids
-// are read, printed and validated, but the simulation does not apply them yet:
-// an input that uses them is refused rather than simulated without them.
+// Block data and pyramids are read, printed and validated, but the simulation
+// does not apply them yet: an input that uses them is refused rather than
+// simulated without them.
 int refuseUnavailableConstraints(const nuvo_simInput &si) {
   for (int iv = 0; iv < si.nvar; ++iv) {
-    NUVO_FAIL_IF(si.connectivity != nullptr && si.connectivity[iv].connectivityConstraintUsage ==
-                                                   NUVO_CONNECTIVITY_PATTERN,
-                 -2095);
     NUVO_FAIL_IF(si.blockData != nullptr && si.blockData[iv].blockDataUsage != 0, -2919);
   }
   NUVO_FAIL_IF(
