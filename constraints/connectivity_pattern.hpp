@@ -38,12 +38,12 @@ namespace nuvo {
 // The label term of one variable at one node, read for every candidate.
 struct LabelTerm {
   int count = 0;
-  const int *offset = nullptr;          // training-image offsets of the labelled nodes
-  const int *lead = nullptr;            // per labelled node: the index of its lead
-  const std::int16_t *cls = nullptr;    // per labelled node: the class of its label
-  const int *component = nullptr;       // reference component of every training node
+  const int *offset = nullptr;                   // training-image offsets of the labelled nodes
+  const int *lead = nullptr;                     // per labelled node: the index of its lead
+  const std::int16_t *cls = nullptr;             // per labelled node: the class of its label
+  const int *component = nullptr;                // reference component of every training node
   const std::int16_t *componentClass = nullptr;  // per component: its class
-  double scale = 0.0;                   // 1 / (count * threshold)
+  double scale = 0.0;                            // 1 / (count * threshold)
 
   double error(int tiNode) const {
     int broken = 0;

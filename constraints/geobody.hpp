@@ -39,7 +39,6 @@ class GeobodyGrid {
   void forEachNeighbour(int node, Visit visit) const;
 
  private:
-
   int nx_, ny_, nz_, type_;
   mutable std::vector<int> front_, next_;
 };

@@ -305,9 +305,9 @@ void RealizationRun::prepareEvent(int t, const PathSettings &settings) {
   for (int v : targets_) {
     const GatheredVariable &g = gathered_[v];
     const std::size_t n = static_cast<std::size_t>(g.count);
-    if (n > 0 && setup_.pattern->at(v, node_, std::span(g.node).first(n),
-                                    std::span(g.tiOffset).first(n), g.distance[n - 1],
-                                    &event_.pattern[event_.npattern]))
+    if (n > 0 &&
+        setup_.pattern->at(v, node_, std::span(g.node).first(n), std::span(g.tiOffset).first(n),
+                           g.distance[n - 1], &event_.pattern[event_.npattern]))
       ++event_.npattern;
   }
 }

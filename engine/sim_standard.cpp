@@ -134,8 +134,8 @@ int StandardSimulation::prepare() {
   NUVO_TRY(simPrepareData(si_, std::span<const nuvo_image>(trainImage_, si_.ntrainImage),
                           conditioned_.image, &prepared_, pm_, callback_));
   if (!label.empty()) {
-    NUVO_TRY(connectivity_.prepare(si_, label, conditioned_.image, trainImage_,
-                                   prepared_.entryFlag));
+    NUVO_TRY(
+        connectivity_.prepare(si_, label, conditioned_.image, trainImage_, prepared_.entryFlag));
     NUVO_TRY(pattern_.prepare(si_, label, conditioned_.image, trainImage_));
   }
   NUVO_TRY(checkStop(pm_));
@@ -163,8 +163,8 @@ int StandardSimulation::integrateConditioningData(std::vector<int> *label) {
     return NUVOSimIntegrateConditioningData(&si_, &conditioned_.image, &nIgnoredVar, &nConflict,
                                             pm_, callback_);
   label->resize(static_cast<std::size_t>(conditioned_.image.grid->nxyz) * si_.nvar);
-  return NUVOSimIntegrateConditioningDataWithConnectivity(
-      &si_, &conditioned_.image, label->data(), &nIgnoredVar, &nConflict, pm_, callback_);
+  return NUVOSimIntegrateConditioningDataWithConnectivity(&si_, &conditioned_.image, label->data(),
+                                                          &nIgnoredVar, &nConflict, pm_, callback_);
 }
 
 // The realizations read the caller's training images unless some variable is
@@ -352,8 +352,8 @@ int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
   }
   NUVO_TRY(orderPath(path, entryFlag, ctx));
   writer_.startRealization(r);
-  NUVO_TRY(simulateRealization(setup_, &work_.image, entryFlag, path, seed,
-                               writer_.maps(), report_, pm_, callback_));
+  NUVO_TRY(simulateRealization(setup_, &work_.image, entryFlag, path, seed, writer_.maps(), report_,
+                               pm_, callback_));
   denormalize();
   if (report_ != nullptr) {
     const std::string stars(80, '*');

@@ -129,16 +129,14 @@ NUVO_API int NUVOConnectivityASCIIToConnectivity(const nuvo_connectivityASCII *i
  *  changes nothing. Returns 0; -20 for a null pointer; -150 when the image is
  *  not on the grid; -182 when a node already holds a different label. */
 NUVO_API int NUVOImageToImageWithConnectivityLabel(const nuvo_image *image, const char *labelName,
-                                                   const nuvo_grid *grid, int *label,
-                                                   int *nlabel);
+                                                   const nuvo_grid *grid, int *label, int *nlabel);
 /** As NUVOImageToImageWithConnectivityLabel for a data point set: each point
  *  goes to its node (NUVOGetIndexInGridForPointSet), points outside the grid are
  *  skipped. Returns 0, -20, -180 when a node already holds a different label, or
  *  -1. */
 NUVO_API int NUVOPointSetToImageWithConnectivityLabel(const nuvo_pointSet *ps,
-                                                      const char *labelName,
-                                                      const nuvo_grid *grid, int *label,
-                                                      int *nlabel);
+                                                      const char *labelName, const nuvo_grid *grid,
+                                                      int *label, int *nlabel);
 
 /** The binding order of one group of n nodes (node indices of a grid nx wide and
  *  ny deep) for usage 2: every pair gets the grid-step distance of its index

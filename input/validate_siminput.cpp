@@ -323,8 +323,7 @@ int validateSimInput(nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progressC
     return 0;
   NUVO_TRY(checkConstraints(si, pm, callback, error));
   if (*error != 0 || failed(checkProbabilityConstraintsWithInput(si)) ||
-      failed(checkConnectivityWithInput(si)) ||
-      failed(checkScanFractions(si, si.maxScanFraction)))
+      failed(checkConnectivityWithInput(si)) || failed(checkScanFractions(si, si.maxScanFraction)))
     return 0;
   NUVO_TRY(checkPyramids(si, pm, callback, error));
   if (*error != 0 || failed(checkPostProcessing(si))) return 0;

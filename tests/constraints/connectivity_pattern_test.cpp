@@ -25,8 +25,8 @@ TEST(ConnectivityPattern, LabelledNodesMustShareOneBodyOfTheirClass) {
   nuvo_image ti;
   NUVOInitImage(&ti);
   const std::vector<double> row = {1, 1, 1, 0, 1, 1, 1, 0, 0};
-  require(nuvo_test::makeImage(&ti, 9, 1, 1, {"facies"},
-                               [&](int x, int, int, int) { return row[x]; }));
+  require(
+      nuvo_test::makeImage(&ti, 9, 1, 1, {"facies"}, [&](int x, int, int, int) { return row[x]; }));
   nuvo_test::addTrainImage(&si, &ti);
   NUVOFreeImage(&ti);
   si.connectivity = nuvo_test::initialisedRecords<nuvo_connectivity>(1, NUVOInitConnectivity);

@@ -210,9 +210,8 @@ int integrateLabels(const LabelCase &c, std::vector<int> *label, std::vector<int
                             std::vector<double> b) {
     nuvo_image data;
     NUVOInitImage(&data);
-    require(nuvo_test::makeImage(&data, 6, 1, 1, names, [&](int x, int, int, int iv) {
-      return iv == 0 ? a[x] : b[x];
-    }));
+    require(nuvo_test::makeImage(&data, 6, 1, 1, names,
+                                 [&](int x, int, int, int iv) { return iv == 0 ? a[x] : b[x]; }));
     nuvo_test::addDataImage(&si, data);
     NUVOFreeImage(&data);
   };
@@ -251,10 +250,10 @@ TEST(ConnectivityLabels, LabelsArePlacedMaskedAndCheckedAgainstTheData) {
   std::vector<int> label, warnings;
   // Labels 0 and below constrain nothing; 2.2 is label 2; the point gives node 0
   // its label again; the mask removes the label of node 5 (and its datum).
-  EXPECT_EQ(integrateLabels({{1, 0, 1, 1, 1, 1}, {1, -3, 2.2, 2, 1, 3}, {}, 1.0,
-                             {1, 1, 1, 1, 1, 0}},
-                            &label, &warnings),
-            0);
+  EXPECT_EQ(
+      integrateLabels({{1, 0, 1, 1, 1, 1}, {1, -3, 2.2, 2, 1, 3}, {}, 1.0, {1, 1, 1, 1, 1, 0}},
+                      &label, &warnings),
+      0);
   EXPECT_EQ(label, (std::vector<int>{1, 0, 2, 2, 1, 0}));
   EXPECT_EQ(warnings, (std::vector<int>{44, 43, 40, 46}));
   // Without any label the constraint is dropped with warning 55.
