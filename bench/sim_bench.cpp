@@ -29,7 +29,8 @@
 //   sampled from the training image, the channel points taken three by three in
 //   order of y as groups to connect (label variable "well"); without constraint
 //   (the plain run), then connecting paths bound in random order and by distance
-//   (first training image as reference, 4 neighbours).
+//   (first training image as reference, 4 neighbours), then the pattern of labels
+//   checked during the scan (threshold 0.05, no deactivation distance).
 //
 // Counters: simulated nodes per second, candidates scanned per node (read back
 // from the report's scan statistics) and the time per scanned candidate.
@@ -235,10 +236,17 @@ void BM_Channels2DConnectivity(benchmark::State &state) {
     con.varName = static_cast<char *>(std::calloc(NUVO_VAR_NAME_MAX + 1, 1));
     std::snprintf(con.varName, NUVO_VAR_NAME_MAX + 1, "well");
     con.tiAsRefFlag = 1;
+    con.threshold = 0.05;
   }
   runCase(state, &c);
 }
-BENCHMARK(BM_Channels2DConnectivity)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kSecond)->Iterations(3);
+BENCHMARK(BM_Channels2DConnectivity)
+    ->Arg(0)
+    ->Arg(1)
+    ->Arg(2)
+    ->Arg(3)
+    ->Unit(benchmark::kSecond)
+    ->Iterations(3);
 
 void BM_Lenses3D(benchmark::State &state) {
   nuvo_image ti;

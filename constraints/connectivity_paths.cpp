@@ -57,8 +57,7 @@ int ConnectivityPaths::prepare(const nuvo_simInput &si, std::span<const int> lab
 }
 
 int ConnectivityPaths::prepareVariable(const nuvo_simInput &si, int v, std::span<const int> label,
-                                       const nuvo_image &conditioned,
-                                       const nuvo_image *trainImage,
+                                       const nuvo_image &conditioned, const nuvo_image *trainImage,
                                        std::span<const signed char> entryFlag) {
   Variable &var = variable_[v];
   NUVOInitImage(&var.value);
@@ -154,9 +153,9 @@ int ConnectivityPaths::paste(nuvo_image *work, std::span<signed char> entryFlag,
       }
     }
     if (failed && pm != nullptr)
-      NUVO_TRY(reportWarning(pm, callback,
-                             var.usage == NUVO_CONNECTIVITY_PATHS_RANDOM_ORDER ? kWarningUsage1
-                                                                               : kWarningUsage2));
+      NUVO_TRY(reportWarning(
+          pm, callback,
+          var.usage == NUVO_CONNECTIVITY_PATHS_RANDOM_ORDER ? kWarningUsage1 : kWarningUsage2));
   }
   return 0;
 }

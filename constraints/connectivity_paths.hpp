@@ -98,8 +98,8 @@ class ConnectivityPaths {
                       std::span<const signed char> entryFlag);
   bool bindGroup(const Variable &var, const ConnectedGroup &group, std::span<const int> order,
                  nuvo_randContext *ctx);
-  bool bindAt(const Variable &var, const ConnectedGroup &group, std::span<const int> order,
-              int sx, int sy, int sz, nuvo_randContext *ctx);
+  bool bindAt(const Variable &var, const ConnectedGroup &group, std::span<const int> order, int sx,
+              int sy, int sz, nuvo_randContext *ctx);
 
   std::vector<Variable> variable_;
   int nx_ = 0, ny_ = 0, nz_ = 0;

@@ -47,16 +47,16 @@ int walkEntry(int type, int nx, int ny, int nz, const int *distance, int target,
   NUVO_FAIL_IF(target < 0 || target >= grid.nxyz(), kBrokenGeobody);
   return guardedCall([&] {
     std::vector<int> walk;
-    NUVO_TRY(grid.walkBack(std::span(distance, static_cast<std::size_t>(grid.nxyz())), target,
-                           walk));
+    NUVO_TRY(
+        grid.walkBack(std::span(distance, static_cast<std::size_t>(grid.nxyz())), target, walk));
     std::copy(walk.begin(), walk.end(), path);
     *npath = static_cast<int>(walk.size());
     return 0;
   });
 }
 
-int joinEntry(int type, int nx, int ny, int nz, int n1, const int *path1, int n2,
-              const int *path2, int *npath, int *path) {
+int joinEntry(int type, int nx, int ny, int nz, int n1, const int *path1, int n2, const int *path2,
+              int *npath, int *path) {
   NUVO_TRY(checkSize(nx, ny, nz));
   NUVO_FAIL_IF(npath == nullptr || path == nullptr, kNotAllocated);
   NUVO_FAIL_IF(n1 < 1 || n2 < 1 || path1 == nullptr || path2 == nullptr, kCannotJoin);
@@ -85,8 +85,7 @@ bool GeobodyGrid::neighbours(int a, int b) const {
   return dx <= 1 && dy <= 1 && dz <= 1 && dx + dy + dz <= type_ + 1;
 }
 
-int GeobodyGrid::walkBack(std::span<const int> distance, int target,
-                          std::vector<int> &path) const {
+int GeobodyGrid::walkBack(std::span<const int> distance, int target, std::vector<int> &path) const {
   path.clear();
   NUVO_FAIL_IF(distance[target] < 0, kBrokenGeobody);
   path.push_back(target);
@@ -134,12 +133,12 @@ int NUVOComputePathInDistanceMapGeobody6(int nx, int ny, int nz, const int *dist
                                          int *npath, int *path) {
   return nuvo::walkEntry(0, nx, ny, nz, distance, target, npath, path);
 }
-int NUVOComputePathInDistanceMapGeobody18(int nx, int ny, int nz, const int *distance,
-                                          int target, int *npath, int *path) {
+int NUVOComputePathInDistanceMapGeobody18(int nx, int ny, int nz, const int *distance, int target,
+                                          int *npath, int *path) {
   return nuvo::walkEntry(1, nx, ny, nz, distance, target, npath, path);
 }
-int NUVOComputePathInDistanceMapGeobody26(int nx, int ny, int nz, const int *distance,
-                                          int target, int *npath, int *path) {
+int NUVOComputePathInDistanceMapGeobody26(int nx, int ny, int nz, const int *distance, int target,
+                                          int *npath, int *path) {
   return nuvo::walkEntry(2, nx, ny, nz, distance, target, npath, path);
 }
 

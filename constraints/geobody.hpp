@@ -34,10 +34,11 @@ class GeobodyGrid {
   // Returns 0 or -2207.
   int join(std::span<const int> path1, std::span<const int> path2, std::vector<int> &path) const;
 
- private:
+  // Calls visit(n) for every neighbour n of node inside the grid.
   template <typename Visit>
   void forEachNeighbour(int node, Visit visit) const;
 
+ private:
   int nx_, ny_, nz_, type_;
   mutable std::vector<int> front_, next_;
 };

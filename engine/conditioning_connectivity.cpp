@@ -63,12 +63,13 @@ int integrateLabels(const nuvo_simInput &si, const nuvo_image &simImage, int *la
 }  // namespace
 }  // namespace nuvo
 
-extern "C" int NUVOSimIntegrateConditioningDataWithConnectivity(
-    const nuvo_simInput *si, nuvo_image *simImage, int *label, int *nIgnoredVar, int *nConflict,
-    nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
+extern "C" int NUVOSimIntegrateConditioningDataWithConnectivity(const nuvo_simInput *si,
+                                                                nuvo_image *simImage, int *label,
+                                                                int *nIgnoredVar, int *nConflict,
+                                                                nuvo_progressMonitor *pm,
+                                                                nuvo_progressCallback callback) {
   NUVO_FAIL_IF(label == nullptr, nuvo::kMemoryNotAllocated);
-  NUVO_TRY(
-      NUVOSimIntegrateConditioningData(si, simImage, nIgnoredVar, nConflict, pm, callback));
+  NUVO_TRY(NUVOSimIntegrateConditioningData(si, simImage, nIgnoredVar, nConflict, pm, callback));
   return nuvo::guardedCall(
       [&] { return nuvo::integrateLabels(*si, *simImage, label, pm, callback); });
 }

@@ -16,6 +16,7 @@
 #include <cstdint>
 
 #include "constraints/block_band.hpp"
+#include "constraints/connectivity_pattern.hpp"
 #include "engine/distance_kernel.hpp"
 #include "engine/scan_window.hpp"
 #include "nuvo_image.h"
@@ -42,6 +43,8 @@ struct DataEvent {
   int nblockTerm = 0;
   std::array<BlockTerm, kMaxEventVariables> blockTerm{};  // block data, per variable
   double floor = 0.0;  // the smallest possible error: the constraints' smallest terms
+  int npattern = 0;    // connectivity patterns of labels (their smallest term is 0)
+  std::array<LabelTerm, kMaxEventVariables> pattern{};
 
   // Error of the candidate at training-image node `node`, or kAbandoned when it
   // must end above `best`: the constraint terms first (probability, then block
@@ -55,6 +58,10 @@ struct DataEvent {
     }
     for (int b = 0; b < nblockTerm; ++b) {
       e += blockTerm[b].at(node);
+      if (e > best) return kAbandoned;
+    }
+    for (int p = 0; p < npattern; ++p) {
+      e += pattern[p].error(node);
       if (e > best) return kAbandoned;
     }
     for (int v = 0; v < nvar; ++v) {

@@ -138,6 +138,7 @@ class RealizationRun {
   const RealizationMaps &maps_;
   std::vector<GatheredVariable> gathered_;
   std::vector<int> targets_;                  // variables simulated at the current entry
+  int node_ = -1;                             // the node of the current entry
   std::vector<int> constrained_;              // targets whose constraint applies at the entry
   std::vector<std::vector<double>> penalty_;  // per variable: the constraint term per class
   std::vector<int> blocked_;                  // targets with block data applying at the entry
@@ -261,6 +262,8 @@ void RealizationRun::deformOffsets(int node, nuvo_randContext *ctx) {
       g.dz[kept] = dz;
       g.value[kept] = g.value[i];
       g.weight[kept] = g.weight[i];
+      g.node[kept] = g.node[i];
+      g.distance[kept] = g.distance[i];
       ++kept;
     }
     g.count = kept;
@@ -367,6 +370,16 @@ void RealizationRun::prepareEvent(int t, const PathSettings &settings) {
                                              bands.data(), static_cast<int>(bands.size())};
     event_.floor += setup_.blockConstraint(v)->floor(bands);
   }
+  event_.npattern = 0;
+  if (setup_.pattern == nullptr) return;
+  for (int v : targets_) {
+    const GatheredVariable &g = gathered_[v];
+    const std::size_t n = static_cast<std::size_t>(g.count);
+    if (n > 0 &&
+        setup_.pattern->at(v, node_, std::span(g.node).first(n), std::span(g.tiOffset).first(n),
+                           g.distance[n - 1], &event_.pattern[event_.npattern]))
+      ++event_.npattern;
+  }
 }
 
 // The scan limit of the entry: its variable's, or in vector mode the largest of
@@ -387,6 +400,7 @@ void RealizationRun::copy(int t, int tiNode, int node) {
     if (ProbabilityConstraint *c = setup_.constraint(v))
       c->assign(node, c->trainClass(t)[tiNode], tally_[static_cast<std::size_t>(v)]);
     if (BlockConstraint *b = setup_.blockConstraint(v)) b->assign(node, value);
+    if (setup_.pattern != nullptr) setup_.pattern->assign(v, node, tiNode);
   }
 }
 
@@ -407,6 +421,7 @@ void RealizationRun::writeMaps(int entry, int node, int pathIndex, const Outcome
 void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo_randContext *ctx,
                                    Outcome *o) {
   const int node = setup_.vectorMode ? entry : entry % grid_.nxyz;
+  node_ = node;
   listTargets(entry);
   const bool informed = gather(node, settings);
   if (informed) applyConstraints(node);
@@ -578,7 +593,9 @@ int runPath(std::span<RealizationRun> runs, std::span<const int> path, const Pat
 int pathThreads(const RealizationSetup &setup) {
   bool simGridAsTi = false;
   for (char flag : setup.simGridAsTi) simGridAsTi = simGridAsTi || flag != 0;
-  return simGridAsTi || setup.blocks != nullptr ? 1 : std::max(1, setup.nthread);
+  return simGridAsTi || setup.blocks != nullptr || setup.pattern != nullptr
+             ? 1
+             : std::max(1, setup.nthread);
 }
 
 std::vector<int> maxScanTable(const RealizationSetup &setup, std::span<const double> fraction) {
@@ -642,6 +659,7 @@ int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
           if (b != nullptr && !isMissing(value)) b->clear(node, value);
           value = NUVO_MISSING_VALUE;
           if (ProbabilityConstraint *c = setup.constraint(v)) c->clear(node);
+          if (setup.pattern != nullptr) setup.pattern->clear(v, node);
         }
       }
       NUVO_TRY(runPath(runs, again, setup.postProcessing, base, false, state, pm, callback));

@@ -29,6 +29,7 @@
 #include <vector>
 
 #include "constraints/block_constraint.hpp"
+#include "constraints/connectivity_pattern.hpp"
 #include "constraints/probability_constraint.hpp"
 #include "engine/local_transform.hpp"
 #include "nuvo_image.h"
@@ -72,6 +73,9 @@ struct RealizationSetup {
   ProbabilityConstraints *probability = nullptr;
   // Block data, when some variable has them; their running sums change likewise.
   BlockConstraints *blocks = nullptr;
+  // Connectivity patterns of labels, when some variable has one; the realization
+  // keeps the labels of the grid up to date.
+  ConnectivityPattern *pattern = nullptr;
 
   // Variable v's probability constraint, or null.
   ProbabilityConstraint *constraint(int v) const {
@@ -127,8 +131,9 @@ std::vector<int> maxScanTable(const RealizationSetup &setup, std::span<const dou
 // The number of threads that run the paths of a realization: setup.nthread,
 // except 1 when a training image is the simulation grid (its values are read
 // anywhere in the grid while being written, so no order of the entries can be
-// kept) or with block data (every simulated value goes into its blocks' running
-// sums, which every entry of the block reads).
+// kept), with block data (every simulated value goes into its blocks' running
+// sums, which every entry of the block reads) and with a connectivity pattern of
+// labels (the labels grow with every simulated body).
 int pathThreads(const RealizationSetup &setup);
 
 // Simulates the entries of `path` (indices v * nxyz + k in one-by-one mode, node

@@ -127,6 +127,7 @@ class StandardSimulation {
   ProbabilityConstraints probability_;
   BlockConstraints blocks_;
   ConnectivityPaths connectivity_;
+  ConnectivityPattern pattern_;
   std::vector<signed char> realizationFlag_;  // entry flags with this realization's pasted paths
   LocalTransform transform_;
   OwnedNeighborhoods neighborhoods_;
@@ -156,9 +157,11 @@ int StandardSimulation::prepareShared() {
   NUVO_TRY(simPrepareData(si_, std::span<const nuvo_image>(trainImage_, si_.ntrainImage),
                           conditioned_.image, &prepared_, pm_, callback_));
   NUVO_TRY(prepareBlocks());
-  if (!label.empty())
-    NUVO_TRY(connectivity_.prepare(si_, label, conditioned_.image, trainImage_,
-                                   prepared_.entryFlag));
+  if (!label.empty()) {
+    NUVO_TRY(
+        connectivity_.prepare(si_, label, conditioned_.image, trainImage_, prepared_.entryFlag));
+    NUVO_TRY(pattern_.prepare(si_, label, conditioned_.image, trainImage_));
+  }
   NUVO_TRY(checkStop(pm_));
   NUVO_TRY(normalize());
   NUVO_TRY(NUVOCopyImage(&conditioned_.image, &work_.image));
@@ -180,8 +183,8 @@ int StandardSimulation::integrateConditioningData(std::vector<int> *label) {
     return NUVOSimIntegrateConditioningData(&si_, &conditioned_.image, &nIgnoredVar, &nConflict,
                                             pm_, callback_);
   label->resize(static_cast<std::size_t>(conditioned_.image.grid->nxyz) * si_.nvar);
-  return NUVOSimIntegrateConditioningDataWithConnectivity(
-      &si_, &conditioned_.image, label->data(), &nIgnoredVar, &nConflict, pm_, callback_);
+  return NUVOSimIntegrateConditioningDataWithConnectivity(&si_, &conditioned_.image, label->data(),
+                                                          &nIgnoredVar, &nConflict, pm_, callback_);
 }
 
 // The realizations read the caller's training images unless some variable is
@@ -297,6 +300,7 @@ void StandardSimulation::prepareSetup() {
   setup_.npostProcessingPathMax = si_.npostProcessingPathMax;
   setup_.transform = transform_.active() ? &transform_ : nullptr;
   if (!blocks_.empty()) setup_.blocks = &blocks_;
+  if (!pattern_.empty()) setup_.pattern = &pattern_;
   if (!probability_.empty()) {
     setup_.probability = &probability_;
     for (int v = 0; v < si_.nvar; ++v)
@@ -366,6 +370,7 @@ int StandardSimulation::realize(int seed, nuvo_randContext *ctx, const Realizati
               sizeof(double) * static_cast<std::size_t>(work_.image.nxyzv));
   probability_.beginRealization();
   blocks_.beginRealization();
+  pattern_.beginRealization();
   std::vector<int> path(pathTemplate_);
   std::span<const signed char> entryFlag = prepared_.entryFlag;
   if (connectivity_.pastes()) {

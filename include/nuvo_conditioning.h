@@ -76,9 +76,11 @@ NUVO_API int NUVOSimIntegrateConditioningData(const nuvo_simInput *si, nuvo_imag
  *  classes, -184 a label found at a single node.
  *  Returns 0, the codes of NUVOSimIntegrateConditioningData and of the label
  *  functions, the codes above, -20 for a null label array. */
-NUVO_API int NUVOSimIntegrateConditioningDataWithConnectivity(
-    const nuvo_simInput *si, nuvo_image *simImage, int *label, int *nIgnoredVar, int *nConflict,
-    nuvo_progressMonitor *pm, nuvo_progressCallback callback);
+NUVO_API int NUVOSimIntegrateConditioningDataWithConnectivity(const nuvo_simInput *si,
+                                                              nuvo_image *simImage, int *label,
+                                                              int *nIgnoredVar, int *nConflict,
+                                                              nuvo_progressMonitor *pm,
+                                                              nuvo_progressCallback callback);
 
 NUVO_EXTERN_C_END
 

@@ -1,6 +1,14 @@
 /* Connectivity constraints: conditioning nodes that carry the same positive label
  * must end up in one connected body of the simulated variable.
  *
+ * Usage 1 and 2 bind the labelled nodes of each group, before every realization,
+ * by paths found in the geobodies of a reference image and pasted as conditioning
+ * data (the reference is laid on the grid by a translation drawn among those that
+ * put the whole group on its class; an image file of the grid's dimensions is laid
+ * as it is). Usage 3 checks, for each candidate of the scan, that the labelled
+ * nodes of the data event sharing a label lie in one geobody of the first training
+ * image; the fraction that do not is the pattern error, compared with `threshold`.
+ *
  * nuvo_connectivity is the record used by the simulation (one per variable);
  * nuvo_connectivityASCII is its text form, naming the reference image file and
  * variable instead of holding the image. Both own every pointer they hold; their
@@ -121,16 +129,14 @@ NUVO_API int NUVOConnectivityASCIIToConnectivity(const nuvo_connectivityASCII *i
  *  changes nothing. Returns 0; -20 for a null pointer; -150 when the image is
  *  not on the grid; -182 when a node already holds a different label. */
 NUVO_API int NUVOImageToImageWithConnectivityLabel(const nuvo_image *image, const char *labelName,
-                                                   const nuvo_grid *grid, int *label,
-                                                   int *nlabel);
+                                                   const nuvo_grid *grid, int *label, int *nlabel);
 /** As NUVOImageToImageWithConnectivityLabel for a data point set: each point
  *  goes to its node (NUVOGetIndexInGridForPointSet), points outside the grid are
  *  skipped. Returns 0, -20, -180 when a node already holds a different label, or
  *  -1. */
 NUVO_API int NUVOPointSetToImageWithConnectivityLabel(const nuvo_pointSet *ps,
-                                                      const char *labelName,
-                                                      const nuvo_grid *grid, int *label,
-                                                      int *nlabel);
+                                                      const char *labelName, const nuvo_grid *grid,
+                                                      int *label, int *nlabel);
 
 /** The binding order of one group of n nodes (node indices of a grid nx wide and
  *  ny deep) for usage 2: every pair gets the grid-step distance of its index

@@ -26,16 +26,15 @@ NUVO_EXTERN_C_BEGIN
  *  nx*ny*nz does not fit in 32 bits; -20 for a null array; -2205 when a start
  *  node is not a node of the grid; -1 when scratch memory cannot be allocated. */
 NUVO_API int NUVOComputeDistanceConnectivity6InGeobody(int nx, int ny, int nz, const int *geobody,
-                                                       int nstart, const int *start,
-                                                       int *distance);
+                                                       int nstart, const int *start, int *distance);
 /** As NUVOComputeDistanceConnectivity6InGeobody with 18 neighbours. */
-NUVO_API int NUVOComputeDistanceConnectivity18InGeobody(int nx, int ny, int nz,
-                                                        const int *geobody, int nstart,
-                                                        const int *start, int *distance);
+NUVO_API int NUVOComputeDistanceConnectivity18InGeobody(int nx, int ny, int nz, const int *geobody,
+                                                        int nstart, const int *start,
+                                                        int *distance);
 /** As NUVOComputeDistanceConnectivity6InGeobody with 26 neighbours. */
-NUVO_API int NUVOComputeDistanceConnectivity26InGeobody(int nx, int ny, int nz,
-                                                        const int *geobody, int nstart,
-                                                        const int *start, int *distance);
+NUVO_API int NUVOComputeDistanceConnectivity26InGeobody(int nx, int ny, int nz, const int *geobody,
+                                                        int nstart, const int *start,
+                                                        int *distance);
 
 /** Walks from node target down a distance map made by the 6-neighbour function:
  *  path receives target, then at each step the first neighbour whose distance is

@@ -293,14 +293,16 @@ int checkTrainImagePdf(const nuvo_simInput &si) {
   return 0;
 }
 
-// The pattern of labels of the connectivity constraints is read, printed and
-// validated, but the simulation does not apply it yet: an input that uses it is
-// refused rather than simulated without it.
+// Connectivity constraints that bind wells by pasted paths are not yet carried
+// through the levels of a pyramid: such an input is refused rather than simulated
+// without them.
 int refuseUnavailableConstraints(const nuvo_simInput &si) {
+  const bool pyramid =
+      si.pyramidGeneralParameters != nullptr && si.pyramidGeneralParameters->npyramidLevel != 0;
   for (int iv = 0; iv < si.nvar; ++iv) {
-    NUVO_FAIL_IF(si.connectivity != nullptr && si.connectivity[iv].connectivityConstraintUsage ==
-                                                   NUVO_CONNECTIVITY_PATTERN,
-                 -2095);
+    NUVO_FAIL_IF(pyramid && si.connectivity != nullptr &&
+                     si.connectivity[iv].connectivityConstraintUsage != 0,
+                 -3520);
   }
   return 0;
 }

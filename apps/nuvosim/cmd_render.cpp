@@ -10,10 +10,10 @@
 #include "commands.hpp"
 #include "files.hpp"
 #include "image_io.hpp"
-#include "picture.hpp"
-#include "png_writer.hpp"
 #include "nuvo_imagefile.h"
 #include "nuvo_pointset.h"
+#include "picture.hpp"
+#include "png_writer.hpp"
 #include "records.hpp"
 
 namespace nuvo::cli {

@@ -85,10 +85,10 @@ TEST(Geobody, WalkFollowsTheBodyAndJoinChecksTheMeetingNode) {
               0);
     EXPECT_EQ(std::vector<int>(joined.begin(), joined.begin() + njoined),
               std::vector<int>(path.begin(), path.begin() + npath));
-    EXPECT_EQ(kJoin[type](nx, ny, 1, static_cast<int>(half1.size()), half1.data(),
-                          static_cast<int>(half2.size()) - 1, half2.data() + 1, &njoined,
-                          joined.data()),
-              -2207);
+    EXPECT_EQ(
+        kJoin[type](nx, ny, 1, static_cast<int>(half1.size()), half1.data(),
+                    static_cast<int>(half2.size()) - 1, half2.data() + 1, &njoined, joined.data()),
+        -2207);
   }
   // A node whose map has no step down is refused with the code of the neighbourhood.
   std::vector<int> gap(nx * ny, -1), path(nx * ny);

@@ -93,7 +93,7 @@ class ConnectivitySimulation : public ::testing::Test {
                                  [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
     si.outputSimJob = OUTPUT_SIM_NO_FILE;
     si.outputReportFlag = 0;
-    si.nrealization = 3;
+    si.nrealization = 2;
     si.searchNeighborhoodParameters[0].rz = nz > 1 ? 2.0 : 0.0;
     nuvo_image data;
     NUVOInitImage(&data);
@@ -116,11 +116,13 @@ class ConnectivitySimulation : public ::testing::Test {
     c.classOfValues = nuvo_test::newClasses("2  1 -0.5 0.5  1 0.5 1.5");
     c.varName = nuvo_test::newText("well", NUVO_VAR_NAME_MAX + 1);
     c.tiAsRefFlag = 1;
+    c.threshold = 0.05;
   }
 
-  // Simulates, then checks in every realization the data and that the wells of
-  // each positive label lie in one sand body.
-  void simulateAndCheck(int type) {
+  // Simulates, then checks in every realization the data and, unless only the
+  // pattern of labels steers the simulation (which does not promise it), that the
+  // wells of each positive label lie in one sand body.
+  void simulateAndCheck(int type, bool connected = true) {
     Warnings warnings;
     NUVOFreeSimOutput(&out_);
     ASSERT_EQ(NUVOSim(&si_.si, &out_, &warnings.pm, Warnings::callback), 0);
@@ -134,7 +136,7 @@ class ConnectivitySimulation : public ::testing::Test {
       for (const Well &w : wells_) {
         const int k = w.x + nx_ * (w.y + ny_ * w.z);
         ASSERT_EQ(v[k], w.facies) << "realization " << r;
-        if (w.label <= 0.0) continue;
+        if (w.label <= 0.0 || !connected) continue;
         int &body = bodyOfLabel[static_cast<int>(w.label)];
         if (body < 0) body = comp[k];
         EXPECT_EQ(comp[k], body) << "label " << w.label << " realization " << r;
@@ -149,7 +151,8 @@ class ConnectivitySimulation : public ::testing::Test {
 };
 
 // Two groups and an unlabelled sand well far from the wells of label 1, on a
-// plane grid, with each binding order and each neighbourhood.
+// plane grid, with each binding order and each neighbourhood; the pattern of
+// labels runs on the same wells.
 TEST_F(ConnectivitySimulation, LabelledWellsEndInOneSandBodyIn2D) {
   build(36, 36, 1, 60, 60, 1,
         {{2, 3, 0, 1.0, 1.0},
@@ -159,11 +162,12 @@ TEST_F(ConnectivitySimulation, LabelledWellsEndInOneSandBodyIn2D) {
          {4, 30, 0, 1.0, 2.0},
          {18, 18, 0, 0.0, 0.0},
          {10, 20, 0, 1.0, 0.0}});
-  for (int usage : {NUVO_CONNECTIVITY_PATHS_RANDOM_ORDER, NUVO_CONNECTIVITY_PATHS_DISTANCE_ORDER})
+  for (int usage : {NUVO_CONNECTIVITY_PATHS_RANDOM_ORDER, NUVO_CONNECTIVITY_PATHS_DISTANCE_ORDER,
+                    NUVO_CONNECTIVITY_PATTERN})
     for (int type : {CONNECT_FACE, CONNECT_FACE_EDGE, CONNECT_FACE_EDGE_CORNER}) {
       SCOPED_TRACE(testing::Message() << "usage " << usage << " type " << type);
       constrain(usage, type);
-      simulateAndCheck(type);
+      simulateAndCheck(type, usage != NUVO_CONNECTIVITY_PATTERN);
     }
 }
 
@@ -206,9 +210,8 @@ int integrateLabels(const LabelCase &c, std::vector<int> *label, std::vector<int
                             std::vector<double> b) {
     nuvo_image data;
     NUVOInitImage(&data);
-    require(nuvo_test::makeImage(&data, 6, 1, 1, names, [&](int x, int, int, int iv) {
-      return iv == 0 ? a[x] : b[x];
-    }));
+    require(nuvo_test::makeImage(&data, 6, 1, 1, names,
+                                 [&](int x, int, int, int iv) { return iv == 0 ? a[x] : b[x]; }));
     nuvo_test::addDataImage(&si, data);
     NUVOFreeImage(&data);
   };
@@ -247,10 +250,10 @@ TEST(ConnectivityLabels, LabelsArePlacedMaskedAndCheckedAgainstTheData) {
   std::vector<int> label, warnings;
   // Labels 0 and below constrain nothing; 2.2 is label 2; the point gives node 0
   // its label again; the mask removes the label of node 5 (and its datum).
-  EXPECT_EQ(integrateLabels({{1, 0, 1, 1, 1, 1}, {1, -3, 2.2, 2, 1, 3}, {}, 1.0,
-                             {1, 1, 1, 1, 1, 0}},
-                            &label, &warnings),
-            0);
+  EXPECT_EQ(
+      integrateLabels({{1, 0, 1, 1, 1, 1}, {1, -3, 2.2, 2, 1, 3}, {}, 1.0, {1, 1, 1, 1, 1, 0}},
+                      &label, &warnings),
+      0);
   EXPECT_EQ(label, (std::vector<int>{1, 0, 2, 2, 1, 0}));
   EXPECT_EQ(warnings, (std::vector<int>{44, 43, 40, 46}));
   // Without any label the constraint is dropped with warning 55.
