@@ -155,7 +155,8 @@ TEST_F(CliChecks, TerminationKeepsCompleteOutputsAndExitsWith143) {
   const std::string script = "cd '" + path("").string() +
                              "' && ('" NUVOSIM_BIN
                              "' run case/tiny.in --quiet 2>err.txt & pid=$!; n=0; "
-                             "while [ ! -e case/out/sim_real00000.gslib ] && [ $n -lt 600 ]; "
+                             "while ! ls case/out/.nuvosim-*sim_real00001.gslib >/dev/null 2>&1 && "
+                             "[ $n -lt 600 ]; "
                              "do sleep 0.1; n=$((n+1)); done; "
                              "kill -TERM $pid; wait $pid; echo $? >status.txt)";
   ASSERT_EQ(std::system(script.c_str()), 0);
