@@ -6,6 +6,7 @@
 
 #include "data/values.hpp"
 #include "nuvo_pyramid.h"
+#include "pyramid/level_grid.hpp"
 
 namespace nuvo {
 namespace {
@@ -31,18 +32,6 @@ int dimensionOf(const Operation &op, int n, int k, int *nOut, int *shift) {
                    : NUVOPyramidExpandDimension(n, k, nOut);
 }
 
-void setCoarseOrFineGrid(const nuvo_grid &in, const std::array<int, 3> &n, nuvo_grid *out) {
-  *out = in;
-  out->nx = n[0];
-  out->ny = n[1];
-  out->nz = n[2];
-  out->sx = in.nx * in.sx / n[0];
-  out->sy = in.ny * in.sy / n[1];
-  out->sz = in.nz * in.sz / n[2];
-  out->nxy = n[0] * n[1];
-  out->nxyz = out->nxy * n[2];
-}
-
 int filterImage(const nuvo_image *in, nuvo_image *out, std::array<int, 3> k,
                 std::array<double, 3> alpha, const Operation &op) {
   NUVO_FAIL_IF(in == nullptr || in->grid == nullptr || in->var == nullptr || out == nullptr,
@@ -66,7 +55,7 @@ int filterImage(const nuvo_image *in, nuvo_image *out, std::array<int, 3> k,
   }
 
   NUVO_TRY(NUVOMallocImage(out, nxyz, in->nvar));
-  setCoarseOrFineGrid(g, nOut, out->grid);
+  setLevelGrid(g, nOut, out->grid);
   out->nvar = in->nvar;
   out->nxyzv = nxyzv;
   std::vector<double> weight(static_cast<std::size_t>(nxyz));

@@ -10,6 +10,7 @@
 #include "data/values.hpp"
 #include "engine/owned.hpp"
 #include "nuvo_pyramid.h"
+#include "pyramid/level_grid.hpp"
 
 namespace nuvo {
 namespace {
@@ -33,15 +34,7 @@ int coarseGridOf(const nuvo_grid &g, const Steps &k, nuvo_grid *out, Steps *shif
   for (int a = 0; a < 3; ++a) NUVO_FAIL_IF(k[a] < 0, -3502 - a);
   for (int a = 0; a < 3; ++a)
     NUVO_FAIL_IF(NUVOPyramidReduceDimension(n[a], k[a], &nOut[a], &(*shift)[a]) != 0, -3506 - a);
-  *out = g;
-  out->nx = nOut[0];
-  out->ny = nOut[1];
-  out->nz = nOut[2];
-  out->sx = g.nx * g.sx / nOut[0];
-  out->sy = g.ny * g.sy / nOut[1];
-  out->sz = g.nz * g.sz / nOut[2];
-  out->nxy = nOut[0] * nOut[1];
-  out->nxyz = out->nxy * nOut[2];
+  setLevelGrid(g, nOut, out);
   return 0;
 }
 
