@@ -5,9 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <span>
-#include <string>
 #include <vector>
 
 #include "constraints/connectivity_paths.hpp"
@@ -15,6 +13,7 @@
 #include "engine/owned.hpp"
 #include "engine/prepared_data.hpp"
 #include "engine/realization.hpp"
+#include "engine/realization_loop.hpp"
 #include "engine/sim_files.hpp"
 #include "engine/sim_level.hpp"
 #include "engine/sim_report.hpp"
@@ -108,7 +107,6 @@ class StandardSimulation {
   int integrateConditioningData(std::vector<int> *label);
   int orderPath(std::vector<int> &path, std::span<const signed char> entryFlag,
                 nuvo_randContext *ctx) const;
-  int simulate(int r, int seed, nuvo_randContext *ctx);
 
   const nuvo_simInput &si_;
   nuvo_simOutput *out_;
@@ -386,37 +384,15 @@ int StandardSimulation::realize(int seed, nuvo_randContext *ctx, const Realizati
   return 0;
 }
 
-int StandardSimulation::simulate(int r, int seed, nuvo_randContext *ctx) {
-  const std::clock_t start = std::clock();
-  if (report_ != nullptr)
-    std::fprintf(report_, "Realization %5d of %5d:\n", r + 1, si_.nrealization);
-  writer_.startRealization(r);
-  NUVO_TRY(realize(seed, ctx, writer_.maps()));
-  if (report_ != nullptr) {
-    const std::string stars(80, '*');
-    std::fprintf(report_, "%s\nCPU time (sec) for realization %5d of %5d: %10.2f\n%s\n",
-                 stars.c_str(), r + 1, si_.nrealization,
-                 static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, stars.c_str());
-  }
-  return writer_.finishRealization(r, work_.image);
-}
-
 int StandardSimulation::run() {
   nuvo_randContext ctx;
   NUVOInitRandContext(&ctx);
-  int seed = si_.seed;
-  for (int r = 0; r < si_.nrealization; ++r) {
-    if (pm_ != nullptr) {
-      pm_->nrealization = si_.nrealization;
-      pm_->ireal = r;
-      pm_->progress = 0;
-    }
-    NUVO_TRY(simulate(r, seed, &ctx));
-    seed = static_cast<int>(static_cast<unsigned int>(seed) +
-                            static_cast<unsigned int>(si_.seedIncrement));
-    NUVO_TRY(checkStop(pm_));
-  }
-  return writer_.finish();
+  return runRealizations(si_, report_, pm_, writer_,
+                         [&](int, int seed, const nuvo_image **result) {
+                           NUVO_TRY(realize(seed, &ctx, writer_.maps()));
+                           *result = &work_.image;
+                           return 0;
+                         });
 }
 
 }  // namespace

@@ -11,6 +11,9 @@
 
 namespace nuvo {
 
+// What every multithreaded entry point returns for fewer than one thread.
+inline constexpr int kInvalidThreadCount = -99;
+
 struct ThreadSettings {
   int nthread = 1;                // threads of the node loop; 1 is the serial loop
   WaitCounters *waits = nullptr;  // when not null, receives the threads' waits

@@ -1,14 +1,11 @@
 // The multithreaded twins of the distance-guided paths and of the Euclidean
 // distance map.
 #include "engine/path_guided.hpp"
+#include "engine/sim_standard.hpp"
 #include "nuvo_omp.h"
 #include "toolkit/distance_map.hpp"
 
-namespace {
-
-constexpr int kInvalidThreadCount = -99;
-
-}  // namespace
+using nuvo::kInvalidThreadCount;
 
 using nuvo::EntryForm;
 using nuvo::Guide;

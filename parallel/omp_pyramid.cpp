@@ -1,14 +1,18 @@
-// The multithreaded twins of the pyramid reduction and expansion.
+// The multithreaded twins of the pyramid simulation, reduction and expansion.
+#include "engine/sim_standard.hpp"
 #include "nuvo_omp.h"
 #include "pyramid/pyramid_filter.hpp"
+#include "pyramid/pyramid_sim.hpp"
 
-namespace {
-
-constexpr int kInvalidThreadCount = -99;
-
-}  // namespace
+using nuvo::kInvalidThreadCount;
 
 extern "C" {
+
+int NUVOOMPSimPyramid(const nuvo_simInput *si, nuvo_simOutput *out, FILE *report,
+                      nuvo_progressMonitor *pm, nuvo_progressCallback callback, int nthread) {
+  if (nthread < 1) return kInvalidThreadCount;
+  return nuvo::simulatePyramid(*si, out, report, pm, callback, {.nthread = nthread});
+}
 
 int NUVOOMPPyramidReduce(const double *in, int nx, int ny, int nz, int kx, int ky, int kz,
                          const double *wx, const double *wy, const double *wz, int shiftx,

@@ -4,11 +4,7 @@
 #include "foundation/check.hpp"
 #include "nuvo_omp.h"
 
-namespace {
-
-constexpr int kInvalidThreadCount = -99;
-
-}  // namespace
+using nuvo::kInvalidThreadCount;
 
 extern "C" int NUVOOMPSim(nuvo_simInput *si, nuvo_simOutput *out, nuvo_progressMonitor *pm,
                           nuvo_progressCallback callback, int nthread) {

@@ -5,20 +5,19 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
-#include <string>
 #include <vector>
 
 #include "data/values.hpp"
 #include "engine/sim_files.hpp"
+#include "engine/realization_loop.hpp"
 #include "engine/sim_level.hpp"
 #include "engine/variable_transforms.hpp"
 #include "foundation/check.hpp"
 #include "nuvo_conditioning.h"
-#include "nuvo_omp.h"
 #include "nuvo_random.h"
 #include "nuvo_sim.h"
 #include "pyramid/pyramid_levels.hpp"
+#include "pyramid/pyramid_sim.hpp"
 
 namespace nuvo {
 namespace {
@@ -36,7 +35,7 @@ class PyramidSimulation {
  private:
   int resetLevels();
   int runStep(LevelStep &step, int seed, const RealizationMaps &maps, LevelImage *result);
-  int simulate(int r, int seed);
+  int simulate(int seed, LevelImage *result);
 
   const nuvo_simInput &si_;
   nuvo_simOutput *out_;
@@ -162,18 +161,15 @@ int PyramidSimulation::runStep(LevelStep &step, int seed, const RealizationMaps 
   return 0;
 }
 
-int PyramidSimulation::simulate(int r, int seed) {
-  const std::clock_t start = std::clock();
-  if (report_ != nullptr)
-    std::fprintf(report_, "Realization %5d of %5d:\n", r + 1, si_.nrealization);
+// Realization r from `seed`: the level simulations of the mode in order; level 0
+// is left in `result`.
+int PyramidSimulation::simulate(int seed, LevelImage *result) {
   NUVO_TRY(resetLevels());
   // Each level simulation draws its own seed from the realization's stream.
   nuvo_randContext ctx;
   NUVOInitRandContext(&ctx);
   NUVODoubleRand(seed, &ctx);
-  writer_.startRealization(r);
   const int n = levels_.nlevel();
-  LevelImage result;
   for (LevelStep &step : levels_.steps()) {
     const int levelSeed = 1 + static_cast<int>(NUVODoubleRand(0, &ctx) * 2147483646.0);
     if (report_ != nullptr)
@@ -183,36 +179,29 @@ int PyramidSimulation::simulate(int r, int seed) {
                        : "- simulating pyramid level %d of %d\n",
                    step.level, n);
     NUVO_TRY(
-        runStep(step, levelSeed, step.level == 0 ? writer_.maps() : RealizationMaps{}, &result));
+        runStep(step, levelSeed, step.level == 0 ? writer_.maps() : RealizationMaps{}, result));
     NUVO_TRY(checkStop(pm_));
   }
-  if (report_ != nullptr) {
-    const std::string stars(80, '*');
-    std::fprintf(report_, "%s\nCPU time (sec) for realization %5d of %5d: %10.2f\n%s\n",
-                 stars.c_str(), r + 1, si_.nrealization,
-                 static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, stars.c_str());
-  }
-  // Level 0 holds the simulated variables first.
-  nuvo_image view = *result.get();
-  view.nvar = si_.nvar;
-  view.nxyzv = si_.nvar * view.grid->nxyz;
-  return writer_.finishRealization(r, view);
+  return 0;
 }
 
 int PyramidSimulation::run() {
-  int seed = si_.seed;
-  for (int r = 0; r < si_.nrealization; ++r) {
-    if (pm_ != nullptr) {
-      pm_->nrealization = si_.nrealization;
-      pm_->ireal = r;
-      pm_->progress = 0;
-    }
-    NUVO_TRY(simulate(r, seed));
-    seed = static_cast<int>(static_cast<unsigned int>(seed) +
-                            static_cast<unsigned int>(si_.seedIncrement));
-  }
-  return writer_.finish();
+  LevelImage result;
+  nuvo_image view;
+  return runRealizations(si_, report_, pm_, writer_,
+                         [&](int, int seed, const nuvo_image **written) {
+                           result = LevelImage{};
+                           NUVO_TRY(simulate(seed, &result));
+                           // Level 0 holds the simulated variables first.
+                           view = *result.get();
+                           view.nvar = si_.nvar;
+                           view.nxyzv = si_.nvar * view.grid->nxyz;
+                           *written = &view;
+                           return 0;
+                         });
 }
+
+}  // namespace
 
 int simulatePyramid(const nuvo_simInput &si, nuvo_simOutput *out, FILE *report,
                     nuvo_progressMonitor *pm, nuvo_progressCallback callback,
@@ -224,18 +213,9 @@ int simulatePyramid(const nuvo_simInput &si, nuvo_simOutput *out, FILE *report,
   });
 }
 
-}  // namespace
 }  // namespace nuvo
 
 extern "C" int NUVOSimPyramid(const nuvo_simInput *si, nuvo_simOutput *out, FILE *report,
                               nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
   return nuvo::simulatePyramid(*si, out, report, pm, callback, {});
-}
-
-extern "C" int NUVOOMPSimPyramid(const nuvo_simInput *si, nuvo_simOutput *out, FILE *report,
-                                 nuvo_progressMonitor *pm, nuvo_progressCallback callback,
-                                 int nthread) {
-  constexpr int kInvalidThreadCount = -99;
-  if (nthread < 1) return kInvalidThreadCount;
-  return nuvo::simulatePyramid(*si, out, report, pm, callback, {.nthread = nthread});
 }
