@@ -12,24 +12,13 @@
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
 #include "tests/support/temp_stream.hpp"
+#include "tests/support/warning_recorder.hpp"
 
 namespace {
 
 using nuvo_test::require;
 
-// A progress monitor that writes down the warnings among its calls.
-struct Warnings {
-  nuvo_progressMonitor pm;
-  std::array<int, 8> seen{};
-  int nseen = 0;
-  Warnings() { NUVOInitProgressMonitor(&pm); }
-  static int callback(nuvo_progressMonitor *pm) {
-    auto *self = reinterpret_cast<Warnings *>(pm);
-    if (pm->warningNumber != 0) self->seen.at(self->nseen++) = pm->warningNumber;
-    return 0;
-  }
-  std::vector<int> list() const { return {seen.begin(), seen.begin() + nseen}; }
-};
+using Warnings = nuvo::test::WarningList;
 
 // A rectangle of nodes [x0, x1[ x [y0, y1[ with its target and tolerance.
 struct Box {
@@ -124,11 +113,11 @@ TEST_F(BlockDataSimulation, WarningsOfThePreparation) {
   Warnings w;
   setBlocks({{0, 10, 0, 10, 0.3, 0.05}});
   ASSERT_EQ(simulate(&w.pm, Warnings::callback), 0);
-  EXPECT_EQ(w.list(), std::vector<int>{150});
-  w.nseen = 0;
+  EXPECT_EQ(w.seen, std::vector<int>{150});
+  w.seen.clear();
   setBlocks({{0, 30, 0, 30, 0.97, 0.01}});
   ASSERT_EQ(simulate(&w.pm, Warnings::callback), 0);
-  EXPECT_EQ(w.list(), (std::vector<int>{150, 160}));
+  EXPECT_EQ(w.seen, (std::vector<int>{150, 160}));
 }
 
 TEST_F(BlockDataSimulation, InconsistentInputsGiveTheirCodes) {

@@ -11,6 +11,7 @@
 #include "nuvo_conditioning.h"
 #include "nuvo_sim.h"
 #include "tests/constraints/test_files.hpp"
+#include "tests/support/warning_recorder.hpp"
 
 namespace {
 
@@ -56,15 +57,7 @@ std::vector<int> sandComponents(const double *v, int nx, int ny, int nz, int typ
   return comp;
 }
 
-// A monitor whose callback keeps the warnings (and ignores the progress calls).
-struct Warnings {
-  nuvo_progressMonitor pm{};
-  std::vector<int> seen;
-  static int callback(nuvo_progressMonitor *pm) {
-    if (pm->warningNumber != 0) reinterpret_cast<Warnings *>(pm)->seen.push_back(pm->warningNumber);
-    return 0;
-  }
-};
+using Warnings = nuvo::test::WarningList;
 
 class ConnectivitySimulation : public ::testing::Test {
  protected:

@@ -29,4 +29,16 @@ struct WarningRecorder {
 };
 static_assert(std::is_standard_layout_v<WarningRecorder>);
 
+// A monitor for whole simulations: its callback keeps the warnings in order and
+// passes over the progress calls (warning number 0), however many there are.
+struct WarningList {
+  nuvo_progressMonitor pm{};
+  std::vector<int> seen;
+
+  static int callback(nuvo_progressMonitor *pm) {
+    if (pm->warningNumber != 0) reinterpret_cast<WarningList *>(pm)->seen.push_back(pm->warningNumber);
+    return 0;
+  }
+};
+
 }  // namespace nuvo::test
