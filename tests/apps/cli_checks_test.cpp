@@ -15,7 +15,7 @@ namespace {
 
 using nuvo::test::CliRun;
 using nuvo::test::Outcome;
-using nuvo::test::readText;
+using nuvo::test::fileText;
 namespace fs = std::filesystem;
 
 class CliChecks : public CliRun {
@@ -55,7 +55,7 @@ constexpr const char *kNoData = "1 ti.gslib\n0\n0\n";
 // Values that are not finite are refused with the file, the variable and the
 // place, whether in a training image or a point set.
 TEST_F(CliChecks, NonFiniteValuesAreRefusedNamingTheFile) {
-  std::string ti = readText(path("case/ti.gslib"));
+  std::string ti = fileText(path("case/ti.gslib"));
   ti.replace(ti.rfind('\n', ti.size() - 2) + 1, std::string::npos, "nan\n");
   writeFile("case/nan.gslib", ti);
   writeCase({{"1 ti.gslib", "1 nan.gslib"}});
@@ -128,12 +128,12 @@ TEST_F(CliChecks, CheckWarnsAboutWhatRunWould) {
 TEST_F(CliChecks, OutputsAreStagedAndNeverReplacedUnasked) {
   writeCase({});
   ASSERT_EQ(run("run case/tiny.in --quiet").status, 0);
-  const std::string first = readText(path("case/out/sim.gslib"));
+  const std::string first = fileText(path("case/out/sim.gslib"));
   Outcome r = run("run case/tiny.in --quiet");
   EXPECT_EQ(r.status, 3);
   EXPECT_NE(r.err.find("case/out/sim.gslib: the output exists already; --force"), std::string::npos)
       << r.err;
-  EXPECT_EQ(readText(path("case/out/sim.gslib")), first);
+  EXPECT_EQ(fileText(path("case/out/sim.gslib")), first);
   r = run("run case/tiny.in --quiet --force");
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(countOutputs(".nuvosim"), 0);
@@ -160,8 +160,8 @@ TEST_F(CliChecks, TerminationKeepsCompleteOutputsAndExitsWith143) {
                              "do sleep 0.1; n=$((n+1)); done; "
                              "kill -TERM $pid; wait $pid; echo $? >status.txt)";
   ASSERT_EQ(std::system(script.c_str()), 0);
-  EXPECT_EQ(readText(path("status.txt")), "143\n");
-  const std::string err = readText(path("err.txt"));
+  EXPECT_EQ(fileText(path("status.txt")), "143\n");
+  const std::string err = fileText(path("err.txt"));
   EXPECT_NE(err.find("ERROR 01000: aborted job (signal 15)"), std::string::npos) << err;
   EXPECT_EQ(countOutputs(".nuvosim"), 0);
   const int kept = countOutputs("sim_real");
@@ -217,7 +217,7 @@ TEST_F(CliChecks, RunOptionsReplaceTheFilesSettings) {
   EXPECT_EQ(image->nvar, 2);
   r = run("run - --quiet --nreal 2 --output-dir res123 < case/tiny.in");
   ASSERT_EQ(r.status, 0) << r.err;
-  EXPECT_NE(readText(path("res/sim.gslib")), readText(path("res123/sim.gslib")));
+  EXPECT_NE(fileText(path("res/sim.gslib")), fileText(path("res123/sim.gslib")));
   EXPECT_EQ(run("check /dev/stdin < case/tiny.in").status, 0);
   r = run("check /dev/stdin", "cat case/tiny.in |");
   EXPECT_EQ(r.status, 0) << r.err;
@@ -228,13 +228,13 @@ TEST_F(CliChecks, RunOptionsReplaceTheFilesSettings) {
 TEST_F(CliChecks, ImagesOfEveryFormatAreLoaded) {
   writeCase({});
   ASSERT_EQ(run("run case/tiny.in --quiet").status, 0);
-  const std::string fromText = readText(path("case/out/sim.gslib"));
+  const std::string fromText = fileText(path("case/out/sim.gslib"));
   for (const char *format : {"vtk", "bin"}) {
     ASSERT_EQ(run(std::string("convert case/ti.gslib case/ti.") + format).status, 0);
     writeCase({{"1 ti.gslib", std::string("1 ti.") + format}});
     const Outcome r = run("run case/tiny.in --quiet --force");
     ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(readText(path("case/out/sim.gslib")), fromText) << format;
+    EXPECT_EQ(fileText(path("case/out/sim.gslib")), fromText) << format;
   }
   writeFile("plain.pgm", "P2\n3 2\n255\n0 1 2\n3 4 5\n");
   const Outcome r = run("info plain.pgm");

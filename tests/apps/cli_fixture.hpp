@@ -9,11 +9,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "nuvo_imagefile.h"
+#include "tests/support/temp_folder.hpp"
 
 namespace nuvo::test {
 
@@ -25,39 +24,25 @@ struct Outcome {
   std::string err;
 };
 
-inline std::string readText(const fs::path &path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
+using nuvo_test::fileText;
 
 // A scratch folder per test, where the program runs and writes its files.
 class Cli : public ::testing::Test {
  protected:
-  void SetUp() override {
-    const auto *info = ::testing::UnitTest::GetInstance()->current_test_info();
-    dir_ = fs::temp_directory_path() /
-           ("nuvosim_cli_" + std::string(info->name()) + "_" + std::to_string(::getpid()));
-    fs::remove_all(dir_);
-    fs::create_directories(dir_);
-  }
-  void TearDown() override { fs::remove_all(dir_); }
-
-  fs::path path(const std::string &name) const { return dir_ / name; }
+  fs::path path(const std::string &name) const { return dir_.file(name); }
 
   void writeFile(const std::string &name, const std::string &content) const {
-    std::ofstream(path(name), std::ios::binary) << content;
+    dir_.write(name, content);
   }
 
   // Runs "nuvosim <arguments>" in the scratch folder, after the shell commands
   // of `setting` (limits, signal dispositions).
   Outcome run(const std::string &arguments, const std::string &setting = "") const {
-    const std::string command = "cd '" + dir_.string() + "' && " + setting + " '" NUVOSIM_BIN "' " +
+    const std::string command = "cd '" + dir_.path() + "' && " + setting + " '" NUVOSIM_BIN "' " +
                                 arguments + " >stdout.txt 2>stderr.txt";
     const int raw = std::system(command.c_str());
-    return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, readText(path("stdout.txt")),
-            readText(path("stderr.txt"))};
+    return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, fileText(path("stdout.txt")),
+            fileText(path("stderr.txt"))};
   }
 
   // Reads an image file with the library; fails the test on error.
@@ -69,7 +54,7 @@ class Cli : public ::testing::Test {
   }
 
  private:
-  fs::path dir_;
+  nuvo_test::TempFolder dir_;
 };
 
 // A 30 x 30 channel simulation from a 40 x 40 training image, one realization in

@@ -10,7 +10,7 @@ namespace {
 
 using nuvo::test::Cli;
 using nuvo::test::Outcome;
-using nuvo::test::readText;
+using nuvo::test::fileText;
 
 TEST_F(Cli, TemplateWritesAParameterFileThatRunsAsItStands) {
   Outcome r = run("template setup/plain.in");
@@ -23,7 +23,7 @@ TEST_F(Cli, TemplateWritesAParameterFileThatRunsAsItStands) {
   ASSERT_EQ(run("generate lenses lenses.vtk --nx 30 --ny 20 --nz 4 --seed 2").status, 0);
   r = run("template setup/lenses.in --ti lenses.vtk --grid 12 10 3");
   ASSERT_EQ(r.status, 0) << r.err;
-  const std::string text = readText(path("setup/lenses.in"));
+  const std::string text = fileText(path("setup/lenses.in"));
   EXPECT_NE(text.find("/* DISTANCE TYPE FOR EACH VARIABLE"), std::string::npos);
   r = run("run setup/lenses.in --quiet --nreal 2");
   ASSERT_EQ(r.status, 0) << r.err;

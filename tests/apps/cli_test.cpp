@@ -23,7 +23,7 @@ namespace {
 using nuvo::test::Cli;
 using nuvo::test::CliRun;
 using nuvo::test::Outcome;
-using nuvo::test::readText;
+using nuvo::test::fileText;
 namespace fs = std::filesystem;
 
 // Two variables on a 3 x 2 grid: "a" holds its node index, "b" is 5 except one
@@ -103,7 +103,7 @@ TEST_F(Cli, ConvertRoundTripsThroughEveryImageFormat) {
   ASSERT_EQ(run("convert lenses.bin lenses.vtk").status, 0);
   ASSERT_EQ(run("convert lenses.vtk lenses.data --to gslib").status, 0);
   ASSERT_EQ(run("convert lenses.data back.gslib --from 0").status, 0);
-  EXPECT_EQ(readText(path("back.gslib")), readText(path("lenses.gslib")));
+  EXPECT_EQ(fileText(path("back.gslib")), fileText(path("lenses.gslib")));
 
   ASSERT_EQ(run("generate lenses field.gslib --nx 5 --ny 4 --nz 1").status, 0);
   ASSERT_EQ(run("convert field.gslib field.pgm").status, 0);
@@ -121,7 +121,7 @@ TEST_F(Cli, ConvertRoundTripsThroughEveryImageFormat) {
 // The rows of an analysis CSV file: value by "statistic,category,lag" and source.
 std::map<std::string, std::map<std::string, double>> readAnalysis(const fs::path &csv) {
   std::map<std::string, std::map<std::string, double>> rows;
-  std::istringstream lines(readText(csv));
+  std::istringstream lines(fileText(csv));
   std::string line;
   std::getline(lines, line);
   EXPECT_EQ(line, "statistic,category,lag,source,value");

@@ -10,6 +10,7 @@
 #include "nuvo_sim.h"
 #include "nuvo_simtransform.h"
 #include "nuvo_synthetic.h"
+#include "tests/support/random.hpp"
 
 namespace {
 
@@ -81,9 +82,7 @@ std::vector<int> mapped(int homothetyUsage, std::initializer_list<double> ratio,
   }
   nuvo::LocalTransform transform;
   EXPECT_EQ(transform.prepare(si), 0);
-  nuvo_randContext ctx;
-  NUVOInitRandContext(&ctx);
-  NUVODoubleRand(5, &ctx);
+  nuvo_randContext ctx = nuvo_test::seededContext(5);
   transform.at(0, &ctx).apply(&dx, &dy, &dz);
   NUVOFreeSimInput(&si);
   return {dx, dy, dz};

@@ -7,15 +7,11 @@
 #include <vector>
 
 #include "nuvo_path.h"
+#include "tests/support/random.hpp"
 
 namespace {
 
-nuvo_randContext seeded(int seed) {
-  nuvo_randContext ctx;
-  NUVOInitRandContext(&ctx);
-  NUVODoubleRand(seed, &ctx);
-  return ctx;
-}
+using nuvo_test::seededContext;
 
 bool samePermutation(std::vector<int> a, std::vector<int> b) {
   std::sort(a.begin(), a.end());
@@ -71,19 +67,19 @@ using Summed = int (*)(int, int *, const signed char *, int, int, int, int, doub
                        double, double, nuvo_randContext *);
 
 int run(OneByOne f, const Grid &g, std::vector<int> *e, double s, int seed) {
-  nuvo_randContext ctx = seeded(seed);
+  nuvo_randContext ctx = seededContext(seed);
   return f(static_cast<int>(e->size()), e->data(), g.flag.data(), g.nx, g.ny, g.nz, g.nvar, g.sx,
            g.sy, g.sz, s, &ctx);
 }
 
 int run(Summed f, const Grid &g, std::vector<int> *e, double s, double p, int seed) {
-  nuvo_randContext ctx = seeded(seed);
+  nuvo_randContext ctx = seededContext(seed);
   return f(static_cast<int>(e->size()), e->data(), g.flag.data(), g.nx, g.ny, g.nz, g.nvar, g.sx,
            g.sy, g.sz, s, p, &ctx);
 }
 
 std::vector<int> randomPath(std::vector<int> e, int seed) {
-  nuvo_randContext ctx = seeded(seed);
+  nuvo_randContext ctx = seededContext(seed);
   NUVOPathRandom(static_cast<int>(e.size()), e.data(), &ctx);
   return e;
 }
@@ -272,7 +268,7 @@ TEST(GuidedPath, FullStrengthSumSortFollowsThePowerMean) {
 TEST(GuidedPath, RefusesEmptyOrOversizedGrids) {
   Grid g(4, 4, 1, 1);
   std::vector<int> e = g.entries();
-  nuvo_randContext ctx = seeded(1);
+  nuvo_randContext ctx = seededContext(1);
   int n = static_cast<int>(e.size());
   const signed char *f = g.flag.data();
   EXPECT_EQ(NUVOPathDistancePdfRandom(n, e.data(), f, 4, 0, 1, 1, 1, 1, 1, 1, &ctx), -3);
@@ -298,7 +294,7 @@ TEST(PathUnilateral, OneByOneVisitsRandomXvSectionsZFirstThenYDown) {
   std::vector<int> e(nx * ny * nz * nvar);
   std::iota(e.begin(), e.end(), 0);
   const int order[4] = {0, -2, 1, 0};
-  nuvo_randContext ctx = seeded(8);
+  nuvo_randContext ctx = seededContext(8);
   ASSERT_EQ(
       NUVOPathUnilateral4D(static_cast<int>(e.size()), e.data(), nx, ny, nz, nvar, order, &ctx), 0);
   bool shuffled = false;
@@ -322,7 +318,7 @@ TEST(PathUnilateral, VectorVisitsRandomXLinesZFirstThenYUp) {
     if (k % 4 != 0) e.push_back(k);  // a subset of the nodes
   std::vector<int> given = e;
   const int order[3] = {0, 2, 1};
-  nuvo_randContext ctx = seeded(8);
+  nuvo_randContext ctx = seededContext(8);
   ASSERT_EQ(NUVOPathUnilateral3D(static_cast<int>(e.size()), e.data(), nx, ny, nz, order, &ctx), 0);
   EXPECT_TRUE(samePermutation(e, given));
   for (std::size_t i = 1; i < e.size(); ++i) {
@@ -337,7 +333,7 @@ TEST(PathUnilateral, FullyRankedOrdersAreDeterministicAndUnrankedOnesRandom) {
   std::iota(all.begin(), all.end(), 0);
   std::vector<int> e = randomPath(all, 2);
   const int order[3] = {-1, 3, 2};  // x down fastest, then z up, then y up
-  nuvo_randContext ctx = seeded(1);
+  nuvo_randContext ctx = seededContext(1);
   ASSERT_EQ(NUVOPathUnilateral3D(static_cast<int>(e.size()), e.data(), nx, ny, nz, order, &ctx), 0);
   std::vector<int> expected;
   for (int y = 0; y < ny; ++y)
@@ -347,7 +343,7 @@ TEST(PathUnilateral, FullyRankedOrdersAreDeterministicAndUnrankedOnesRandom) {
 
   const int none[3] = {0, 0, 0};
   e = all;
-  ctx = seeded(6);
+  ctx = seededContext(6);
   ASSERT_EQ(NUVOPathUnilateral3D(static_cast<int>(e.size()), e.data(), nx, ny, nz, none, &ctx), 0);
   EXPECT_EQ(e, randomPath(all, 6));
 }

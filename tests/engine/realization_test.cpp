@@ -6,6 +6,8 @@
 #include "engine/realization.hpp"
 #include "nuvo_path.h"
 #include "nuvo_synthetic.h"
+#include "tests/support/random.hpp"
+#include "tests/support/warning_recorder.hpp"
 
 namespace {
 
@@ -57,9 +59,7 @@ class ChannelRealization : public ::testing::Test {
     std::vector<int> path;
     for (int k = 0; k < sim_.nxyzv; ++k)
       if (toSimulate_[k]) path.push_back(k);
-    nuvo_randContext ctx;
-    NUVOInitRandContext(&ctx);
-    NUVODoubleRand(seed, &ctx);
+    nuvo_randContext ctx = nuvo_test::seededContext(seed);
     NUVOPathRandom(static_cast<int>(path.size()), path.data(), &ctx);
     return path;
   }
@@ -117,17 +117,6 @@ TEST_F(ChannelRealization, FillsTheAdditionalMaps) {
   for (nuvo_image &m : maps) NUVOFreeImage(&m);
 }
 
-// A progress monitor keeping the warnings among the progress reports.
-struct WarningLog {
-  nuvo_progressMonitor pm{};
-  std::vector<int> seen;
-  static int callback(nuvo_progressMonitor *pm) {
-    if (pm->warningNumber != 0)
-      reinterpret_cast<WarningLog *>(pm)->seen.push_back(pm->warningNumber);
-    return 0;
-  }
-};
-
 TEST_F(ChannelRealization, WarnsOnceWhenDataEventsOutgrowTheTrainingImage) {
   nuvo_image small;
   NUVOInitImage(&small);
@@ -135,10 +124,10 @@ TEST_F(ChannelRealization, WarnsOnceWhenDataEventsOutgrowTheTrainingImage) {
   setup_.ti = {&small};
   const double fraction[] = {0.5};
   setup_.initial.maxScan = nuvo::maxScanTable(setup_, fraction);
-  WarningLog log;
+  nuvo::test::WarningList log;
   const std::vector<int> path = randomPath(4);
   ASSERT_EQ(nuvo::simulateRealization(setup_, &sim_, toSimulate_, path, 4, {}, nullptr, &log.pm,
-                                      WarningLog::callback),
+                                      nuvo::test::WarningList::callback),
             0);
   EXPECT_EQ(log.seen, std::vector<int>{38});
   for (int i = 0; i < sim_.nxyzv; ++i) ASSERT_TRUE(sim_.var[i] == 0.0 || sim_.var[i] == 1.0);

@@ -1,13 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <unistd.h>
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -15,27 +10,17 @@
 #include "nuvo_imagefile.h"
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
+#include "tests/support/temp_folder.hpp"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string readFile(const fs::path &p) {
-  std::ifstream in(p);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
 
 // A valid two-realization simulation of a 30 x 30 grid from a 60 x 60 channel
 // image, writing into a scratch folder.
 class Simulation : public ::testing::Test {
  protected:
   void SetUp() override {
-    dir_ = fs::temp_directory_path() /
-           ("nuvo_sim_test_" + std::to_string(::getpid()) + "_" +
-            ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::create_directories(dir_);
     nuvo_image ti;
     NUVOInitImage(&ti);
     ASSERT_EQ(NUVOGenerateChannelImage(&ti, 60, 60, 1, 0.3, 5.0, 2), 0);
@@ -51,11 +36,11 @@ class Simulation : public ::testing::Test {
   void TearDown() override {
     NUVOFreeSimOutput(&out_);
     NUVOFreeSimInput(&si_);
-    fs::remove_all(dir_);
   }
   void setName(char *slot, const char *name) {
-    std::snprintf(slot, NUVO_FILE_NAME_MAX + 1, "%s", (dir_ / name).c_str());
+    std::snprintf(slot, NUVO_FILE_NAME_MAX + 1, "%s", at(name).c_str());
   }
+  fs::path at(const char *name) const { return folder_.file(name); }
   int simulate() { return NUVOSim(&si_, &out_, &pm_, nullptr); }
   // Variable iv of the output image.
   std::vector<double> outputVariable(int iv) const {
@@ -63,7 +48,7 @@ class Simulation : public ::testing::Test {
     return {out_.outputSimImage->var + iv * n, out_.outputSimImage->var + (iv + 1) * n};
   }
 
-  fs::path dir_;
+  nuvo_test::TempFolder folder_;
   nuvo_simInput si_;
   nuvo_simOutput out_;
   nuvo_progressMonitor pm_;
@@ -85,8 +70,8 @@ TEST_F(Simulation, RunsEndToEndWithReportAndFiles) {
     EXPECT_NEAR(ones, 0.3, 0.15);
   }
   EXPECT_NE(outputVariable(0), outputVariable(1));
-  EXPECT_TRUE(fs::exists(dir_ / "sim.gslib"));
-  const std::string report = readFile(dir_ / "report.txt");
+  EXPECT_TRUE(fs::exists(at("sim.gslib")));
+  const std::string report = nuvo_test::fileText(at("report.txt"));
   EXPECT_EQ(report.rfind("NUVO 3.2 / TOLVE-KARNASHIRION-20210930\nVERSION: SERIAL\n", 0), 0u);
   EXPECT_NE(report.find("---PARAMETERS DETAILS---"), std::string::npos);
   EXPECT_NE(report.find("Realization     2 of     2:"), std::string::npos);
@@ -115,18 +100,18 @@ TEST_F(Simulation, ConsoleModeWritesFilesOnlyAndMapsFollowTheRequest) {
   si_.outputSimJob = OUTPUT_SIM_ONE_FILE_PER_REALIZATION;
   setName(si_.outputSimImageFileName[0], "real");
   si_.outputErrorFlag = 1;
-  si_.outputErrorFileName = nuvo_test::ownedText((dir_ / "err").c_str());
+  si_.outputErrorFileName = nuvo_test::ownedText(at("err").c_str());
   ASSERT_EQ(simulate(), 0);
   EXPECT_EQ(out_.outputSimImage, nullptr);
-  EXPECT_TRUE(fs::exists(dir_ / "real_real00001.gslib"));
-  EXPECT_TRUE(fs::exists(dir_ / "err_real00001.gslib"));
+  EXPECT_TRUE(fs::exists(at("real_real00001.gslib")));
+  EXPECT_TRUE(fs::exists(at("err_real00001.gslib")));
 
   // One file per variable holds every realization.
   NUVOFreeSimOutput(&out_);
   si_.outputSimJob = OUTPUT_SIM_ONE_FILE_PER_VARIABLE;
   setName(si_.outputSimImageFileName[0], "facies.gslib");
   ASSERT_EQ(simulate(), 0);
-  FILE *f = std::fopen((dir_ / "facies.gslib").c_str(), "r");
+  FILE *f = std::fopen(at("facies.gslib").c_str(), "r");
   ASSERT_NE(f, nullptr);
   nuvo_image back;
   NUVOInitImage(&back);
@@ -141,14 +126,14 @@ TEST_F(Simulation, KeepsAdditionalMapsInTheOutput) {
   si_.outputSimJob = OUTPUT_SIM_NO_FILE;
   si_.outputReportFlag = 0;
   si_.outputTiIndexFlag = 1;
-  si_.outputTiIndexFileName = nuvo_test::ownedText((dir_ / "ti").c_str());
+  si_.outputTiIndexFileName = nuvo_test::ownedText(at("ti").c_str());
   ASSERT_EQ(simulate(), 0);
   ASSERT_NE(out_.outputTiIndexImage, nullptr);
   EXPECT_EQ(out_.nvarTiIndexPerReal, 1);
   EXPECT_EQ(out_.outputTiIndexImage->nvar, 2);
   EXPECT_STREQ(out_.outputTiIndexImage->varName[1], "tiIndex_var00_real00001");
   EXPECT_EQ(out_.outputPathIndexImage, nullptr);
-  EXPECT_FALSE(fs::exists(dir_ / "sim.gslib"));
+  EXPECT_FALSE(fs::exists(at("sim.gslib")));
 }
 
 TEST_F(Simulation, FailsCleanlyOnBadReportOrStopRequest) {

@@ -14,6 +14,7 @@
 
 #include "foundation/random.hpp"
 #include "nuvo_random.h"
+#include "tests/support/random.hpp"
 
 namespace {
 
@@ -38,28 +39,9 @@ constexpr double kPdf[] = {0.1, 0.2, 0.3, 0.4};
 constexpr int kPdfIndicesSeed11[] = {0, 2, 0, 2, 2, 1, 1, 1, 3, 3, 2, 1, 3, 1, 0, 3, 2, 1, 2, 1, 1, 0, 2, 2, 2, 3, 1, 0, 3, 1, 2, 1, 3, 1, 3, 2, 2, 1, 2, 3};
 constexpr int kShuffled10Seed2024[] = {0, 3, 6, 7, 2, 1, 8, 9, 5, 4};
 constexpr int kShuffled37Seed2024[] = {0, 36, 33, 1, 10, 30, 21, 26, 2, 32, 18, 14, 31, 8, 17, 12, 22, 29, 25, 34, 27, 3, 19, 5, 6, 15, 24, 28, 7, 23, 13, 20, 9, 35, 11, 16, 4};
-struct WeightedCase {
-  int seed;
-  std::vector<double> weights;
-  std::vector<int> shuffled;
-  double lastCumWeight;
-};
-const WeightedCase kWeightedCases[] = {
-    // Integer
-    {77, {3.0, 0.0, 1.0, 4.0, 1.0, 5.0, 9.0, 2.0, 6.0, 0.0, 5.0, 3.0}, {8, 6, 11, 2, 3, 4, 5, 1, 7, 0, 9, 10}, 5.0},
-    // Dyadic
-    {8, {0.25, 1.5, 0.125, 2.0, 0.0, 0.75, 3.25, 0.5}, {3, 1, 6, 7, 0, 4, 5, 2}, 0.125},
-    // HeavyLast
-    {31, {1.0, 1.0, 1.0, 1.0, 1.0, 1.0, 1.0, 1.0, 1.0, 50.0}, {9, 8, 0, 2, 3, 4, 5, 6, 7, 1}, 1.0},
-};
 // clang-format on
 
-nuvo_randContext seededContext(int seed) {
-  nuvo_randContext ctx;
-  NUVOInitRandContext(&ctx);
-  NUVODoubleRand(seed, &ctx);
-  return ctx;
-}
+using nuvo_test::seededContext;
 
 std::vector<double> draws(int seed, int count) {
   nuvo_randContext ctx;
@@ -211,22 +193,6 @@ TEST(Shuffles, LeaveShortListsAndTheStreamUntouched) {
   EXPECT_EQ(one, 42);
   EXPECT_EQ(cum[1], 2.0);
   EXPECT_TRUE(sameState(ctx, before));
-}
-
-TEST(RandomizeWeightedListOfInt, MatchesTheReferenceShuffles) {
-  for (const WeightedCase &c : kWeightedCases) {
-    SCOPED_TRACE(c.seed);
-    const int n = static_cast<int>(c.weights.size());
-    std::vector<int> list(n);
-    std::iota(list.begin(), list.end(), 0);
-    std::vector<double> cum = cumulative(c.weights);
-    nuvo_randContext ctx = seededContext(c.seed);
-    EXPECT_EQ(NUVORandomizeWeightedListOfInt(n, list.data(), cum.data(), &ctx), 0);
-    EXPECT_EQ(list, c.shuffled);
-    std::vector<double> expectedCum(n + 1, 0.0);
-    expectedCum[n] = c.lastCumWeight;
-    EXPECT_EQ(cum, expectedCum);
-  }
 }
 
 // Weights of one random list: small integers with many zeros, multiples of 1/8,

@@ -1,41 +1,13 @@
-// Files for the input tests: a temporary folder, small GSLIB images and a point
-// set to name in simulation inputs.
+// Files for the input tests: small GSLIB images and a point set to name in
+// simulation inputs.
 #pragma once
 
-#include <stdlib.h>
-
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 
+#include "tests/support/temp_folder.hpp"
+
 namespace nuvo_test {
-
-// A temporary folder, removed with its content at the end.
-class TempFolder {
- public:
-  TempFolder() {
-    namespace fs = std::filesystem;
-    std::string pattern = (fs::temp_directory_path() / "nuvo_input_XXXXXX").string();
-    path_ = mkdtemp(pattern.data());
-  }
-  ~TempFolder() { std::filesystem::remove_all(path_); }
-  TempFolder(const TempFolder &) = delete;
-  TempFolder &operator=(const TempFolder &) = delete;
-
-  const std::string &path() const { return path_; }
-  // The full name of a file of the folder.
-  std::string file(const std::string &name) const { return path_ + "/" + name; }
-  // Writes a file of the folder and returns its full name.
-  std::string write(const std::string &name, const std::string &content) const {
-    std::ofstream(file(name)) << content;
-    return file(name);
-  }
-  std::string missing() const { return file("missing.gslib"); }
-
- private:
-  std::string path_;
-};
 
 // GSLIB text image on a 2 x 2 x 1 grid with nvar variables v0, v1, ...
 inline std::string gslibImage(int nvar) {

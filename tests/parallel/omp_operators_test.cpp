@@ -9,6 +9,7 @@
 #include "nuvo_omp.h"
 #include "nuvo_path.h"
 #include "nuvo_pyramid.h"
+#include "tests/support/random.hpp"
 
 namespace {
 
@@ -20,13 +21,6 @@ std::vector<signed char> flags() {
   std::vector<signed char> f(kNxyz * kNvar, 1);
   for (int i = 0; i < kNxyz * kNvar; i += 37) f[i] = 0;
   return f;
-}
-
-nuvo_randContext seeded(int seed) {
-  nuvo_randContext ctx;
-  NUVOInitRandContext(&ctx);
-  NUVODoubleRand(seed, &ctx);
-  return ctx;
 }
 
 TEST(OmpOperators, DistanceMapAndGuidedPathsMatchSerial) {
@@ -64,7 +58,7 @@ TEST(OmpOperators, DistanceMapAndGuidedPathsMatchSerial) {
   const int n = static_cast<int>(entries.size());
   const auto order = [&](auto run) {
     std::vector<int> path = entries;
-    nuvo_randContext ctx = seeded(5);
+    nuvo_randContext ctx = nuvo_test::seededContext(5);
     EXPECT_EQ(run(path.data(), &ctx), 0);
     return path;
   };

@@ -4,38 +4,24 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <ostream>
 #include <string>
 #include <vector>
-
-#include <unistd.h>
 
 #include "../input/siminput_builder.hpp"
 #include "nuvo_omp.h"
 #include "nuvo_synthetic.h"
 #include "parallel/omp_warnings.hpp"
 #include "tests/constraints/test_files.hpp"
+#include "tests/data/data_builders.hpp"
 #include "tests/support/warning_recorder.hpp"
 
 namespace {
 
-namespace fs = std::filesystem;
 using nuvo_test::require;
 using nuvo_test::valuesOf;
-
-struct OwnedImage {
-  OwnedImage() { NUVOInitImage(&image); }
-  ~OwnedImage() { NUVOFreeImage(&image); }
-  nuvo_image image;
-};
-
-std::string contents(const fs::path &file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
+using OwnedImage = nuvo::test::EmptyImage;
 
 // The realizations and maps of one run, as written to files.
 struct Outputs {
@@ -175,17 +161,9 @@ const Case kCases[] = {
 class SimulationFiles : public ::testing::Test {
  protected:
   void SetUp() override {
-    dir_ = fs::temp_directory_path() /
-           ("nuvo_omp_" + std::to_string(::getpid()) + "_" +
-            ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::remove_all(dir_);
-    fs::create_directories(dir_);
     for (const char *name : {"sim", "path", "error", "tinode", "tiindex"})
-      names_.push_back(file(name));
+      names_.push_back(folder_.file(name));
   }
-  void TearDown() override { fs::remove_all(dir_); }
-
-  std::string file(const std::string &name) const { return (dir_ / name).string(); }
 
   // Runs the case serially (nthread 0) or on nthread threads.
   Outputs run(const Case &c, int nthread) {
@@ -205,12 +183,12 @@ class SimulationFiles : public ::testing::Test {
     NUVOFreeSimOutput(&out);
     NUVOFreeSimInput(&si);
     const auto real = [&](int i, int r) {
-      return contents(names_[i] + (i == 0 ? "" : "_real0000" + std::to_string(r) + ".gslib"));
+      return nuvo_test::fileText(names_[i] + (i == 0 ? "" : "_real0000" + std::to_string(r) + ".gslib"));
     };
     return {real(0, 0), real(1, 1), real(2, 1), real(3, 1), real(4, 1)};
   }
 
-  fs::path dir_;
+  nuvo_test::TempFolder folder_;
   std::vector<std::string> names_;
 };
 
@@ -246,25 +224,20 @@ TEST(OmpSim, ChecksThreadsFirstNamesThemAndWarnsInOrder) {
   nuvo_test::OwnedSimInput input;
   nuvo_simInput *si = &input.si;
   nuvo_test::buildValidSimInput(si, ti.image);
-  const fs::path report =
-      fs::temp_directory_path() / ("nuvo_omp_report_" + std::to_string(::getpid()));
+  const nuvo_test::TempFolder folder;
+  const std::string report = folder.file("report.txt");
   std::snprintf(si->outputReportFileName, NUVO_FILE_NAME_MAX + 1, "%s", report.c_str());
   si->outputSimJob = OUTPUT_SIM_NO_FILE;
   nuvo_simOutput out;
   NUVOInitSimOutput(&out);
-  fs::remove(report);
   EXPECT_EQ(NUVOOMPSim(si, &out, nullptr, nullptr, 0), -99);
   EXPECT_EQ(NUVOOMPSim(si, &out, nullptr, nullptr, -3), -99);
-  EXPECT_FALSE(fs::exists(report));
+  EXPECT_FALSE(std::filesystem::exists(report));
 
   EXPECT_EQ(NUVOOMPSim(si, &out, nullptr, nullptr, 3), 0);
-  std::ifstream in(report);
-  std::string line;
-  std::getline(in, line);
-  std::getline(in, line);
-  EXPECT_EQ(line, "VERSION: OPENMP: 3 threads");
+  const std::string text = nuvo_test::fileText(report);
+  EXPECT_EQ(text.substr(text.find('\n') + 1, 27), "VERSION: OPENMP: 3 threads\n");
   NUVOFreeSimOutput(&out);
-  fs::remove(report);
 }
 
 TEST(OmpSim, ReproducibilityWarningsInOrder) {

@@ -6,6 +6,7 @@
 
 #include "nuvo_distancemap.h"
 #include "nuvo_random.h"
+#include "tests/support/random.hpp"
 #include "tests/data/data_builders.hpp"
 
 namespace {
@@ -18,9 +19,7 @@ nuvo_grid makeGrid(int nx, int ny, int nz, double sx, double sy, double sz) {
 
 // Each node informed with the given probability.
 std::vector<signed char> randomMask(int nxyz, double density, int seed) {
-  nuvo_randContext ctx;
-  NUVOInitRandContext(&ctx);
-  NUVODoubleRand(seed, &ctx);
+  nuvo_randContext ctx = nuvo_test::seededContext(seed);
   std::vector<signed char> mask(nxyz);
   for (auto &m : mask) m = NUVODoubleRand(0, &ctx) < density;
   return mask;

@@ -11,6 +11,7 @@
 #include "nuvo_random.h"
 #include "nuvo_variogram.h"
 #include "tests/data/data_builders.hpp"
+#include "tests/support/random.hpp"
 
 namespace {
 
@@ -24,9 +25,7 @@ using LagMap = int (*)(const nuvo_image *, nuvo_image *, int, int, int, int, int
 // class, informed and not 0, holds two values), else a real in [10, 11); about
 // one node in seven missing. Variable 0 is all missing, to be sure iv is used.
 std::vector<double> randomValues(int nxyz, bool classes, int seed) {
-  nuvo_randContext rc;
-  NUVOInitRandContext(&rc);
-  NUVODoubleRand(seed, &rc);
+  nuvo_randContext rc = nuvo_test::seededContext(seed);
   std::vector<double> values(2 * nxyz, kMissing);
   for (int i = nxyz; i < 2 * nxyz; ++i) {
     const double u = NUVODoubleRand(0, &rc);
