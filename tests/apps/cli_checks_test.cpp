@@ -20,18 +20,6 @@ namespace fs = std::filesystem;
 
 class CliChecks : public CliRun {
  protected:
-  // The small parameter file with each (text, replacement) applied once.
-  void writeCase(const std::vector<std::pair<std::string, std::string>> &changes) const {
-    std::string text = nuvo::test::kTinyParameterFile;
-    text.replace(text.find("NEIGHBORS"), 9, "12");
-    for (const auto &[from, to] : changes) {
-      const std::size_t at = text.find(from);
-      ASSERT_NE(at, std::string::npos) << from;
-      text.replace(at, from.size(), to);
-    }
-    writeFile("case/tiny.in", text);
-  }
-
   // Files in case/out whose name starts with `start`.
   int countOutputs(const std::string &start) const {
     int n = 0;
@@ -137,6 +125,11 @@ TEST_F(CliChecks, OutputsAreStagedAndNeverReplacedUnasked) {
   r = run("run case/tiny.in --quiet --force");
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(countOutputs(".nuvosim"), 0);
+  fs::remove_all(path("case/out"));
+  fs::create_directories(path("case/out/sim.gslib"));  // a folder where the file should go
+  r = run("run case/tiny.in --quiet");
+  EXPECT_EQ(r.status, 3);
+  EXPECT_NE(r.err.find("case/out/sim.gslib: the output exists already"), std::string::npos) << r.err;
 
   fs::remove_all(path("case/out"));
   r = run("run case/tiny.in --quiet", "trap '' XFSZ; ulimit -f 1;");
@@ -173,14 +166,16 @@ TEST_F(CliChecks, TerminationKeepsCompleteOutputsAndExitsWith143) {
   EXPECT_EQ(last->nxyzv, 900);
 }
 
-// An integer written as a real is refused at its own field, with its token; a
-// file that cannot be loaded is named with the system's reason or its problem.
+// A word or an integer written as a real is refused at its own field, with its
+// token; a file that cannot be loaded is named with the system's reason or its
+// problem.
 TEST_F(CliChecks, ErrorsNameTheFieldOrTheFileAndTheReason) {
-  for (const char *neighbors : {"1.0", "5e1", "1e308"}) {
+  for (const char *neighbors : {"twelve", "1.0", "5e1", "1e308"}) {
     writeCase({{"12   // maximal", std::string(neighbors) + "   // maximal"}});
-    expectRefused("check", 2,
-                  "case/tiny.in: line 15, at \"" + std::string(neighbors) +
-                      "\": ERROR 00849: reading error, input ASCII (nneighboringNode)");
+    for (const char *command : {"check", "run"})
+      expectRefused(command, 2,
+                    "case/tiny.in: line 15, at \"" + std::string(neighbors) +
+                        "\": ERROR 00849: reading error, input ASCII (nneighboringNode)");
   }
   const std::pair<std::pair<std::string, std::string>, std::string> invalid[] = {
       {{"PATH_RANDOM\n0.05", "PATH_RANDOM\n2"},
@@ -195,11 +190,14 @@ TEST_F(CliChecks, ErrorsNameTheFieldOrTheFileAndTheReason) {
   fs::create_directories(path("case/folder.gslib"));
   writeFile("case/empty.gslib", "");
   writeFile("case/short.gslib", "2 2 1\n1\nfacies\n0 1 1\n");
+  writeFile("missing.gslib", "");  // names are taken from the parameter file's folder
   const std::pair<const char *, const char *> files[] = {
       {"folder.gslib", "folder.gslib (a folder, not a file)"},
       {"empty.gslib", "empty.gslib (empty file)"},
       {"short.gslib", "short.gslib (ERROR 00730: reading error, image: invalid number of entries)"},
-      {"missing.gslib", "missing.gslib (No such file or directory)"}};
+      {"missing.gslib",
+       "ERROR 00112: training image file can not be opened: missing.gslib (No such file or "
+       "directory)"}};
   for (const auto &[name, message] : files) {
     writeCase({{"1 ti.gslib", std::string("1 ") + name}});
     expectRefused("run", 2, message);

@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "nuvo_imagefile.h"
 #include "tests/support/temp_folder.hpp"
@@ -100,9 +102,16 @@ class CliRun : public Cli {
     ASSERT_EQ(run("generate channels case/ti.gslib --nx 40 --ny 40 --width 4 --seed 5").status, 0);
   }
 
-  void writeParameterFile(const std::string &neighbors) const {
+  // Writes case/tiny.in: the small parameter file with 12 neighbors and each
+  // (text, replacement) applied once.
+  void writeCase(const std::vector<std::pair<std::string, std::string>> &changes) const {
     std::string text = kTinyParameterFile;
-    text.replace(text.find("NEIGHBORS"), 9, neighbors);
+    text.replace(text.find("NEIGHBORS"), 9, "12");
+    for (const auto &[from, to] : changes) {
+      const std::size_t at = text.find(from);
+      ASSERT_NE(at, std::string::npos) << from;
+      text.replace(at, from.size(), to);
+    }
     writeFile("case/tiny.in", text);
   }
 };

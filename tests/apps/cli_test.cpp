@@ -249,7 +249,7 @@ TEST_F(Cli, RenderDrawsPanelsSideBySideWithYUpAndMissingInGrey) {
 }
 
 TEST_F(CliRun, RunTakesNamesFromTheParameterFilesFolderAndWritesTheRealization) {
-  writeParameterFile("12");
+  writeCase({});
   Outcome r = run("check case/tiny.in");
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_NE(r.out.find("case/tiny.in: valid"), std::string::npos) << r.out;
@@ -271,29 +271,6 @@ TEST_F(CliRun, RunTakesNamesFromTheParameterFilesFolderAndWritesTheRealization) 
   }
   EXPECT_GT(channel, 0);
   EXPECT_LT(channel, image->nxyzv);
-}
-
-// A parameter file that cannot be read or a missing training image exit with 2,
-// an output that cannot be written with 3.
-TEST_F(CliRun, FailuresExitWithTheirStatusAndMessage) {
-  const auto expectFailure = [&](const char *command, int status, const std::string &message) {
-    const Outcome r = run(std::string(command) + " case/tiny.in");
-    EXPECT_EQ(r.status, status) << command;
-    EXPECT_NE(r.err.find(message), std::string::npos) << r.err;
-  };
-  writeParameterFile("twelve");
-  const std::string where =
-      "case/tiny.in: line 15, at \"twelve\": ERROR 00849: reading error, input ASCII "
-      "(nneighboringNode)";
-  expectFailure("check", 2, where);
-  expectFailure("run", 2, where);
-  writeParameterFile("12");
-  fs::rename(path("case/ti.gslib"), path("ti.gslib"));
-  expectFailure("run", 2, "ERROR 00112: training image file can not be opened: ti.gslib");
-  EXPECT_FALSE(fs::exists(path("case/out/sim.gslib")));
-  fs::rename(path("ti.gslib"), path("case/ti.gslib"));
-  fs::create_directories(path("case/out/sim.gslib"));  // a folder where the file should go
-  expectFailure("run", 3, "case/out/sim.gslib: the output exists already");
 }
 
 }  // namespace

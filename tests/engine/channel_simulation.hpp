@@ -1,9 +1,12 @@
-// A fixture for simulations of channels (sand 1, background 0, about 0.28 of sand
-// in an 80 x 80 training image) on a kN x kN grid with 20 neighbours within 6
-// nodes, no output file and no report.
+// Fixtures for simulations kept in memory (no output file, no report): a valid
+// input on a generated training image, and channels (sand 1, background 0, about
+// 0.28 of sand in an 80 x 80 training image) on a kN x kN grid with 20 neighbours
+// within 6 nodes.
 #pragma once
 
 #include <gtest/gtest.h>
+
+#include <vector>
 
 #include "../input/siminput_builder.hpp"
 #include "nuvo_sim.h"
@@ -11,33 +14,53 @@
 
 namespace nuvo_test {
 
-class ChannelSimulation : public ::testing::Test {
+class InMemorySimulation : public ::testing::Test {
  protected:
-  static constexpr int kN = 40;
-
-  void SetUp() override {
+  InMemorySimulation() {
     NUVOInitSimInput(&si_);
     NUVOInitSimOutput(&out_);
-    nuvo_image ti;
-    NUVOInitImage(&ti);
-    require(NUVOGenerateChannelImage(&ti, 80, 80, 1, 0.3, 5.0, 2));
-    buildValidSimInput(&si_, ti);
-    NUVOFreeImage(&ti);
-    NUVOFreeImage(si_.simImage);
-    require(makeImage(si_.simImage, kN, kN, 1, {"facies"},
-                      [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
-    si_.outputSimJob = OUTPUT_SIM_NO_FILE;
-    si_.outputReportFlag = 0;
-    si_.nneighboringNode[0] = 20;
-    si_.searchNeighborhoodParameters[0].rx = si_.searchNeighborhoodParameters[0].ry = 6.0;
   }
   void TearDown() override {
     NUVOFreeSimOutput(&out_);
     NUVOFreeSimInput(&si_);
   }
 
+  // A valid input (see buildValidSimInput) on the image `generate` fills, over an
+  // n x n grid.
+  template <typename Generate>
+  void build(Generate generate, int n) {
+    nuvo_image ti;
+    NUVOInitImage(&ti);
+    require(generate(&ti));
+    buildValidSimInput(&si_, ti);
+    NUVOFreeImage(&ti);
+    setSimGrid(&si_, n, n, 1);
+    si_.outputSimJob = OUTPUT_SIM_NO_FILE;
+    si_.outputReportFlag = 0;
+  }
+  int simulate() {
+    NUVOFreeSimOutput(&out_);
+    return NUVOSim(&si_, &out_, nullptr, nullptr);
+  }
+  // The values of realization r (of the only variable).
+  std::vector<double> realization(int r) const {
+    const int n = out_.outputSimImage->grid->nxyz;
+    return {out_.outputSimImage->var + r * n, out_.outputSimImage->var + (r + 1) * n};
+  }
+
   nuvo_simInput si_;
   nuvo_simOutput out_;
+};
+
+class ChannelSimulation : public InMemorySimulation {
+ protected:
+  static constexpr int kN = 40;
+
+  void SetUp() override {
+    build([](nuvo_image *ti) { return NUVOGenerateChannelImage(ti, 80, 80, 1, 0.3, 5.0, 2); }, kN);
+    si_.nneighboringNode[0] = 20;
+    si_.searchNeighborhoodParameters[0].rx = si_.searchNeighborhoodParameters[0].ry = 6.0;
+  }
 };
 
 }  // namespace nuvo_test

@@ -5,11 +5,9 @@
 #include <cstdlib>
 #include <vector>
 
-#include "../input/siminput_builder.hpp"
+#include "channel_simulation.hpp"
 #include "engine/local_transform.hpp"
-#include "nuvo_sim.h"
 #include "nuvo_simtransform.h"
-#include "nuvo_synthetic.h"
 #include "tests/support/random.hpp"
 
 namespace {
@@ -108,39 +106,24 @@ TEST(LocalTransform, ScalesTurnsAndRoundsOffsets) {
 
 // A training image of channels along x, and simulations of it with homothety
 // or rotation, compared by simple statistics of the channel facies.
-class TransformedChannels : public ::testing::Test {
+class TransformedChannels : public nuvo_test::InMemorySimulation {
  protected:
   static constexpr int kSim = 64;
   void SetUp() override {
-    nuvo_image ti;
-    NUVOInitImage(&ti);
-    ASSERT_EQ(NUVOGenerateChannelImage(&ti, 120, 120, 1, 0.3, 4.0, 5), 0);
+    build([](nuvo_image *ti) { return NUVOGenerateChannelImage(ti, 120, 120, 1, 0.3, 4.0, 5); },
+          kSim);
+    const nuvo_image &ti = si_.trainImage[0];
     tiFacies_.assign(ti.var, ti.var + ti.nxyzv);
-    NUVOInitSimInput(&si_);
-    nuvo_test::buildValidSimInput(&si_, ti);
-    NUVOFreeImage(&ti);
-    NUVOFreeImage(si_.simImage);
-    makeImage(si_.simImage, kSim, kSim, 1, {"facies"},
-              [](int, int, int, int) { return NUVO_MISSING_VALUE; });
-    si_.outputSimJob = OUTPUT_SIM_NO_FILE;
-    si_.outputReportFlag = 0;
     si_.npostProcessingPathMax = 0;
     nuvo_searchNeighborhoodParameters &p = si_.searchNeighborhoodParameters[0];
     p.rx = p.ry = p.ax = p.ay = 10.0;
     si_.nneighboringNode[0] = 30;
     si_.maxScanFraction[0] = 0.3;
-    NUVOInitSimOutput(&out_);
-  }
-  void TearDown() override {
-    NUVOFreeSimOutput(&out_);
-    NUVOFreeSimInput(&si_);
   }
 
-  std::vector<double> simulate() {
-    NUVOFreeSimOutput(&out_);
-    EXPECT_EQ(NUVOSim(&si_, &out_, nullptr, nullptr), 0);
-    const nuvo_image &out = *out_.outputSimImage;
-    return {out.var, out.var + out.grid->nxyz};
+  std::vector<double> simulated() {
+    EXPECT_EQ(simulate(), 0);
+    return realization(0);
   }
 
   // The share of pairs of nodes `lag` apart along x (or y) whose facies differ.
@@ -156,19 +139,17 @@ class TransformedChannels : public ::testing::Test {
   }
 
   std::vector<double> tiFacies_;
-  nuvo_simInput si_;
-  nuvo_simOutput out_;
 };
 
 TEST_F(TransformedChannels, RotationOf90DegreesTurnsChannelsUpright) {
-  const std::vector<double> plain = simulate();
+  const std::vector<double> plain = simulated();
   EXPECT_GT(changeRate(plain, kSim, 6, false), 1.5 * changeRate(plain, kSim, 6, true));
 
   si_.rotationUsage = 1;
   si_.rotationAzimuthValue = valuesOf<double>({90.0});
   si_.rotationDipValue = valuesOf<double>({0.0});
   si_.rotationPlungeValue = valuesOf<double>({0.0});
-  const std::vector<double> turned = simulate();
+  const std::vector<double> turned = simulated();
   EXPECT_GT(changeRate(turned, kSim, 6, true), 1.5 * changeRate(turned, kSim, 6, false));
 }
 
@@ -179,7 +160,7 @@ TEST_F(TransformedChannels, HomothetyOf2DoublesTheChannelWidth) {
   si_.homothetyXRatioValue = valuesOf<double>({2.0});
   si_.homothetyYRatioValue = valuesOf<double>({2.0});
   si_.homothetyZRatioValue = valuesOf<double>({1.0});
-  const std::vector<double> wide = simulate();
+  const std::vector<double> wide = simulated();
   for (int lag = 1; lag <= 4; ++lag) {
     const double ti = changeRate(tiFacies_, 120, lag, false);
     EXPECT_NEAR(changeRate(wide, kSim, 2 * lag, false), ti, 0.2 * ti) << "lag " << lag;
@@ -193,7 +174,7 @@ TEST_F(TransformedChannels, ExtremeRatiosFallBackOnTheMarginal) {
   si_.homothetyXRatioValue = valuesOf<double>({4e-320});  // an infinite inverse
   si_.homothetyYRatioValue = valuesOf<double>({1e-12});
   si_.homothetyZRatioValue = valuesOf<double>({1.0});
-  const std::vector<double> v = simulate();
+  const std::vector<double> v = simulated();
   EXPECT_EQ(std::count(v.begin(), v.end(), 0.0) + std::count(v.begin(), v.end(), 1.0),
             static_cast<long>(v.size()));
 }
@@ -217,7 +198,7 @@ TEST_F(TransformedChannels, MapsActLikeTheirConstants) {
   si_.rotationAzimuthValue = valuesOf<double>({20.0, 40.0});
   si_.rotationDipValue = valuesOf<double>({0.0, 0.0});
   si_.rotationPlungeValue = valuesOf<double>({0.0, 0.0});
-  const std::vector<double> constants = simulate();
+  const std::vector<double> constants = simulated();
 
   si_.homothetyXRatioImageFlag = 1;
   si_.homothetyXRatioImage = boundsMap(kSim, 1.0, 1.5);
@@ -225,11 +206,11 @@ TEST_F(TransformedChannels, MapsActLikeTheirConstants) {
   si_.rotationAzimuthImage = boundsMap(kSim, 20.0, 40.0);
   si_.homothetyYRatioImageFlag = 1;
   si_.homothetyYRatioImage = boundsMap(kSim, NUVO_MISSING_VALUE, NUVO_MISSING_VALUE);
-  EXPECT_EQ(simulate(), constants);
+  EXPECT_EQ(simulated(), constants);
 
   for (int k = 0; k < kSim * kSim; k += 2)  // every other node may turn further
     si_.rotationAzimuthImage->var[kSim * kSim + k] = 80.0;
-  EXPECT_NE(simulate(), constants);
+  EXPECT_NE(simulated(), constants);
 }
 
 }  // namespace

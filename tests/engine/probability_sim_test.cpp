@@ -36,8 +36,7 @@ class ProbabilitySimulation : public nuvo_test::ChannelSimulation {
   // Runs the simulation; the sand proportion of each realization over the
   // columns [x0, x1[.
   std::vector<double> sandProportions(int x0 = 0, int x1 = kN) {
-    NUVOFreeSimOutput(&out_);
-    EXPECT_EQ(NUVOSim(&si_, &out_, nullptr, nullptr), 0);
+    EXPECT_EQ(simulate(), 0);
     std::vector<double> result;
     for (int r = 0; r < out_.nreal; ++r) {
       const double *v = out_.outputSimImage->var + r * kN * kN;
@@ -60,7 +59,6 @@ class ProbabilitySimulation : public nuvo_test::ChannelSimulation {
     EXPECT_EQ(NUVOValidateSimInput(&si_, nullptr, nullptr, &error), 0);
     return error;
   }
-
 };
 
 // MAE over two classes is |q - p| of the sand class: the constraint pushes while

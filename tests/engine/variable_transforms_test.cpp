@@ -6,9 +6,7 @@
 #include <cmath>
 #include <vector>
 
-#include "../input/siminput_builder.hpp"
-#include "nuvo_sim.h"
-#include "nuvo_synthetic.h"
+#include "channel_simulation.hpp"
 
 namespace {
 
@@ -52,39 +50,20 @@ TEST(NormalQuantile, InvertsTheNormalDistributionAcrossBothRegions) {
 }
 
 // A 30 x 30 simulation of a continuous variable from a 40 x 40 continuous image.
-class TransformedSimulation : public ::testing::Test {
+class TransformedSimulation : public nuvo_test::InMemorySimulation {
  protected:
   void SetUp() override {
-    nuvo_image ti;
-    NUVOInitImage(&ti);
-    ASSERT_EQ(NUVOGenerateContinuousImage(&ti, 40, 40, 1, 6.0, 3), 0);
-    NUVOInitSimInput(&si_);
-    nuvo_test::buildValidSimInput(&si_, ti);
-    NUVOFreeImage(&ti);
-    si_.outputSimJob = OUTPUT_SIM_NO_FILE;
-    si_.outputReportFlag = 0;
+    build([](nuvo_image *ti) { return NUVOGenerateContinuousImage(ti, 40, 40, 1, 6.0, 3); }, 30);
     si_.distanceType[0] = 1;
     si_.nrealization = 2;
     const nuvo_image &t = si_.trainImage[0];
     training_.assign(t.var, t.var + t.nxyzv);
     std::sort(training_.begin(), training_.end());
-    NUVOInitSimOutput(&out_);
-  }
-  void TearDown() override {
-    NUVOFreeSimOutput(&out_);
-    NUVOFreeSimInput(&si_);
-  }
-  int simulate() { return NUVOSim(&si_, &out_, nullptr, nullptr); }
-  std::vector<double> realization(int r) const {
-    const int n = out_.outputSimImage->grid->nxyz;
-    return {out_.outputSimImage->var + r * n, out_.outputSimImage->var + (r + 1) * n};
   }
   bool isTrainingValue(double x) const {
     return std::binary_search(training_.begin(), training_.end(), x);
   }
 
-  nuvo_simInput si_;
-  nuvo_simOutput out_;
   std::vector<double> training_;  // the training image's values, sorted
 };
 
@@ -113,7 +92,6 @@ TEST_F(TransformedSimulation, NormalizationsGiveBackTrainingAndConditioningValue
     std::vector<double> ti(si_.trainImage->var, si_.trainImage->var + si_.trainImage->nxyzv);
     std::sort(ti.begin(), ti.end());
     EXPECT_EQ(ti, untouched);  // the caller's training image is left as it was
-    NUVOFreeSimOutput(&out_);
   }
 }
 

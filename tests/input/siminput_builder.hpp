@@ -149,6 +149,14 @@ inline void setTrainingImageCount(nuvo_simInput *si, int n) {
   }
 }
 
+// Replaces the simulation grid by an nx x ny x nz grid of missing values of the
+// variable "facies".
+inline void setSimGrid(nuvo_simInput *si, int nx, int ny, int nz) {
+  NUVOFreeImage(si->simImage);
+  require(makeImage(si->simImage, nx, ny, nz, {"facies"},
+                    [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
+}
+
 // Fills an initialised record with a valid input: one categorical variable
 // "facies" on a 30 x 30 x 1 simulation grid (all values missing), a copy of `ti`
 // as the only training image, one output file, a manual isotropic neighborhood of
@@ -156,8 +164,7 @@ inline void setTrainingImageCount(nuvo_simInput *si, int n) {
 // post-processing path and one realization.
 inline void buildValidSimInput(nuvo_simInput *si, const nuvo_image &ti) {
   si->simImage = initialisedRecords<nuvo_image>(1, NUVOInitImage);
-  require(makeImage(si->simImage, 30, 30, 1, {"facies"},
-                    [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
+  setSimGrid(si, 30, 30, 1);
   si->nvar = 1;
   si->outputVarFlag = valuesOf<signed char>({1});
   si->formatStringVar = ownedTexts({"%.10g"}, NUVO_VAR_NAME_MAX + 1);

@@ -52,11 +52,6 @@ class ValidateSimInputTest : public ::testing::Test {
     useTi(ti);
     NUVOFreeImage(&ti);
   }
-  void useSimGrid(int nx, int ny, int nz) {
-    NUVOFreeImage(si_.simImage);
-    makeImage(si_.simImage, nx, ny, nz, {"facies"},
-              [](int, int, int, int) { return NUVO_MISSING_VALUE; });
-  }
   nuvo_searchNeighborhoodParameters &neighborhood() { return si_.searchNeighborhoodParameters[0]; }
   void setManualRadii(double rx, double ry, double rz) {
     neighborhood().rx = rx;
@@ -335,7 +330,7 @@ TEST_F(ValidateSimInputTest, LargeNeighborhoodsAreReducedAndWarnedAboutAlongTheA
   };
   for (const WarningCase &c : cases) {
     useStripeTi(c.ti[0], c.ti[1], c.ti[2]);
-    useSimGrid(c.sg[0], c.sg[1], c.sg[2]);
+    nuvo_test::setSimGrid(&si_, c.sg[0], c.sg[1], c.sg[2]);
     setManualRadii(c.r[0], c.r[1], c.r[2]);
     rec_.nseen = 0;
     EXPECT_EQ(radiiFor(SEARCHNEIGHBORHOOD_RADIUS_MANUAL), c.reduced) << c.ti[1] << " " << c.ti[2];

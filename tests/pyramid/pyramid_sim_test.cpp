@@ -6,12 +6,10 @@
 #include <set>
 #include <vector>
 
-#include "../input/siminput_builder.hpp"
 #include "nuvo_classofvalues.h"
-#include "nuvo_sim.h"
-#include "nuvo_synthetic.h"
 #include "nuvo_variogram.h"
 #include "pyramid/pyramid_variables.hpp"
+#include "tests/engine/channel_simulation.hpp"
 #include "tests/support/temp_stream.hpp"
 
 namespace {
@@ -20,26 +18,14 @@ using nuvo_test::valuesOf;
 
 // A 100 x 100 simulation of a channel image (150 x 150, channels along x, five
 // nodes wide) with 12 neighbours in a 7 x 7 window, kept in memory.
-class PyramidSimulation : public ::testing::Test {
+class PyramidSimulation : public nuvo_test::InMemorySimulation {
  protected:
   void SetUp() override {
-    nuvo_image ti;
-    NUVOInitImage(&ti);
-    ASSERT_EQ(NUVOGenerateChannelImage(&ti, 150, 150, 1, 0.3, 5.0, 4), 0);
-    NUVOInitSimInput(&si_);
-    nuvo_test::buildValidSimInput(&si_, ti);
-    NUVOFreeImage(&ti);
-    resize(100);
+    build([](nuvo_image *ti) { return NUVOGenerateChannelImage(ti, 150, 150, 1, 0.3, 5.0, 4); },
+          100);
     si_.consoleAppFlag = 0;
-    si_.outputSimJob = OUTPUT_SIM_NO_FILE;
-    si_.outputReportFlag = 0;
     si_.nneighboringNode[0] = 12;
-    NUVOInitSimOutput(&out_);
     NUVOInitProgressMonitor(&pm_);
-  }
-  void TearDown() override {
-    NUVOFreeSimOutput(&out_);
-    NUVOFreeSimInput(&si_);
   }
 
   // Two levels of steps 2 x 2 x 0 in `mode`, for the only variable with `type`.
@@ -74,21 +60,9 @@ class PyramidSimulation : public ::testing::Test {
     }
   }
 
-  // A simulation grid of n x n nodes, missing everywhere.
-  void resize(int n) {
-    NUVOFreeImage(si_.simImage);
-    nuvo_test::require(nuvo_test::makeImage(si_.simImage, n, n, 1, {"facies"},
-                                            [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
-  }
-
-  int simulate() {
-    NUVOFreeSimOutput(&out_);
-    return NUVOSim(&si_, &out_, &pm_, nullptr);
-  }
+  void resize(int n) { nuvo_test::setSimGrid(&si_, n, n, 1); }
   double value(int k) const { return out_.outputSimImage->var[k]; }
 
-  nuvo_simInput si_;
-  nuvo_simOutput out_;
   nuvo_progressMonitor pm_;
 };
 
