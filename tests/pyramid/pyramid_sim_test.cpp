@@ -97,6 +97,7 @@ TEST_F(PyramidSimulation, ReproducesLongChannelsBetterThanTheSingleGrid) {
 // data stay, only training categories appear, and a stop is honoured.
 TEST_F(PyramidSimulation, ModesHonourDataAndCategories) {
   resize(40);
+  si_.maxScanFraction[0] = 0.1;  // scan fraction 1.6 on the coarsest level
   const int data[][2] = {{0, 1}, {417, 0}, {818, 1}, {1599, 1}, {1230, 0}};
   for (const auto &d : data) si_.simImage->var[d[0]] = d[1];
   // An azimuth map turning from -10 to 29 degrees along x, reduced per level.
@@ -126,7 +127,7 @@ TEST_F(PyramidSimulation, ModesHonourDataAndCategories) {
   for (const char *line :
        {"Number of pyramid levels:  2\n",
         "SG   :   1 |     20 x     20 x      1 |  2 x  2 x  0 | 0 x 0 x 0 |  1 |   1 | -\n",
-        "TI  0:   2 |     38 x     38 x      1 |  2 x  2 x  0 | 0 x 0 x 0 |  1 |   1 | 8.00E+00 "
+        "TI  0:   2 |     38 x     38 x      1 |  2 x  2 x  0 | 0 x 0 x 0 |  1 |   1 | 1.60E+00 "
         "(3.20E+00)\n",
         "Pyramid simulation mode: PYRAMID_SIM_ALL_LEVEL_ONE_BY_ONE\n",
         "- simulating pyramid level 1 of 2\n"})
