@@ -78,11 +78,6 @@ class ValidateSimInputTest : public ::testing::Test {
   Recorder rec_;
 };
 
-TEST_F(ValidateSimInputTest, TheBuiltInputValidatesWithoutWarning) {
-  EXPECT_EQ(radiiFor(SEARCHNEIGHBORHOOD_RADIUS_MANUAL), (std::vector<double>{3, 3, 0}));
-  EXPECT_TRUE(warnings().empty());
-}
-
 // Constant homothety ratios (or rotation angles): `usage` values per axis.
 void constantHomothety(nuvo_simInput &s, int usage, std::initializer_list<double> x,
                        std::initializer_list<double> y, std::initializer_list<double> z) {
@@ -319,6 +314,8 @@ TEST_F(ValidateSimInputTest, LargeNeighborhoodsAreReducedAndWarnedAboutAlongTheA
     std::vector<int> expected;
   };
   const WarningCase cases[] = {
+      // The built input as it stands.
+      {{20, 20, 1}, {30, 30, 1}, {3, 3, 0}, {3, 3, 0}, {}},
       // Radii (20 - 1) / 2 and (12 - 1) / 2 still large along x and y.
       {{20, 12, 1}, {30, 30, 1}, {15, 9, 2}, {9, 5, 0}, {25, 26, 27, 30, 31, 33, 34, 35, 36}},
       // Along z, a data event spans 8 of the TI's 10 layers; xy keeps 16 x 16 of 20 x 20.

@@ -76,13 +76,17 @@ void conditionedLenses(nuvo_simInput *si) {
   NUVOFreePointSet(&points);
 }
 
-void path(nuvo_simInput *si, int type) {
+// The conditioned lenses on a path guided by the data.
+template <int type>
+void guidedLenses(nuvo_simInput *si) {
+  conditionedLenses(si);
   si->simAndPathParameters->pathType = type;
   si->simAndPathParameters->strength = 0.7;
   si->simAndPathParameters->pow = 2.0;
 }
 
 void unilateral(nuvo_simInput *si) {
+  channels(si);
   nuvo_simAndPathParameters &p = *si->simAndPathParameters;
   p.pathType = PATH_UNILATERAL;
   p.nunilateralOrder = 4;
@@ -91,6 +95,7 @@ void unilateral(nuvo_simInput *si) {
 }
 
 void rotated(nuvo_simInput *si) {
+  channels(si);
   si->rotationUsage = 1;
   si->rotationAzimuthValue = valuesOf<double>({30.0, 0.0});
   si->rotationDipValue = valuesOf<double>({0.0, 0.0});
@@ -124,36 +129,12 @@ void sand(nuvo_simInput *si, int usage) {
 
 const Case kCases[] = {
     {"ChannelsRandom", channels},
-    {"LensesConditionedPdf",
-     [](nuvo_simInput *si) {
-       conditionedLenses(si);
-       path(si, PATH_RANDOM_HD_DISTANCE_PDF);
-     }},
-    {"LensesConditionedSort",
-     [](nuvo_simInput *si) {
-       conditionedLenses(si);
-       path(si, PATH_RANDOM_HD_DISTANCE_SORT);
-     }},
-    {"LensesConditionedSumPdf",
-     [](nuvo_simInput *si) {
-       conditionedLenses(si);
-       path(si, PATH_RANDOM_HD_DISTANCE_SUM_PDF);
-     }},
-    {"LensesConditionedSumSort",
-     [](nuvo_simInput *si) {
-       conditionedLenses(si);
-       path(si, PATH_RANDOM_HD_DISTANCE_SUM_SORT);
-     }},
-    {"ChannelsUnilateral",
-     [](nuvo_simInput *si) {
-       channels(si);
-       unilateral(si);
-     }},
-    {"ChannelsRotated",
-     [](nuvo_simInput *si) {
-       channels(si);
-       rotated(si);
-     }},
+    {"LensesConditionedPdf", guidedLenses<PATH_RANDOM_HD_DISTANCE_PDF>},
+    {"LensesConditionedSort", guidedLenses<PATH_RANDOM_HD_DISTANCE_SORT>},
+    {"LensesConditionedSumPdf", guidedLenses<PATH_RANDOM_HD_DISTANCE_SUM_PDF>},
+    {"LensesConditionedSumSort", guidedLenses<PATH_RANDOM_HD_DISTANCE_SUM_SORT>},
+    {"ChannelsUnilateral", unilateral},
+    {"ChannelsRotated", rotated},
     {"ChannelsLocalProbability",
      [](nuvo_simInput *si) { sand(si, NUVO_PROBABILITY_CONSTRAINT_LOCAL); }},
 };
