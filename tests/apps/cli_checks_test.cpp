@@ -14,8 +14,8 @@
 namespace {
 
 using nuvo::test::CliRun;
-using nuvo::test::Outcome;
 using nuvo::test::fileText;
+using nuvo::test::Outcome;
 namespace fs = std::filesystem;
 
 class CliChecks : public CliRun {
@@ -129,7 +129,8 @@ TEST_F(CliChecks, OutputsAreStagedAndNeverReplacedUnasked) {
   fs::create_directories(path("case/out/sim.gslib"));  // a folder where the file should go
   r = run("run case/tiny.in --quiet");
   EXPECT_EQ(r.status, 3);
-  EXPECT_NE(r.err.find("case/out/sim.gslib: the output exists already"), std::string::npos) << r.err;
+  EXPECT_NE(r.err.find("case/out/sim.gslib: the output exists already"), std::string::npos)
+      << r.err;
 
   fs::remove_all(path("case/out"));
   r = run("run case/tiny.in --quiet", "trap '' XFSZ; ulimit -f 1;");

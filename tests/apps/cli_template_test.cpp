@@ -9,8 +9,8 @@
 namespace {
 
 using nuvo::test::Cli;
-using nuvo::test::Outcome;
 using nuvo::test::fileText;
+using nuvo::test::Outcome;
 
 TEST_F(Cli, TemplateWritesAParameterFileThatRunsAsItStands) {
   Outcome r = run("template setup/plain.in");

@@ -22,8 +22,8 @@ namespace {
 
 using nuvo::test::Cli;
 using nuvo::test::CliRun;
-using nuvo::test::Outcome;
 using nuvo::test::fileText;
+using nuvo::test::Outcome;
 namespace fs = std::filesystem;
 
 // Two variables on a 3 x 2 grid: "a" holds its node index, "b" is 5 except one

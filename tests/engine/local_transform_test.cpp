@@ -188,8 +188,11 @@ nuvo_image *boundsMap(int n, double lower, double upper) {
 }
 
 // Maps holding one value everywhere act as that constant, tolerance draws
-// included, and a map without values leaves its axis as it is.
+// included, and a map without values leaves its axis as it is (a small grid
+// shows it as well as a large one).
 TEST_F(TransformedChannels, MapsActLikeTheirConstants) {
+  constexpr int n = 24;
+  nuvo_test::setSimGrid(&si_, n, n, 1);
   si_.homothetyUsage = 2;
   si_.homothetyXRatioValue = valuesOf<double>({1.0, 1.5});
   si_.homothetyYRatioValue = valuesOf<double>({1.0, 1.0});
@@ -201,15 +204,15 @@ TEST_F(TransformedChannels, MapsActLikeTheirConstants) {
   const std::vector<double> constants = simulated();
 
   si_.homothetyXRatioImageFlag = 1;
-  si_.homothetyXRatioImage = boundsMap(kSim, 1.0, 1.5);
+  si_.homothetyXRatioImage = boundsMap(n, 1.0, 1.5);
   si_.rotationAzimuthImageFlag = 1;
-  si_.rotationAzimuthImage = boundsMap(kSim, 20.0, 40.0);
+  si_.rotationAzimuthImage = boundsMap(n, 20.0, 40.0);
   si_.homothetyYRatioImageFlag = 1;
-  si_.homothetyYRatioImage = boundsMap(kSim, NUVO_MISSING_VALUE, NUVO_MISSING_VALUE);
+  si_.homothetyYRatioImage = boundsMap(n, NUVO_MISSING_VALUE, NUVO_MISSING_VALUE);
   EXPECT_EQ(simulated(), constants);
 
-  for (int k = 0; k < kSim * kSim; k += 2)  // every other node may turn further
-    si_.rotationAzimuthImage->var[kSim * kSim + k] = 80.0;
+  for (int k = 0; k < n * n; k += 2)  // every other node may turn further
+    si_.rotationAzimuthImage->var[n * n + k] = 80.0;
   EXPECT_NE(simulated(), constants);
 }
 

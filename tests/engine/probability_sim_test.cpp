@@ -33,25 +33,20 @@ class ProbabilitySimulation : public nuvo_test::ChannelSimulation {
         nuvo_test::valuesOf<double>({1.0 - sand, sand});
   }
 
-  // Runs the simulation; the sand proportion of each realization over the
-  // columns [x0, x1[.
-  std::vector<double> sandProportions(int x0 = 0, int x1 = kN) {
-    EXPECT_EQ(simulate(), 0);
-    std::vector<double> result;
-    for (int r = 0; r < out_.nreal; ++r) {
-      const double *v = out_.outputSimImage->var + r * kN * kN;
-      int sand = 0;
+  // The sand proportion over the columns [x0, x1[ of every realization of the
+  // last run.
+  double sandIn(int x0, int x1) const {
+    int sand = 0;
+    for (int r = 0; r < out_.nreal; ++r)
       for (int y = 0; y < kN; ++y)
-        for (int x = x0; x < x1; ++x) sand += v[y * kN + x] == 1.0;
-      result.push_back(static_cast<double>(sand) / (kN * (x1 - x0)));
-    }
-    return result;
+        for (int x = x0; x < x1; ++x)
+          sand += out_.outputSimImage->var[(r * kN + y) * kN + x] == 1.0;
+    return static_cast<double>(sand) / (out_.nreal * kN * (x1 - x0));
   }
-  double meanSand(int x0 = 0, int x1 = kN) {
-    double sum = 0.0;
-    const std::vector<double> p = sandProportions(x0, x1);
-    for (double x : p) sum += x;
-    return sum / static_cast<double>(p.size());
+  // Runs the simulation; the sand proportion of all its realizations.
+  double meanSand() {
+    EXPECT_EQ(simulate(), 0);
+    return sandIn(0, kN);
   }
 
   int validate() {
@@ -122,7 +117,8 @@ TEST_F(ProbabilitySimulation, LocalTrendIsFollowedAcrossTheGrid) {
                                  }));
     sp.localPdfSupportRadius = nuvo_test::valuesOf<double>({6.0});
     sp.localCurrentPdfComputation = mode;
-    const double left = meanSand(0, kN / 3), right = meanSand(2 * kN / 3, kN);
+    ASSERT_EQ(simulate(), 0);
+    const double left = sandIn(0, kN / 3), right = sandIn(2 * kN / 3, kN);
     EXPECT_NEAR(left, 0.1 + 0.5 / 6, 0.1) << "mode " << mode;
     EXPECT_NEAR(right, 0.6 - 0.5 / 6, 0.12) << "mode " << mode;
   }
@@ -131,7 +127,7 @@ TEST_F(ProbabilitySimulation, LocalTrendIsFollowedAcrossTheGrid) {
 // Speed work must leave the realizations under constraints unchanged too.
 TEST_F(ProbabilitySimulation, RealizationsArePinned) {
   constrainGlobal(0.45, NUVO_COMPARING_PDF_MLIKROPT, 0.02);
-  sandProportions();
+  ASSERT_EQ(simulate(), 0);
   EXPECT_EQ(nuvo_test::checksum(*out_.outputSimImage), 0xd1a73f2ccd05ade5ull);
   nuvo_softProbability &sp =
       constrain(NUVO_PROBABILITY_CONSTRAINT_LOCAL, NUVO_COMPARING_PDF_JSD, 0.01);
@@ -141,7 +137,7 @@ TEST_F(ProbabilitySimulation, RealizationsArePinned) {
       [](int, int y, int, int iv) { return iv == 1 ? 0.6 - 0.01 * y : 0.4 + 0.01 * y; }));
   sp.localPdfSupportRadius = nuvo_test::valuesOf<double>({4.0});
   sp.deactivationDistance = 1.5;
-  sandProportions();
+  ASSERT_EQ(simulate(), 0);
   EXPECT_EQ(nuvo_test::checksum(*out_.outputSimImage), 0x6386d2495e89ebe5ull);
 }
 

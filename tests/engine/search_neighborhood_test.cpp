@@ -44,13 +44,10 @@ class SearchNeighborhood : public ::testing::Test {
   nuvo_randContext ctx_;
 };
 
-TEST_F(SearchNeighborhood, ZeroRadiiGiveTheCentreAlone) {
+TEST_F(SearchNeighborhood, ZeroRadiiGiveTheCentreAloneAndALineFiveNodesByDistance) {
   ASSERT_EQ(build(manualNeighborhood(0.0, 0.0, 0.0)), 0);
   EXPECT_EQ(nodes(), std::vector<Node>{Node(0, 0, 0)});
   EXPECT_EQ(sn_.weight[0], 1.0);
-}
-
-TEST_F(SearchNeighborhood, LineOfFiveNodesSortedByDistance) {
   nuvo_searchNeighborhoodParameters p = manualNeighborhood(2.0, 0.0, 0.0);
   p.ax = 2.0;
   ASSERT_EQ(build(p), 0);
@@ -159,12 +156,9 @@ TEST_F(SearchNeighborhood, ApproximateBoundsFollowTheBuiltBox) {
   }
 }
 
-TEST_F(SearchNeighborhood, RefusesAnEmptyBox) {
+TEST_F(SearchNeighborhood, RefusesEmptyBoxesAndSizesAndPrints) {
   EXPECT_EQ(build(manualNeighborhood(-1.0, 2.0, 2.0)), -688);
   EXPECT_EQ(build(manualNeighborhood(2.0, std::nan(""), 2.0)), -688);
-}
-
-TEST_F(SearchNeighborhood, RefusesEmptySizesAndPrints) {
   EXPECT_EQ(NUVOMallocSearchNeighborhood(&sn_, 0), -3);
   ASSERT_EQ(NUVOMallocSearchNeighborhood(&sn_, 2), 0);
   EXPECT_EQ(NUVOReallocSearchNeighborhood(&sn_, 0), -5);

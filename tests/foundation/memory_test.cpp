@@ -6,16 +6,6 @@
 
 namespace {
 
-TEST(Malloc, RejectsZeroCountOrSize) {
-  int err = 0;
-  EXPECT_EQ(NUVOMalloc(0, 8, &err), nullptr);
-  EXPECT_EQ(err, -3);
-  EXPECT_EQ(NUVOMalloc(4, 0, &err), nullptr);
-  EXPECT_EQ(err, -4);
-  EXPECT_EQ(NUVOMalloc(SIZE_MAX / 2, 4, &err), nullptr);
-  EXPECT_EQ(err, -1);
-}
-
 TEST(Realloc, KeepsTheBlockOnRefusalAndLeavesErrOnSuccess) {
   int err = 0;
   auto *p = static_cast<int *>(NUVOMalloc(2, sizeof(int), &err));
@@ -58,8 +48,14 @@ TEST(Arrays, AreContiguousRowMajorBlocks) {
   NUVOFreeArray4D(nullptr);
 }
 
-TEST(Arrays, ReportTheirOwnCodes) {
+TEST(Allocations, ReportTheirOwnCodes) {
   int err = 0;
+  EXPECT_EQ(NUVOMalloc(0, 8, &err), nullptr);
+  EXPECT_EQ(err, -3);
+  EXPECT_EQ(NUVOMalloc(4, 0, &err), nullptr);
+  EXPECT_EQ(err, -4);
+  EXPECT_EQ(NUVOMalloc(SIZE_MAX / 2, 4, &err), nullptr);
+  EXPECT_EQ(err, -1);
   EXPECT_EQ(NUVOMallocArray2D(0, 4, 8, &err), nullptr);
   EXPECT_EQ(err, -7);
   EXPECT_EQ(NUVOMallocArray2D(3, 4, 0, &err), nullptr);

@@ -164,7 +164,8 @@ class SimulationFiles : public ::testing::Test {
     NUVOFreeSimOutput(&out);
     NUVOFreeSimInput(&si);
     const auto real = [&](int i, int r) {
-      return nuvo_test::fileText(names_[i] + (i == 0 ? "" : "_real0000" + std::to_string(r) + ".gslib"));
+      return nuvo_test::fileText(names_[i] +
+                                 (i == 0 ? "" : "_real0000" + std::to_string(r) + ".gslib"));
     };
     return {real(0, 0), real(1, 1), real(2, 1), real(3, 1), real(4, 1)};
   }

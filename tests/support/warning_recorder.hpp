@@ -36,7 +36,8 @@ struct WarningList {
   std::vector<int> seen;
 
   static int callback(nuvo_progressMonitor *pm) {
-    if (pm->warningNumber != 0) reinterpret_cast<WarningList *>(pm)->seen.push_back(pm->warningNumber);
+    if (pm->warningNumber != 0)
+      reinterpret_cast<WarningList *>(pm)->seen.push_back(pm->warningNumber);
     return 0;
   }
 };

@@ -6,8 +6,8 @@
 
 #include "nuvo_distancemap.h"
 #include "nuvo_random.h"
-#include "tests/support/random.hpp"
 #include "tests/data/data_builders.hpp"
+#include "tests/support/random.hpp"
 
 namespace {
 
