@@ -15,7 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using nuvo::test::printed;
-using nuvo::test::TempStream;
 using nuvo_test::TempFolder;
 
 // Every file of a folder by name, with its content.
@@ -41,18 +40,12 @@ class WorkingFolder {
   fs::path previous_;
 };
 
-class ExportSimInputTest : public ::testing::Test {
+class ExportSimInputTest : public nuvo_test::ParameterFileTest {
  protected:
   void SetUp() override {
-    NUVOInitSimInput(&input_);
-    nuvo_simInputASCII ascii;
-    NUVOInitSimInputASCII(&ascii);
-    TempStream stream(nuvo_test::parameterFileText(nuvo_test::parameterFileTokens(sources_)));
-    ASSERT_EQ(NUVOReadSimInputASCII(&ascii, stream.get()), 0);
-    ASSERT_EQ(NUVOSimInputASCIIToSimInput(&ascii, &input_), 0);
-    NUVOFreeSimInputASCII(&ascii);
+    ParameterFileTest::SetUp();
+    ASSERT_EQ(convert(), 0);
   }
-  void TearDown() override { NUVOFreeSimInput(&input_); }
 
   // Reads back the parameter file "<folder>/rt.in" into ascii (initialised).
   static int readBack(const TempFolder &folder, nuvo_simInputASCII *ascii) {
@@ -66,9 +59,6 @@ class ExportSimInputTest : public ::testing::Test {
   static std::string dump(const nuvo_simInputASCII &ascii) {
     return printed([&](FILE *f) { NUVOPrintSimInputASCII(&ascii, "", f); });
   }
-
-  TempFolder sources_;
-  nuvo_simInput input_;
 };
 
 TEST_F(ExportSimInputTest, AnExportedInputReadsBackToTheSameInput) {

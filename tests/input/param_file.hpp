@@ -4,10 +4,14 @@
 // known expected code.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
+#include "nuvo_siminput.h"
 #include "test_files.hpp"
+#include "tests/support/temp_stream.hpp"
 
 namespace nuvo_test {
 
@@ -209,5 +213,30 @@ inline std::string parameterFileText(const std::vector<Token> &tokens, std::size
 inline std::string parameterFileText(const std::vector<Token> &tokens) {
   return parameterFileText(tokens, tokens.size());
 }
+
+// The complete parameter file (its data files in folder_) read into ascii_;
+// convert() builds input_ from it.
+class ParameterFileTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    NUVOInitSimInputASCII(&ascii_);
+    NUVOInitSimInput(&input_);
+    nuvo::test::TempStream file(parameterFileText(parameterFileTokens(folder_)));
+    ASSERT_EQ(NUVOReadSimInputASCII(&ascii_, file.get()), 0);
+  }
+  void TearDown() override {
+    NUVOFreeSimInputASCII(&ascii_);
+    NUVOFreeSimInput(&input_);
+  }
+
+  int convert() {
+    NUVOFreeSimInput(&input_);
+    return NUVOSimInputASCIIToSimInput(&ascii_, &input_);
+  }
+
+  TempFolder folder_;
+  nuvo_simInputASCII ascii_;
+  nuvo_simInput input_;
+};
 
 }  // namespace nuvo_test

@@ -12,34 +12,11 @@
 namespace {
 
 using nuvo::test::printed;
-using nuvo::test::TempStream;
-using nuvo_test::TempFolder;
 
-// The complete parameter file of the reader tests, read into ascii_: two
-// variables on a 4 x 3 x 1 grid, the simulation grid and an image as training
-// images, every kind of data file, manual post-processing.
-class SimInputTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    NUVOInitSimInputASCII(&ascii_);
-    NUVOInitSimInput(&input_);
-    TempStream file(nuvo_test::parameterFileText(nuvo_test::parameterFileTokens(folder_)));
-    ASSERT_EQ(NUVOReadSimInputASCII(&ascii_, file.get()), 0);
-  }
-  void TearDown() override {
-    NUVOFreeSimInputASCII(&ascii_);
-    NUVOFreeSimInput(&input_);
-  }
-
-  int convert() {
-    NUVOFreeSimInput(&input_);
-    return NUVOSimInputASCIIToSimInput(&ascii_, &input_);
-  }
-
-  TempFolder folder_;
-  nuvo_simInputASCII ascii_;
-  nuvo_simInput input_;
-};
+// The complete parameter file of the reader tests: two variables on a 4 x 3 x 1
+// grid, the simulation grid and an image as training images, every kind of data
+// file, manual post-processing.
+using SimInputTest = nuvo_test::ParameterFileTest;
 
 // The plain copies are covered by the export round trip; this checks what the
 // conversion builds: the simulation image, the loaded files, the expanded
