@@ -11,6 +11,7 @@
 #include "nuvo_synthetic.h"
 #include "siminput_builder.hpp"
 #include "tests/constraints/test_files.hpp"
+#include "tests/data/data_builders.hpp"
 #include "tests/support/temp_stream.hpp"
 #include "tests/support/warning_recorder.hpp"
 
@@ -41,16 +42,19 @@ class ValidateSimInputTest : public ::testing::Test {
   }
   void TearDown() override { NUVOFreeSimInput(&si_); }
 
-  void useTi(const nuvo_image &ti) {
+  // Rebuilds the valid input on the training image `fill` makes.
+  template <typename Fill>
+  void useTi(Fill fill) {
+    nuvo::test::EmptyImage ti;
+    nuvo_test::require(fill(&ti.image));
     NUVOFreeSimInput(&si_);
-    buildValidSimInput(&si_, ti);
+    buildValidSimInput(&si_, ti.image);
   }
   void useStripeTi(int nx, int ny, int nz) {
-    nuvo_image ti;
-    NUVOInitImage(&ti);
-    makeStripeImage(&ti, nx, ny, nz);
-    useTi(ti);
-    NUVOFreeImage(&ti);
+    useTi([=](nuvo_image *ti) {
+      makeStripeImage(ti, nx, ny, nz);
+      return 0;
+    });
   }
   nuvo_searchNeighborhoodParameters &neighborhood() { return si_.searchNeighborhoodParameters[0]; }
   void setManualRadii(double rx, double ry, double rz) {
@@ -373,11 +377,7 @@ TEST_F(ValidateSimInputTest, AnisotropyModesTakeTheirRatiosFromTheRadii) {
 // default mode measures on the simulation grid: ranges grow with the homothety
 // ratios, and the axes turned by a rotation share the larger range.
 TEST_F(ValidateSimInputTest, TiRangeRadiiFollowTheChannelsAndTheTransforms) {
-  nuvo_image ti;
-  NUVOInitImage(&ti);
-  ASSERT_EQ(NUVOGenerateChannelImage(&ti, 80, 80, 1, 0.3, 6.0, 5), 0);
-  useTi(ti);
-  NUVOFreeImage(&ti);
+  useTi([](nuvo_image *ti) { return NUVOGenerateChannelImage(ti, 80, 80, 1, 0.3, 6.0, 5); });
   neighborhood().anisotropyRatioMode = SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS;
   const std::vector<double> r = radiiFor(SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE);
   EXPECT_GT(r[0], r[1]);
@@ -415,12 +415,10 @@ TEST_F(ValidateSimInputTest, TiRangesTakeTheLargestOverTheTis) {
 }
 
 TEST_F(ValidateSimInputTest, ManyCategoriesAreWarnedAboutBeforeTheRanges) {
-  nuvo_image ti;
-  NUVOInitImage(&ti);
-  makeImage(&ti, 30, 30, 1, {"facies"},
-            [](int ix, int iy, int, int) { return static_cast<double>((ix + 2 * iy) % 25); });
-  useTi(ti);
-  NUVOFreeImage(&ti);
+  useTi([](nuvo_image *ti) {
+    return makeImage(ti, 30, 30, 1, {"facies"},
+                     [](int ix, int iy, int, int) { return (ix + 2 * iy) % 25 + 0.0; });
+  });
   radiiFor(SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE);
   ASSERT_FALSE(warnings().empty());
   EXPECT_EQ(warnings()[0], 80);
@@ -432,11 +430,9 @@ TEST_F(ValidateSimInputTest, ManyCategoriesAreWarnedAboutBeforeTheRanges) {
 }
 
 TEST_F(ValidateSimInputTest, AConstantTiHasNoRangeAndKeepsTheRadii) {
-  nuvo_image ti;
-  NUVOInitImage(&ti);
-  makeImage(&ti, 20, 20, 1, {"facies"}, [](int, int, int, int) { return 1.0; });
-  useTi(ti);
-  NUVOFreeImage(&ti);
+  useTi([](nuvo_image *ti) {
+    return makeImage(ti, 20, 20, 1, {"facies"}, [](int, int, int, int) { return 1.0; });
+  });
   neighborhood().radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_XYZ;
   EXPECT_EQ(verdict(), -1061);
   EXPECT_EQ(neighborhood().rx, 3.0);
