@@ -6,10 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "../input/siminput_builder.hpp"
+#include "channel_simulation.hpp"
 #include "nuvo_imagefile.h"
-#include "nuvo_sim.h"
-#include "nuvo_synthetic.h"
+#include "tests/data/data_builders.hpp"
 #include "tests/support/temp_folder.hpp"
 
 namespace {
@@ -18,40 +17,22 @@ namespace fs = std::filesystem;
 
 // A valid two-realization simulation of a 30 x 30 grid from a 60 x 60 channel
 // image, writing into a scratch folder.
-class Simulation : public ::testing::Test {
+class Simulation : public nuvo_test::InMemorySimulation {
  protected:
   void SetUp() override {
-    nuvo_image ti;
-    NUVOInitImage(&ti);
-    ASSERT_EQ(NUVOGenerateChannelImage(&ti, 60, 60, 1, 0.3, 5.0, 2), 0);
-    NUVOInitSimInput(&si_);
-    nuvo_test::buildValidSimInput(&si_, ti);
-    NUVOFreeImage(&ti);
+    build([](nuvo_image *ti) { return NUVOGenerateChannelImage(ti, 60, 60, 1, 0.3, 5.0, 2); }, 30);
+    si_.outputSimJob = OUTPUT_SIM_ALL_IN_ONE_FILE;
+    si_.outputReportFlag = 1;
     setName(si_.outputSimImageFileName[0], "sim.gslib");
     setName(si_.outputReportFileName, "report.txt");
     si_.nrealization = 2;
-    NUVOInitSimOutput(&out_);
-    NUVOInitProgressMonitor(&pm_);
-  }
-  void TearDown() override {
-    NUVOFreeSimOutput(&out_);
-    NUVOFreeSimInput(&si_);
   }
   void setName(char *slot, const char *name) {
     std::snprintf(slot, NUVO_FILE_NAME_MAX + 1, "%s", at(name).c_str());
   }
   fs::path at(const char *name) const { return folder_.file(name); }
-  int simulate() { return NUVOSim(&si_, &out_, &pm_, nullptr); }
-  // Variable iv of the output image.
-  std::vector<double> outputVariable(int iv) const {
-    const int n = out_.outputSimImage->grid->nxyz;
-    return {out_.outputSimImage->var + iv * n, out_.outputSimImage->var + (iv + 1) * n};
-  }
 
   nuvo_test::TempFolder folder_;
-  nuvo_simInput si_;
-  nuvo_simOutput out_;
-  nuvo_progressMonitor pm_;
 };
 
 TEST_F(Simulation, RunsEndToEndWithReportAndFiles) {
@@ -62,14 +43,14 @@ TEST_F(Simulation, RunsEndToEndWithReportAndFiles) {
   ASSERT_EQ(out_.nvarSimPerReal, 1);
   EXPECT_STREQ(out_.outputSimImage->varName[1], "facies_real00001");
   for (int r = 0; r < 2; ++r) {
-    const std::vector<double> v = outputVariable(r);
+    const std::vector<double> v = realization(r);
     for (double x : v) ASSERT_TRUE(x == 0.0 || x == 1.0);
     EXPECT_EQ(v[0], 1.0);
     EXPECT_EQ(v[465], 0.0);
     const double ones = std::count(v.begin(), v.end(), 1.0) / static_cast<double>(v.size());
     EXPECT_NEAR(ones, 0.3, 0.15);
   }
-  EXPECT_NE(outputVariable(0), outputVariable(1));
+  EXPECT_NE(realization(0), realization(1));
   EXPECT_TRUE(fs::exists(at("sim.gslib")));
   const std::string report = nuvo_test::fileText(at("report.txt"));
   EXPECT_EQ(report.rfind("NUVO 3.2 / TOLVE-KARNASHIRION-20210930\nVERSION: SERIAL\n", 0), 0u);
@@ -87,12 +68,11 @@ TEST_F(Simulation, RealizationRunAloneEqualsItsPlaceInALongerRun) {
   si_.seed = 5;
   si_.seedIncrement = 7;
   ASSERT_EQ(simulate(), 0);
-  const std::vector<double> third = outputVariable(2);
-  NUVOFreeSimOutput(&out_);
+  const std::vector<double> third = realization(2);
   si_.nrealization = 1;
   si_.seed = 5 + 2 * 7;
   ASSERT_EQ(simulate(), 0);
-  EXPECT_EQ(outputVariable(0), third);
+  EXPECT_EQ(realization(0), third);
 }
 
 TEST_F(Simulation, ConsoleModeWritesFilesOnlyAndMapsFollowTheRequest) {
@@ -107,19 +87,14 @@ TEST_F(Simulation, ConsoleModeWritesFilesOnlyAndMapsFollowTheRequest) {
   EXPECT_TRUE(fs::exists(at("err_real00001.gslib")));
 
   // One file per variable holds every realization.
-  NUVOFreeSimOutput(&out_);
   si_.outputSimJob = OUTPUT_SIM_ONE_FILE_PER_VARIABLE;
   setName(si_.outputSimImageFileName[0], "facies.gslib");
   ASSERT_EQ(simulate(), 0);
-  FILE *f = std::fopen(at("facies.gslib").c_str(), "r");
-  ASSERT_NE(f, nullptr);
-  nuvo_image back;
-  NUVOInitImage(&back);
-  EXPECT_EQ(NUVOReadImage(&back, 0, f), 0);
-  std::fclose(f);
-  EXPECT_EQ(back.nvar, 2);
-  EXPECT_STREQ(back.varName[1], "facies_real00001");
-  NUVOFreeImage(&back);
+  nuvo::test::EmptyImage back;
+  nuvo::test::TempStream file(nuvo_test::fileText(at("facies.gslib")));
+  EXPECT_EQ(NUVOReadImage(&back.image, 0, file.get()), 0);
+  EXPECT_EQ(back->nvar, 2);
+  EXPECT_STREQ(back->varName[1], "facies_real00001");
 }
 
 TEST_F(Simulation, KeepsAdditionalMapsInTheOutput) {
@@ -140,9 +115,10 @@ TEST_F(Simulation, FailsCleanlyOnBadReportOrStopRequest) {
   setName(si_.outputReportFileName, "missing-folder/report.txt");
   EXPECT_EQ(simulate(), -110);
   setName(si_.outputReportFileName, "report.txt");
-  pm_.stopFlag = 1;
-  EXPECT_EQ(simulate(), -1000);
-  pm_.stopFlag = 0;
+  nuvo_progressMonitor pm;
+  NUVOInitProgressMonitor(&pm);
+  pm.stopFlag = 1;
+  EXPECT_EQ(NUVOSim(&si_, &out_, &pm, nullptr), -1000);
   si_.distanceThreshold[0] = 2.0;
   EXPECT_EQ(simulate(), -673);
 }
