@@ -139,19 +139,14 @@ TEST_F(SoftProbabilityTest, ReadingRefusesUnknownSelectionsAndLongNames) {
     EXPECT_EQ(read(text), code) << text;
 }
 
-TEST_F(SoftProbabilityTest, GlobalPdfNearlySummingToOneIsRescaled) {
+TEST_F(SoftProbabilityTest, GlobalRulesInOrder) {
   makeGlobal();
-  sp_.globalPdf[0] = 0.304;  // sum 1.004
+  sp_.globalPdf[0] = 0.304;  // sum 1.004: rescaled
   EXPECT_EQ(validate(), 0);
   EXPECT_DOUBLE_EQ(sp_.globalPdf[0] + sp_.globalPdf[1], 1.0);
   EXPECT_DOUBLE_EQ(sp_.globalPdf[0], 0.304 / 1.004);
-
   sp_.globalPdf[0] = 0.32;  // sum 1.02
   EXPECT_EQ(validate(), -1933);
-}
-
-TEST_F(SoftProbabilityTest, GlobalRulesInOrder) {
-  makeGlobal();
   sp_.globalPdf[0] = -0.1;
   EXPECT_EQ(validate(), -1931);
   sp_.globalPdf[0] = 1.1;
@@ -182,6 +177,22 @@ TEST_F(SoftProbabilityTest, GlobalRulesInOrder) {
   EXPECT_EQ(validate(), -1980);
   sp_.probabilityConstraintThresholdType = NUVO_PROBABILITY_THRESHOLD_DYNAMIC;
   EXPECT_EQ(validate(), -1999);
+
+  // On a valid constraint again: the usage and the classes come before the pdf.
+  NUVOFreeSoftProbability(&sp_);
+  makeGlobal();
+  sp_.probabilityConstraintUsage = 3;
+  EXPECT_EQ(validate(), -1920);
+  sp_.probabilityConstraintUsage = NUVO_PROBABILITY_CONSTRAINT_GLOBAL;
+  NUVOFreeClassOfValues(sp_.classOfValues);  // no class: the class validator's code
+  EXPECT_EQ(validate(), -4041);
+  std::free(sp_.classOfValues);
+  sp_.classOfValues = nullptr;
+  EXPECT_EQ(validate(), -1991);
+  sp_.classOfValues = newClasses("2 1 0 1 1 1 2");
+  std::free(sp_.globalPdf);
+  sp_.globalPdf = nullptr;
+  EXPECT_EQ(validate(), -1995);
 }
 
 TEST_F(SoftProbabilityTest, DynamicThresholdParameters) {
@@ -197,22 +208,6 @@ TEST_F(SoftProbabilityTest, DynamicThresholdParameters) {
     EXPECT_EQ(validate(), -1985) << index << " " << value;
     p[index] = kept;
   }
-}
-
-TEST_F(SoftProbabilityTest, ClassesAreCheckedFirst) {
-  makeGlobal();
-  sp_.probabilityConstraintUsage = 3;
-  EXPECT_EQ(validate(), -1920);
-  sp_.probabilityConstraintUsage = NUVO_PROBABILITY_CONSTRAINT_GLOBAL;
-  NUVOFreeClassOfValues(sp_.classOfValues);  // no class: the class validator's code
-  EXPECT_EQ(validate(), -4041);
-  std::free(sp_.classOfValues);
-  sp_.classOfValues = nullptr;
-  EXPECT_EQ(validate(), -1991);
-  sp_.classOfValues = newClasses("2 1 0 1 1 1 2");
-  std::free(sp_.globalPdf);
-  sp_.globalPdf = nullptr;
-  EXPECT_EQ(validate(), -1995);
 }
 
 TEST_F(SoftProbabilityTest, LocalRulesInOrder) {
