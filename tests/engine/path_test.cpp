@@ -106,27 +106,21 @@ TEST(GuidedPath, EveryFormReordersExactlyTheGivenEntries) {
   entries.erase(entries.begin() + 10, entries.begin() + 30);  // as if masked out
   std::vector<int> nodes = g.nodes();
   nodes.erase(nodes.begin() + 5, nodes.begin() + 12);
-  for (OneByOne f : {NUVOPathDistancePdfRandom, NUVOPathDistanceSortRandom}) {
-    std::vector<int> e = entries;
-    ASSERT_EQ(run(f, g, &e, 0.7, 11), 0);
-    EXPECT_TRUE(samePermutation(e, entries));
-    EXPECT_NE(e, entries);
-  }
-  for (Summed f : {NUVOPathDistanceSumPdfRandom, NUVOPathDistanceSumSortRandom}) {
-    std::vector<int> e = entries;
-    ASSERT_EQ(run(f, g, &e, 0.7, 1.5, 11), 0);
-    EXPECT_TRUE(samePermutation(e, entries));
-  }
-  for (OneByOne f : {NUVOVectorPathDistancePdfRandom, NUVOVectorPathDistanceSortRandom}) {
-    std::vector<int> e = nodes;
-    ASSERT_EQ(run(f, g, &e, 0.7, 11), 0);
-    EXPECT_TRUE(samePermutation(e, nodes));
-  }
-  for (Summed f : {NUVOVectorPathDistanceSumPdfRandom, NUVOVectorPathDistanceSumSortRandom}) {
-    std::vector<int> e = nodes;
-    ASSERT_EQ(run(f, g, &e, 0.7, 0.5, 11), 0);
-    EXPECT_TRUE(samePermutation(e, nodes));
-  }
+  // Runs f on a copy of `given` and returns the path, which must reorder it.
+  const auto reordered = [&](auto f, const std::vector<int> &given, auto... parameters) {
+    std::vector<int> e = given;
+    EXPECT_EQ(run(f, g, &e, parameters..., 11), 0);
+    EXPECT_TRUE(samePermutation(e, given));
+    return e;
+  };
+  for (OneByOne f : {NUVOPathDistancePdfRandom, NUVOPathDistanceSortRandom})
+    EXPECT_NE(reordered(f, entries, 0.7), entries);
+  for (Summed f : {NUVOPathDistanceSumPdfRandom, NUVOPathDistanceSumSortRandom})
+    reordered(f, entries, 0.7, 1.5);
+  for (OneByOne f : {NUVOVectorPathDistancePdfRandom, NUVOVectorPathDistanceSortRandom})
+    reordered(f, nodes, 0.7);
+  for (Summed f : {NUVOVectorPathDistanceSumPdfRandom, NUVOVectorPathDistanceSumSortRandom})
+    reordered(f, nodes, 0.7, 0.5);
 }
 
 // Mean distance to the data of the first 2% of the path, over several seeds. (Further
