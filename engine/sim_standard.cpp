@@ -366,9 +366,6 @@ int StandardSimulation::realize(int seed, nuvo_randContext *ctx, const Realizati
   NUVODoubleRand(seed, ctx);
   std::memcpy(work_.image.var, conditioned_.image.var,
               sizeof(double) * static_cast<std::size_t>(work_.image.nxyzv));
-  probability_.beginRealization();
-  blocks_.beginRealization();
-  pattern_.beginRealization();
   std::vector<int> path(pathTemplate_);
   std::span<const signed char> entryFlag = prepared_.entryFlag;
   if (connectivity_.pastes()) {
@@ -377,6 +374,10 @@ int StandardSimulation::realize(int seed, nuvo_randContext *ctx, const Realizati
     dropFixedEntries(realizationFlag_, setup_.nvar, setup_.vectorMode, path);
     entryFlag = realizationFlag_;
   }
+  // The constraints count what the grid holds now: data and pasted paths.
+  NUVO_TRY(probability_.beginRealization(work_.image));
+  blocks_.beginRealization(work_.image);
+  pattern_.beginRealization();
   NUVO_TRY(orderPath(path, entryFlag, ctx));
   NUVO_TRY(simulateRealization(setup_, &work_.image, entryFlag, path, seed, maps, report_, pm_,
                                callback_));

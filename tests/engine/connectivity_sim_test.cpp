@@ -119,8 +119,9 @@ class ConnectivitySimulation : public ::testing::Test {
     Warnings warnings;
     NUVOFreeSimOutput(&out_);
     ASSERT_EQ(NUVOSim(&si_.si, &out_, &warnings.pm, Warnings::callback), 0);
-    // The label variable is no simulated variable (warning 44); no group fails.
-    EXPECT_EQ(warnings.seen, std::vector<int>{44});
+    // The label variable is read by the constraint, not ignored (no warning 44),
+    // and no group fails.
+    EXPECT_TRUE(warnings.seen.empty());
     const int nxyz = nx_ * ny_ * nz_;
     for (int r = 0; r < out_.nreal; ++r) {
       const double *v = out_.outputSimImage->var + r * nxyz;
@@ -244,14 +245,16 @@ TEST(ConnectivityLabels, LabelsArePlacedMaskedAndCheckedAgainstTheData) {
   // Labels 0 and below constrain nothing; 2.2 is label 2; the point gives node 0
   // its label again; the mask removes the label of node 5 (and its datum).
   EXPECT_EQ(
-      integrateLabels({{1, 0, 1, 1, 1, 1}, {1, -3, 2.2, 2, 1, 3}, {}, 1.0, {1, 1, 1, 1, 1, 0}},
+      integrateLabels({{1, 0, 1, 1, 1, 1}, {1, -3, 2.2, 2, 1, 3}, {0, 0, 0, 0, 0, 0}, 1.0,
+                       {1, 1, 1, 1, 1, 0}},
                       &label, &warnings),
       0);
   EXPECT_EQ(label, (std::vector<int>{1, 0, 2, 2, 1, 0}));
-  EXPECT_EQ(warnings, (std::vector<int>{44, 43, 40, 46}));
+  // The label variable "well" is read, not ignored: only "other" raises 44.
+  EXPECT_EQ(warnings, (std::vector<int>{44, 40, 46}));
   // Without any label the constraint is dropped with warning 55.
   EXPECT_EQ(integrateLabels({{1, 0, 1, 1, 1, 1}, {M, M, 0, M, M, M}}, &label, &warnings), 0);
-  EXPECT_EQ(warnings, (std::vector<int>{44, 55}));
+  EXPECT_EQ(warnings, (std::vector<int>{55}));
   // The failures, first found wins.
   const std::vector<std::pair<LabelCase, int>> failures = {
       {{{1, 0, 1, M, 1, 1}, {1, M, M, 1, M, M}}, -181},
