@@ -11,6 +11,7 @@
 #include "nuvo_conditioning.h"
 #include "nuvo_sim.h"
 #include "tests/constraints/test_files.hpp"
+#include "tests/support/pyramid_input.hpp"
 #include "tests/support/warning_recorder.hpp"
 
 namespace {
@@ -163,6 +164,16 @@ TEST_F(ConnectivitySimulation, LabelledWellsEndInOneSandBodyIn2D) {
       constrain(usage, type);
       simulateAndCheck(type, usage != NUVO_CONNECTIVITY_PATTERN);
     }
+}
+
+// Through a pyramid the paths are data at every level: the wells still end in
+// one body on the simulation grid.
+TEST_F(ConnectivitySimulation, LabelledWellsEndInOneSandBodyThroughAPyramid) {
+  build(36, 36, 1, 60, 60, 1,
+        {{2, 3, 0, 1.0, 1.0}, {33, 31, 0, 1.0, 1.0}, {30, 4, 0, 1.0, 2.0}, {4, 30, 0, 1.0, 2.0}});
+  nuvo_test::usePyramid(&si_.si, PYRAMID_SIM_HIERARCHICAL, PYRAMID_CATEGORICAL_AUTO);
+  constrain(NUVO_CONNECTIVITY_PATHS_DISTANCE_ORDER, CONNECT_FACE);
+  simulateAndCheck(CONNECT_FACE);
 }
 
 TEST_F(ConnectivitySimulation, LabelledWellsEndInOneSandBodyIn3D) {
