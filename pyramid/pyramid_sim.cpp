@@ -152,10 +152,14 @@ int PyramidSimulation::runStep(LevelStep &step, int seed, const RealizationMaps 
   const int level = step.level;
   const int nmain = level == 0 ? si_.nvar : static_cast<int>(step.main.size());
   for (int j = 0; j < nmain; ++j) {
-    if (level == 0)
+    if (level == 0) {
       copyColumn(*levelData_, j, sim, j);
-    else
-      copyColumn(*state_[level].get(), step.main[j], sim, j);
+      continue;
+    }
+    copyColumn(*state_[level].get(), step.main[j], sim, j);
+    if (in.input().distanceType[j] == 0) continue;
+    for (double &x : variableValues(sim, j))
+      if (!isMissing(x)) x = std::clamp(x, step.low[j], step.high[j]);
   }
   int col = nmain;
   std::vector<char> informed(static_cast<std::size_t>(sim->grid->nxyz), 0);
@@ -164,7 +168,7 @@ int PyramidSimulation::runStep(LevelStep &step, int seed, const RealizationMaps 
     NUVO_TRY(
         levels_.carry(*state_[from].get(), from, level, step.kind, levels_.grids(), carried.get()));
     for (int i : list) {
-      const std::size_t c = static_cast<std::size_t>(col - nmain);
+      const std::size_t c = static_cast<std::size_t>(col);
       copyColumn(*carried.get(), i, sim, col);
       // A node that the coarse level left uninformed (next to the mask) takes
       // the middle of the range when it is to be simulated at this level.
