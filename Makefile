@@ -75,7 +75,7 @@ fuzz: deps
 # Runs every fuzzer for FUZZ_TIME seconds from its seed corpus; new inputs are kept
 # in build/fuzz/corpus/, crashes in build/fuzz/.
 FUZZ_TIME ?= 150
-FUZZ_READERS = gslib vtk pgm ppm binary pointset siminput_ascii
+FUZZ_READERS = gslib vtk pgm ppm binary pointset blockdata siminput_ascii
 fuzz-run: fuzz
 	for r in $(FUZZ_READERS); do \
 	  mkdir -p build/fuzz/corpus/$$r && \

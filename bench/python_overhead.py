@@ -8,9 +8,9 @@ The C and Python runs are compared by processor time (user + system, of this
 process or of the child), the best of four interleaved rounds, which other work
 on the machine disturbs less than wall-clock time; the Dask runs by wall-clock
 time. "C" runs examples/simulate (the C interface from end to end, reading the
-parameter file); "run" is nuvosim.run on
-the same file; "simulate" is nuvosim.simulate with the training image and points
-as arrays (its files are written and read back by the library).
+parameter file, one thread); "run" is nuvosim.run on the same file and
+"simulate" is nuvosim.simulate with the training image and points as arrays
+(its files are written and read back by the library), both on one thread.
 """
 
 import pathlib
@@ -67,8 +67,9 @@ def main():
         c_time, run_time, sim_time = best([
             lambda: subprocess.run([simulate, "channels2d.in"], cwd=folder, check=True,
                                    capture_output=True),
-            lambda: nuvosim.run(folder / "channels2d.in", progress=False),
-            lambda: nuvosim.simulate(ti, (200, 200), progress=False, **settings)], repeat=4)
+            lambda: nuvosim.run(folder / "channels2d.in", progress=False, threads=1),
+            lambda: nuvosim.simulate(ti, (200, 200), progress=False, threads=1, **settings)],
+            repeat=4)
         print(f"processor time: C {c_time:.3f} s, "
               f"run {run_time:.3f} s ({100 * (run_time / c_time - 1):+.1f} %), "
               f"simulate {sim_time:.3f} s ({100 * (sim_time / c_time - 1):+.1f} %)")

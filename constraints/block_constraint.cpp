@@ -62,26 +62,22 @@ int BlockConstraint::prepare(const nuvo_blockData &bd, int variable,
   for (std::size_t k = 1; k < first_.size(); ++k) first_[k] += first_[k - 1];
   member_.assign(static_cast<std::size_t>(first_.back()), 0);
   std::vector<int> next(first_.begin(), first_.end() - 1);
-  const double *values = conditioned.var + static_cast<long long>(variable) * g.nxyz;
-  conditionedSum_.assign(block_.size(), 0.0);
-  conditionedCount_.assign(block_.size(), 0);
   for (int b = 0; b < bd.nblock; ++b)
-    for (int i = 0; i < bd.nnode[b]; ++i) {
-      const int node = bd.ix[b][i] + g.nx * bd.iy[b][i] + g.nxy * bd.iz[b][i];
-      member_[next[node]++] = b;
-      if (isMissing(values[node])) continue;
-      conditionedSum_[b] += values[node];
-      ++conditionedCount_[b];
-    }
+    for (int i = 0; i < bd.nnode[b]; ++i)
+      member_[next[bd.ix[b][i] + g.nx * bd.iy[b][i] + g.nxy * bd.iz[b][i]]++] = b;
   scratch_.reserve(block_.size());
   return 0;
 }
 
-void BlockConstraint::beginRealization() {
-  for (std::size_t b = 0; b < block_.size(); ++b) {
-    block_[b].sum = conditionedSum_[b];
-    block_[b].count = conditionedCount_[b];
+void BlockConstraint::beginRealization(const nuvo_image &work) {
+  for (Block &k : block_) {
+    k.sum = 0.0;
+    k.count = 0;
   }
+  const int nxyz = work.grid->nxyz;
+  const double *values = work.var + static_cast<long long>(variable_) * nxyz;
+  for (int node = 0; node < nxyz; ++node)
+    if (first_[node] < first_[node + 1] && !isMissing(values[node])) assign(node, values[node]);
 }
 
 void BlockConstraint::assign(int node, double value) {

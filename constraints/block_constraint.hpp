@@ -3,7 +3,8 @@
 //
 // Running sums. Every grid node knows the blocks that hold it. Per realization
 // (beginRealization) each block's sum and count of informed values start from
-// the conditioning data; while the realization runs, the engine reports every
+// the grid as the realization starts (conditioning data and any pasted
+// connecting paths); while the realization runs, the engine reports every
 // value it copies (assign) and every value post-processing empties (clear), so
 // they always cover exactly the informed nodes of the block. There is no initial
 // simulation of block nodes: the constraint acts on every simulated node.
@@ -102,7 +103,7 @@ class BlockConstraint {
               std::span<const nuvo_image *const> trainImage, const nuvo_image &conditioned,
               nuvo_randContext *ctx, bool *farTarget);
 
-  void beginRealization();
+  void beginRealization(const nuvo_image &work);
   void assign(int node, double value);
   void clear(int node, double value);
 
@@ -128,8 +129,6 @@ class BlockConstraint {
   std::vector<Block> block_;
   std::vector<int> first_;   // per grid node + 1: start of its blocks in member_
   std::vector<int> member_;  // block indices, node by node
-  std::vector<double> conditionedSum_;
-  std::vector<int> conditionedCount_;
   std::vector<BlockBand> scratch_;
   mutable std::vector<double> trial_;  // candidate values of floor()
 };
@@ -146,8 +145,8 @@ class BlockConstraints {
   BlockConstraint *of(int v) {
     return index_.empty() || index_[v] < 0 ? nullptr : &constraint_[index_[v]];
   }
-  void beginRealization() {
-    for (BlockConstraint &c : constraint_) c.beginRealization();
+  void beginRealization(const nuvo_image &work) {
+    for (BlockConstraint &c : constraint_) c.beginRealization(work);
   }
   // The statistics of every block, one line each, for the report.
   void writeStatistics(FILE *report) const {

@@ -55,15 +55,14 @@ int ProbabilityConstraint::prepare(const nuvo_softProbability &sp, int variable,
   const int nclass = classes.nclass;
   count_.assign(static_cast<std::size_t>(nclass), 0);
 
-  NUVO_TRY(classifyImage(classes, conditioned, variable, kDatumInNoClass, &conditionedClass_));
-  gridClass_ = conditionedClass_;
+  NUVO_TRY(classifyImage(classes, conditioned, variable, kDatumInNoClass, &gridClass_));
   trainClass_.assign(trainImage.size(), {});
   // Training proportions: the simulation grid used as a training image counts
   // with its conditioning data.
   std::vector<std::int64_t> trainCount(static_cast<std::size_t>(nclass), 0);
   for (std::size_t t = 0; t < trainImage.size(); ++t) {
     if (trainImage[t] == nullptr) {
-      addClasses(conditionedClass_, trainCount);
+      addClasses(gridClass_, trainCount);
       continue;
     }
     NUVO_TRY(
@@ -82,10 +81,16 @@ int ProbabilityConstraint::prepare(const nuvo_softProbability &sp, int variable,
   return 0;
 }
 
-void ProbabilityConstraint::beginRealization() {
-  gridClass_ = conditionedClass_;
+int ProbabilityConstraint::beginRealization(const nuvo_image &work) {
+  NUVO_TRY(classifyImage(*sp_->classOfValues, work, variable_, kDatumInNoClass, &gridClass_));
   std::fill(count_.begin(), count_.end(), 0);
   addClasses(gridClass_, count_);
+  return 0;
+}
+
+int ProbabilityConstraints::beginRealization(const nuvo_image &work) {
+  for (ProbabilityConstraint &c : constraint_) NUVO_TRY(c.beginRealization(work));
+  return 0;
 }
 
 ConstraintTally ProbabilityConstraint::tally() const {

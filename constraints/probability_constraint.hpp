@@ -2,15 +2,16 @@
 // reads and the running state of the realization.
 //
 // Preparation, once per simulation (the training images do not change between
-// realizations): the class index of every training-image node and of every
-// conditioned grid node, -1 where the value is missing. The classes are those of
+// realizations): the class index of every training-image node, -1 where the
+// value is missing. The classes are those of
 // the values the simulation copies, after rescaling and before normalisation. An
 // informed training value in no class fails with -1928, a conditioning value in
 // none with -1929. For MLikRopt, the optimal interval table of every class from
 // its proportion among the informed training values (pdf_comparison.hpp).
 //
-// Per realization (beginRealization): the class of every grid node is reset to
-// the conditioned state, and the running counts per class are recounted from it
+// Per realization (beginRealization): the class of every grid node is taken from
+// the grid as the realization starts (conditioning data and any pasted
+// connecting paths), and the running counts per class are recounted from it
 // (the global constraint reads them). While the realization runs, the engine reports
 // every value it copies (assign) and every value post-processing empties (clear),
 // so the counts always cover exactly the informed nodes of the grid. The
@@ -80,7 +81,8 @@ class ProbabilityConstraint {
   // The variable's search neighborhood, read by the "COMPLETE" local pdf.
   void attach(const nuvo_searchNeighborhood &neighborhood) { neighborhood_ = &neighborhood; }
 
-  void beginRealization();
+  // Returns 0, or -1929 when a value of `work` is in no class.
+  int beginRealization(const nuvo_image &work);
   // A tally sized for this constraint, nothing pending.
   ConstraintTally tally() const;
   // Gives the node class `cls`, counted in `tally` until settled.
@@ -117,7 +119,6 @@ class ProbabilityConstraint {
   const nuvo_grid *grid_ = nullptr;
   const nuvo_searchNeighborhood *neighborhood_ = nullptr;
   std::vector<std::vector<std::int16_t>> trainClass_;  // per training image; empty: the grid's
-  std::vector<std::int16_t> conditionedClass_;         // per grid node, before simulation
   std::vector<std::int16_t> gridClass_;                // per grid node, as simulated
   std::vector<std::int64_t> count_;                    // informed grid nodes per class
   std::vector<std::vector<double>> optimalTable_;      // MLikRopt: per class
@@ -133,9 +134,7 @@ class ProbabilityConstraints {
   ProbabilityConstraint *of(int v) {
     return index_.empty() || index_[v] < 0 ? nullptr : &constraint_[index_[v]];
   }
-  void beginRealization() {
-    for (ProbabilityConstraint &c : constraint_) c.beginRealization();
-  }
+  int beginRealization(const nuvo_image &work);
 
  private:
   std::vector<ProbabilityConstraint> constraint_;

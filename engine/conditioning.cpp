@@ -1,5 +1,7 @@
 // Conditioning data merged into the working simulation image: data images, then
 // data point sets, then the mask.
+#include <cstring>
+
 #include "data/values.hpp"
 #include "engine/warnings.hpp"
 #include "nuvo_conditioning.h"
@@ -25,6 +27,26 @@ int checkGridImage(const nuvo_image *image, const nuvo_image &simImage) {
   return 0;
 }
 
+// The variables among `names` that only label the data of a connectivity
+// constraint in use: read by the constraint, they are not ignored.
+int labelVariables(const nuvo_simInput &si, const nuvo_image &simImage, char *const *names,
+                   int nname) {
+  if (si.connectivity == nullptr) return 0;
+  int count = 0;
+  for (int i = 0; i < nname; ++i) {
+    bool label = false, simulated = false;
+    for (int v = 0; v < si.nvar; ++v) {
+      const nuvo_connectivity &c = si.connectivity[v];
+      label = label || (c.connectivityConstraintUsage != NUVO_CONNECTIVITY_NONE &&
+                        c.varName != nullptr && std::strcmp(c.varName, names[i]) == 0);
+    }
+    for (int v = 0; v < simImage.nvar; ++v)
+      simulated = simulated || std::strcmp(simImage.varName[v], names[i]) == 0;
+    count += label && !simulated ? 1 : 0;
+  }
+  return count;
+}
+
 int mergeDataImages(const nuvo_simInput &si, nuvo_image *simImage, Counts *total,
                     nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
   NUVO_FAIL_IF(si.ndataImage > 0 && si.dataImage == nullptr, kMemoryNotAllocated);
@@ -33,6 +55,7 @@ int mergeDataImages(const nuvo_simInput &si, nuvo_image *simImage, Counts *total
     NUVO_TRY(checkGridImage(&data, *simImage));
     int nIgnored = 0, nConflict = 0;
     NUVO_TRY(NUVOImageToImage(&data, simImage, 1, kConflictOverwrite, &nIgnored, &nConflict, 1));
+    nIgnored -= labelVariables(si, *simImage, data.varName, data.nvar);
     // The first data image overrides the simulation image's own values silently.
     if (i == 0) nConflict = 0;
     total->ignoredVar += nIgnored;
@@ -51,6 +74,8 @@ int mergePointSets(const nuvo_simInput &si, nuvo_image *simImage, Counts *total,
     int nIgnored = 0, nOutside = 0, nConflict = 0;
     NUVO_TRY(NUVOPointSetToImage(&si.dataPointSet[i], simImage, 1, 1, kConflictOverwrite, &nIgnored,
                                  &nOutside, &nConflict));
+    const nuvo_pointSet &points = si.dataPointSet[i];
+    nIgnored -= labelVariables(si, *simImage, points.varName, points.nvar);
     total->ignoredVar += nIgnored;
     total->conflict += nConflict;
     NUVO_TRY(warnIf(nIgnored > 0, pm, callback, kWarningPointSetUnknownVariable));

@@ -5,7 +5,9 @@
 #include <algorithm>
 
 #include "constraints/connectivity_groups.hpp"
+#include "constraints/connectivity_paths.hpp"
 #include "data/values.hpp"
+#include "engine/conditioning.hpp"
 #include "engine/warnings.hpp"
 #include "nuvo_conditioning.h"
 
@@ -61,6 +63,18 @@ int integrateLabels(const nuvo_simInput &si, const nuvo_image &simImage, int *la
 }
 
 }  // namespace
+
+int integrateConditioning(const nuvo_simInput &si, nuvo_image *image, std::vector<int> *label,
+                          nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
+  int nIgnoredVar = 0, nConflict = 0;
+  label->clear();
+  if (!ConnectivityPaths::requested(si))
+    return NUVOSimIntegrateConditioningData(&si, image, &nIgnoredVar, &nConflict, pm, callback);
+  label->resize(static_cast<std::size_t>(image->grid->nxyz) * si.nvar);
+  return NUVOSimIntegrateConditioningDataWithConnectivity(&si, image, label->data(), &nIgnoredVar,
+                                                          &nConflict, pm, callback);
+}
+
 }  // namespace nuvo
 
 extern "C" int NUVOSimIntegrateConditioningDataWithConnectivity(const nuvo_simInput *si,

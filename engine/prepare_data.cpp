@@ -84,7 +84,7 @@ int measureVariable(const nuvo_simInput &si, std::span<const nuvo_image> trainIm
 // the masked ones.
 void flagEntries(const nuvo_simInput &si, const nuvo_image &simImage, PreparedData *p) {
   const double *mask = si.maskImageFlag ? si.maskImage->var : nullptr;
-  p->entryFlag.assign(static_cast<std::size_t>(p->nvar) * p->nxyz, kEntryFixed);
+  p->entryFlag = entryFlags(si, simImage);
   for (int k = 0; k < p->nxyz; ++k) {
     if (mask != nullptr && mask[k] == 0.0) {
       ++p->nMasked;
@@ -92,13 +92,10 @@ void flagEntries(const nuvo_simInput &si, const nuvo_image &simImage, PreparedDa
     }
     bool allInformed = true;
     for (int v = 0; v < p->nvar; ++v) {
-      const std::size_t entry = static_cast<std::size_t>(v) * p->nxyz + k;
-      if (isMissing(simImage.var[entry])) {
-        p->entryFlag[entry] = kEntryToSimulate;
+      if (p->flag(v, k) == kEntryToSimulate)
         allInformed = false;
-      } else {
+      else
         ++p->variable[v].ndata;
-      }
     }
     if (allInformed) ++p->nInformedAllVariables;
   }
@@ -121,6 +118,17 @@ int prepareData(const nuvo_simInput &si, std::span<const nuvo_image> trainImage,
 }
 
 }  // namespace
+
+std::vector<signed char> entryFlags(const nuvo_simInput &si, const nuvo_image &simImage) {
+  const int nxyz = simImage.grid->nxyz;
+  const double *mask = si.maskImageFlag ? si.maskImage->var : nullptr;
+  std::vector<signed char> flag(static_cast<std::size_t>(simImage.nvar) * nxyz, kEntryFixed);
+  for (std::size_t entry = 0; entry < flag.size(); ++entry) {
+    const bool masked = mask != nullptr && mask[entry % nxyz] == 0.0;
+    if (!masked && isMissing(simImage.var[entry])) flag[entry] = kEntryToSimulate;
+  }
+  return flag;
+}
 
 int simPrepareData(const nuvo_simInput &si, std::span<const nuvo_image> trainImage,
                    const nuvo_image &simImage, PreparedData *prepared, nuvo_progressMonitor *pm,

@@ -81,4 +81,8 @@ int simPrepareData(const nuvo_simInput &si, std::span<const nuvo_image> trainIma
                    const nuvo_image &simImage, PreparedData *prepared, nuvo_progressMonitor *pm,
                    nuvo_progressCallback callback);
 
+// The entry flags alone (index v * nxyz + k): to simulate where the value is
+// missing and the mask keeps the node, fixed elsewhere.
+std::vector<signed char> entryFlags(const nuvo_simInput &si, const nuvo_image &simImage);
+
 }  // namespace nuvo

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "constraints/connectivity_paths.hpp"
+#include "engine/conditioning.hpp"
 #include "engine/local_transform.hpp"
 #include "engine/owned.hpp"
 #include "engine/prepared_data.hpp"
@@ -104,7 +105,6 @@ class StandardSimulation {
   int normalize();
   void denormalize();
   int preparePathTemplate();
-  int integrateConditioningData(std::vector<int> *label);
   int orderPath(std::vector<int> &path, std::span<const signed char> entryFlag,
                 nuvo_randContext *ctx) const;
 
@@ -148,7 +148,7 @@ int StandardSimulation::prepare() {
 int StandardSimulation::prepareShared() {
   NUVO_TRY(NUVOCopyImage(si_.simImage, &conditioned_.image));
   std::vector<int> label;
-  NUVO_TRY(integrateConditioningData(&label));
+  NUVO_TRY(integrateConditioning(si_, &conditioned_.image, &label, pm_, callback_));
   NUVO_TRY(prepareTrainingImages());
   NUVO_TRY(probability_.prepare(si_, std::span<const nuvo_image>(trainImage_, si_.ntrainImage),
                                 conditioned_.image));
@@ -171,18 +171,6 @@ int StandardSimulation::prepareShared() {
                                             &ctx, pm_));
   prepareSetup();
   return preparePathTemplate();
-}
-
-// Merges the conditioning data, with the labels of the connectivity constraints
-// when some variable has one.
-int StandardSimulation::integrateConditioningData(std::vector<int> *label) {
-  int nIgnoredVar = 0, nConflict = 0;
-  if (!ConnectivityPaths::requested(si_))
-    return NUVOSimIntegrateConditioningData(&si_, &conditioned_.image, &nIgnoredVar, &nConflict,
-                                            pm_, callback_);
-  label->resize(static_cast<std::size_t>(conditioned_.image.grid->nxyz) * si_.nvar);
-  return NUVOSimIntegrateConditioningDataWithConnectivity(&si_, &conditioned_.image, label->data(),
-                                                          &nIgnoredVar, &nConflict, pm_, callback_);
 }
 
 // The realizations read the caller's training images unless some variable is
@@ -366,9 +354,6 @@ int StandardSimulation::realize(int seed, nuvo_randContext *ctx, const Realizati
   NUVODoubleRand(seed, ctx);
   std::memcpy(work_.image.var, conditioned_.image.var,
               sizeof(double) * static_cast<std::size_t>(work_.image.nxyzv));
-  probability_.beginRealization();
-  blocks_.beginRealization();
-  pattern_.beginRealization();
   std::vector<int> path(pathTemplate_);
   std::span<const signed char> entryFlag = prepared_.entryFlag;
   if (connectivity_.pastes()) {
@@ -377,6 +362,10 @@ int StandardSimulation::realize(int seed, nuvo_randContext *ctx, const Realizati
     dropFixedEntries(realizationFlag_, setup_.nvar, setup_.vectorMode, path);
     entryFlag = realizationFlag_;
   }
+  // The constraints count what the grid holds now: data and pasted paths.
+  NUVO_TRY(probability_.beginRealization(work_.image));
+  blocks_.beginRealization(work_.image);
+  pattern_.beginRealization();
   NUVO_TRY(orderPath(path, entryFlag, ctx));
   NUVO_TRY(simulateRealization(setup_, &work_.image, entryFlag, path, seed, maps, report_, pm_,
                                callback_));

@@ -1,8 +1,9 @@
 // Fuzz target for one file reader, chosen at compile time by NUVO_FUZZ_READER:
 // 0-3 the text image formats of that key, 4 the GSLIB binary image, 5 the
-// point-set text format. Each input must be read without a crash; when it reads,
-// the record is written back and must read again into an equal record (the
-// binary writer must even reproduce the bytes that were read).
+// point-set text format, 6 the block data file. Each input must be read without a
+// crash; when it reads, the record is written back and must read again into an
+// equal record (the binary writer must even reproduce the bytes that were read;
+// block data, written with six decimals, must write the same text twice).
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -10,6 +11,7 @@
 #include <cstring>
 #include <string>
 
+#include "nuvo_blockdata.h"
 #include "nuvo_imagefile.h"
 
 #ifndef NUVO_FUZZ_READER
@@ -20,6 +22,7 @@ namespace {
 
 constexpr int kBinaryReader = 4;
 constexpr int kPointSetReader = 5;
+constexpr int kBlockDataReader = 6;
 
 void check(bool condition, const char *what) {
   if (condition) return;
@@ -150,6 +153,34 @@ void checkPointSet(const std::uint8_t *data, std::size_t size) {
   NUVOFreePointSet(&ps);
 }
 
+// The text a block data record read from `data` is written as; empty when it
+// does not read, or, with `validated`, does not pass the validator.
+std::string blockDataText(const void *data, std::size_t size, bool validated) {
+  nuvo_blockData bd;
+  NUVOInitBlockData(&bd);
+  FILE *in = openBytes(data, size);
+  int error = NUVOReadBlockData(&bd, in);
+  std::fclose(in);
+  bd.blockDataUsage = NUVO_BLOCK_DATA_MEAN;
+  if (error == 0 && validated) NUVOValidateBlockData(&bd, nullptr, nullptr, &error);
+  std::string text;
+  if (error == 0) {
+    Written out;
+    check(NUVOWriteBlockData(&bd, out.stream()) == 0, "write block data");
+    text = out.close();
+  }
+  NUVOFreeBlockData(&bd);
+  return text;
+}
+
+// A valid record written, read back and written again gives the same text (the
+// six decimals of the format may round a value, to zero even, only once).
+void checkBlockData(const std::uint8_t *data, std::size_t size) {
+  const std::string text = blockDataText(data, size, true);
+  if (text.empty()) return;
+  check(blockDataText(text.data(), text.size(), false) == text, "block data written again the same");
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
@@ -157,6 +188,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     checkBinaryImage(data, size);
   else if (NUVO_FUZZ_READER == kPointSetReader)
     checkPointSet(data, size);
+  else if (NUVO_FUZZ_READER == kBlockDataReader)
+    checkBlockData(data, size);
   else
     checkTextImage(data, size);
   return 0;

@@ -28,7 +28,9 @@ NUVO_EXTERN_C_BEGIN
  *     counting; from the second data image on, a datum landing on an entry that
  *     is already informed replaces it and counts as a conflict. After each data
  *     image, warning 44 (ignored variables) then warning 45 (conflicts), each at
- *     most once;
+ *     most once. A variable named as the label variable of a connectivity
+ *     constraint in use is read by that constraint: it does not count as
+ *     ignored, here or in the point sets;
  *  2. the data point sets, in input order, projected onto the nodes of
  *     `simImage` (NUVOPointSetToImage): unknown variables and points outside the
  *     grid are ignored, a point landing on an informed entry (whatever informed

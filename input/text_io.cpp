@@ -10,8 +10,9 @@
 namespace nuvo {
 namespace {
 
-// Longest number text considered; longer digit runs are not numbers anyone writes.
-constexpr int kNumberTextMax = 64;
+// Longest number text considered: any double printed with "%lf" or "%14.6lf"
+// (up to 309 integer digits), as the writers of the records do, reads back.
+constexpr int kNumberTextMax = 330;
 // Keywords are short; a longer word cannot be one.
 constexpr int kKeywordMax = 255;
 

@@ -293,20 +293,6 @@ int checkTrainImagePdf(const nuvo_simInput &si) {
   return 0;
 }
 
-// Connectivity constraints that bind wells by pasted paths are not yet carried
-// through the levels of a pyramid: such an input is refused rather than simulated
-// without them.
-int refuseUnavailableConstraints(const nuvo_simInput &si) {
-  const bool pyramid =
-      si.pyramidGeneralParameters != nullptr && si.pyramidGeneralParameters->npyramidLevel != 0;
-  for (int iv = 0; iv < si.nvar; ++iv) {
-    NUVO_FAIL_IF(pyramid && si.connectivity != nullptr &&
-                     si.connectivity[iv].connectivityConstraintUsage != 0,
-                 -3520);
-  }
-  return 0;
-}
-
 int validateSimInput(nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progressCallback callback,
                      int *error) {
   *error = 0;
@@ -331,10 +317,8 @@ int validateSimInput(nuvo_simInput &si, nuvo_progressMonitor *pm, nuvo_progressC
   NUVO_TRY(checkPyramids(si, pm, callback, error));
   if (*error != 0 || failed(checkPostProcessing(si))) return 0;
   if (failed(si.nrealization > kMaxRealization ? -678 : 0)) return 0;
-  if (failed(checkTrainImagePdf(si)) || failed(checkTransforms(si)) ||
-      failed(checkFiniteValues(si)))
-    return 0;
-  *error = refuseUnavailableConstraints(si);
+  if (failed(checkTrainImagePdf(si)) || failed(checkTransforms(si))) return 0;
+  failed(checkFiniteValues(si));
   return 0;
 }
 

@@ -159,9 +159,9 @@ int PyramidLevels::addStep(StepKind kind, int level, std::vector<int> mainVars,
 
   std::vector<LevelImage> tis;
   const std::size_t nmain = level == 0 ? static_cast<std::size_t>(si.nvar) : mainVars.size();
-  step.low.assign(vars.size() - nmain, 0.0);
-  step.high.assign(vars.size() - nmain, 0.0);
-  std::vector<char> seen(vars.size() - nmain, 0);
+  step.low.assign(vars.size(), 0.0);
+  step.high.assign(vars.size(), 0.0);
+  std::vector<char> seen(vars.size(), 0);
   for (int t = 0; t < si.ntrainImage; ++t) {
     tis.emplace_back();
     if (si.simGridAsTiFlag[t]) continue;
@@ -179,14 +179,13 @@ int PyramidLevels::addStep(StepKind kind, int level, std::vector<int> mainVars,
         sources.push_back({held[c].get(), i, vars[sources.size()].name});
     }
     NUVO_TRY(gatherVariables(*fine->grid, sources, tis.back().get()));
-    for (std::size_t j = nmain; j < vars.size(); ++j) {
+    for (std::size_t j = 0; j < vars.size(); ++j) {
       const InformedSummary s =
           summarizeInformed(variableValues(tis.back().get(), static_cast<int>(j)));
       if (s.n == 0) continue;
-      const std::size_t c = j - nmain;
-      step.low[c] = seen[c] ? std::min(step.low[c], s.min) : s.min;
-      step.high[c] = seen[c] ? std::max(step.high[c], s.max) : s.max;
-      seen[c] = 1;
+      step.low[j] = seen[j] ? std::min(step.low[j], s.min) : s.min;
+      step.high[j] = seen[j] ? std::max(step.high[j], s.max) : s.max;
+      seen[j] = 1;
     }
   }
   step.main = std::move(mainVars);

@@ -19,8 +19,11 @@
 //  - PYRAMID_SIM_ALL_LEVEL_ONE_BY_ONE: levels n down to 0, each conditioned to
 //    every coarser level (carried by the nearest coarse node); the conditioning
 //    data are put on the coarse levels at their nearest node.
-// The values of a conditioning variable are kept inside the range its training
-// images give it, so the data checks of the level see no outlier.
+// The values of a conditioning variable, and the data of a continuous pyramid
+// variable on a coarse level (a datum of a thin body sits at its nearest coarse
+// node, where the reduced training images never reach its value), are kept
+// inside the range the level's training images give them, so the data checks of
+// the level see no outlier.
 #pragma once
 
 #include <array>
@@ -45,7 +48,7 @@ struct LevelStep {
   std::vector<int> main;  // pyramid variables simulated (level > 0)
   // Conditioning variables: per source level, the pyramid variables taken from it.
   std::vector<std::pair<int, std::vector<int>>> conditioning;
-  std::vector<double> low, high;  // range of each conditioning variable in the training images
+  std::vector<double> low, high;  // range of each variable of the level in its training images
 };
 
 class PyramidLevels {

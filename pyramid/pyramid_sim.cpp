@@ -2,12 +2,20 @@
 // simulations are prepared once (pyramid_levels.hpp); each realization then runs
 // the level simulations of the mode in order, carrying what each one simulated
 // to the next, and writes out level 0.
+//
+// Connecting paths of the connectivity constraints (usage 1 and 2) are pasted
+// into the data of the simulation grid at the start of each realization; the
+// data of the coarse levels are then drawn from those data, paths included, so
+// every level sees the paths as data and the simulation grid honours them.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <vector>
 
+#include "constraints/connectivity_paths.hpp"
 #include "data/values.hpp"
+#include "engine/conditioning.hpp"
+#include "engine/prepared_data.hpp"
 #include "engine/sim_files.hpp"
 #include "engine/realization_loop.hpp"
 #include "engine/sim_level.hpp"
@@ -33,6 +41,8 @@ class PyramidSimulation {
   int run();
 
  private:
+  int buildDataLevels(const nuvo_image &data);
+  int pastePaths(nuvo_randContext *ctx);
   int resetLevels();
   int runStep(LevelStep &step, int seed, const RealizationMaps &maps, LevelImage *result);
   int simulate(int seed, LevelImage *result);
@@ -47,6 +57,10 @@ class PyramidSimulation {
   std::vector<nuvo_image> trainImage_;  // rescaled copies (views of trainCopy_)
   std::vector<LevelImage> trainCopy_;
   LevelImage data_;                    // level 0 with its conditioning data
+  ConnectivityPaths connectivity_;
+  std::vector<signed char> entryFlag_;  // of data_
+  LevelImage pasted_;                   // data_ with the paths of the realization
+  const nuvo_image *levelData_ = nullptr;  // data_, or pasted_ when paths are pasted
   std::vector<LevelImage> dataLevel_;  // per level: the pyramid variables of the data
   std::vector<LevelImage> state_;      // per level: what is known of its pyramid variables
   PyramidLevels levels_;
@@ -63,17 +77,14 @@ int PyramidSimulation::prepare() {
   NUVO_TRY(levels_.prepare(si_, trainImage_));
 
   NUVO_TRY(NUVOCopyImage(si_.simImage, data_.get()));
-  int nIgnoredVar = 0, nConflict = 0;
-  NUVO_TRY(NUVOSimIntegrateConditioningData(&si_, data_.get(), &nIgnoredVar, &nConflict, pm_,
-                                            callback_));
-  // The data of the coarse levels, used as such by the one-by-one mode: each
-  // datum on its nearest coarse node.
+  std::vector<int> label;
+  NUVO_TRY(integrateConditioning(si_, data_.get(), &label, pm_, callback_));
+  if (!label.empty()) {
+    entryFlag_ = entryFlags(si_, *data_.get());
+    NUVO_TRY(connectivity_.prepare(si_, label, *data_.get(), trainImage_.data(), entryFlag_));
+  }
+  NUVO_TRY(buildDataLevels(*data_.get()));
   const int n = levels_.nlevel();
-  dataLevel_.resize(static_cast<std::size_t>(n) + 1);
-  NUVO_TRY(levels_.variables().transform(*data_.get(), true, dataLevel_[0].get()));
-  for (int j = 0; j < n; ++j)
-    NUVO_TRY(sampleToCoarse(*dataLevel_[j].get(), levels_.grid(j + 1), levels_.step(j),
-                            dataLevel_[j + 1].get()));
   state_.resize(static_cast<std::size_t>(n) + 1);
   NUVO_TRY(checkStop(pm_));
   if (report_ != nullptr) {
@@ -82,6 +93,34 @@ int PyramidSimulation::prepare() {
     writePyramidLayout(report_, si_, levels_, counts);
   }
   return writer_.prepare(si_, out_);
+}
+
+// The pyramid variables of the data of level 0, `data`, and of the coarse
+// levels, used as such by the one-by-one mode: each datum on its nearest coarse
+// node.
+int PyramidSimulation::buildDataLevels(const nuvo_image &data) {
+  levelData_ = &data;
+  const int n = levels_.nlevel();
+  dataLevel_.resize(static_cast<std::size_t>(n) + 1);
+  NUVOFreeImage(dataLevel_[0].get());
+  NUVO_TRY(levels_.variables().transform(data, true, dataLevel_[0].get()));
+  for (int j = 0; j < n; ++j) {
+    NUVOFreeImage(dataLevel_[j + 1].get());
+    NUVO_TRY(sampleToCoarse(*dataLevel_[j].get(), levels_.grid(j + 1), levels_.step(j),
+                            dataLevel_[j + 1].get()));
+  }
+  return 0;
+}
+
+// The data of the realization: those of the input with this realization's
+// connecting paths, when some variable pastes them.
+int PyramidSimulation::pastePaths(nuvo_randContext *ctx) {
+  if (!connectivity_.pastes()) return 0;
+  NUVOFreeImage(pasted_.get());
+  NUVO_TRY(NUVOCopyImage(data_.get(), pasted_.get()));
+  std::vector<signed char> flag(entryFlag_);
+  NUVO_TRY(connectivity_.paste(pasted_.get(), flag, ctx, pm_, callback_));
+  return buildDataLevels(*pasted_.get());
 }
 
 // Level 0 knows its data; the coarse levels know nothing in the hierarchical
@@ -113,10 +152,14 @@ int PyramidSimulation::runStep(LevelStep &step, int seed, const RealizationMaps 
   const int level = step.level;
   const int nmain = level == 0 ? si_.nvar : static_cast<int>(step.main.size());
   for (int j = 0; j < nmain; ++j) {
-    if (level == 0)
-      copyColumn(*data_.get(), j, sim, j);
-    else
-      copyColumn(*state_[level].get(), step.main[j], sim, j);
+    if (level == 0) {
+      copyColumn(*levelData_, j, sim, j);
+      continue;
+    }
+    copyColumn(*state_[level].get(), step.main[j], sim, j);
+    if (in.input().distanceType[j] == 0) continue;
+    for (double &x : variableValues(sim, j))
+      if (!isMissing(x)) x = std::clamp(x, step.low[j], step.high[j]);
   }
   int col = nmain;
   std::vector<char> informed(static_cast<std::size_t>(sim->grid->nxyz), 0);
@@ -125,7 +168,7 @@ int PyramidSimulation::runStep(LevelStep &step, int seed, const RealizationMaps 
     NUVO_TRY(
         levels_.carry(*state_[from].get(), from, level, step.kind, levels_.grids(), carried.get()));
     for (int i : list) {
-      const std::size_t c = static_cast<std::size_t>(col - nmain);
+      const std::size_t c = static_cast<std::size_t>(col);
       copyColumn(*carried.get(), i, sim, col);
       // A node that the coarse level left uninformed (next to the mask) takes
       // the middle of the range when it is to be simulated at this level.
@@ -164,11 +207,13 @@ int PyramidSimulation::runStep(LevelStep &step, int seed, const RealizationMaps 
 // Realization r from `seed`: the level simulations of the mode in order; level 0
 // is left in `result`.
 int PyramidSimulation::simulate(int seed, LevelImage *result) {
-  NUVO_TRY(resetLevels());
-  // Each level simulation draws its own seed from the realization's stream.
+  // The paths, then each level simulation's own seed, are drawn from the
+  // realization's stream.
   nuvo_randContext ctx;
   NUVOInitRandContext(&ctx);
   NUVODoubleRand(seed, &ctx);
+  NUVO_TRY(pastePaths(&ctx));
+  NUVO_TRY(resetLevels());
   const int n = levels_.nlevel();
   for (LevelStep &step : levels_.steps()) {
     const int levelSeed = 1 + static_cast<int>(NUVODoubleRand(0, &ctx) * 2147483646.0);

@@ -9,8 +9,13 @@ CHILD = """
 import sys
 import nuvosim
 
+said = False
+
 def progress(realization, nrealization, percent, total):
-    if realization == 1 and percent == 50:
+    # Percentages may be skipped (threads report at their own pace): say it once.
+    global said
+    if realization == 1 and percent >= 50 and not said:
+        said = True
         print("second realization half done", flush=True)
 
 try:

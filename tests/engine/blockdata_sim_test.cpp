@@ -11,6 +11,7 @@
 #include "channel_simulation.hpp"
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
+#include "tests/constraints/test_files.hpp"
 #include "tests/support/temp_stream.hpp"
 #include "tests/support/warning_recorder.hpp"
 
@@ -105,6 +106,28 @@ TEST_F(BlockDataSimulation, ContinuousBlockMeansEndWithinTolerance) {
                        {30, 40, 0, 12, 0.4, 0.02},
                        {5, 25, 15, 20, -0.3, 0.05}},
                       2.0, -1.5);
+}
+
+// Two sand wells to connect across a band of blocks: the connecting path pasted
+// into the grid counts in the block sums, so the simulated nodes around it make
+// up the rest of the target instead of the whole of it.
+TEST_F(BlockDataSimulation, PastedConnectingPathsCountInTheBlocks) {
+  nuvo_image wells;
+  NUVOInitImage(&wells);
+  require(nuvo_test::makeImage(&wells, kN, kN, 1, {"facies", "well"},
+                               [](int x, int y, int, int) {
+                                 return y == 20 && (x == 2 || x == 37) ? 1.0 : NUVO_MISSING_VALUE;
+                               }));
+  nuvo_test::addDataImage(&si_, wells);
+  NUVOFreeImage(&wells);
+  nuvo_connectivity &c = si_.connectivity[0];
+  c.connectivityConstraintUsage = 1;
+  c.connectivityType = 0;
+  c.classOfValues = nuvo_test::newClasses("1  1 0.5 1.5");
+  c.varName = nuvo_test::newText("well", NUVO_VAR_NAME_MAX + 1);
+  c.tiAsRefFlag = 1;
+  const std::vector<Box> band = {{0, 20, 14, 27, 0.3, 0.04}, {20, 40, 14, 27, 0.3, 0.04}};
+  expectBlocksReached(band, 1.0, 0.0);
 }
 
 // Warning 150 for a categorical variable; 160 for a target that no block of the

@@ -11,6 +11,7 @@
 #include "nuvo_conditioning.h"
 #include "nuvo_sim.h"
 #include "tests/constraints/test_files.hpp"
+#include "tests/support/pyramid_input.hpp"
 #include "tests/support/warning_recorder.hpp"
 
 namespace {
@@ -119,8 +120,9 @@ class ConnectivitySimulation : public ::testing::Test {
     Warnings warnings;
     NUVOFreeSimOutput(&out_);
     ASSERT_EQ(NUVOSim(&si_.si, &out_, &warnings.pm, Warnings::callback), 0);
-    // The label variable is no simulated variable (warning 44); no group fails.
-    EXPECT_EQ(warnings.seen, std::vector<int>{44});
+    // The label variable is read by the constraint, not ignored (no warning 44),
+    // and no group fails.
+    EXPECT_TRUE(warnings.seen.empty());
     const int nxyz = nx_ * ny_ * nz_;
     for (int r = 0; r < out_.nreal; ++r) {
       const double *v = out_.outputSimImage->var + r * nxyz;
@@ -162,6 +164,21 @@ TEST_F(ConnectivitySimulation, LabelledWellsEndInOneSandBodyIn2D) {
       constrain(usage, type);
       simulateAndCheck(type, usage != NUVO_CONNECTIVITY_PATTERN);
     }
+}
+
+// Through a pyramid the paths are data at every level: the wells still end in
+// one body on the simulation grid. The sand lines of the training image are one
+// node wide, so the reduced images never reach a well's value: its datum on a
+// coarse level (one-by-one mode) is kept inside their range.
+TEST_F(ConnectivitySimulation, LabelledWellsEndInOneSandBodyThroughAPyramid) {
+  build(36, 36, 1, 60, 60, 1,
+        {{2, 3, 0, 1.0, 1.0}, {33, 31, 0, 1.0, 1.0}, {30, 4, 0, 1.0, 2.0}, {4, 30, 0, 1.0, 2.0}});
+  for (int mode : {PYRAMID_SIM_HIERARCHICAL, PYRAMID_SIM_ALL_LEVEL_ONE_BY_ONE}) {
+    SCOPED_TRACE(testing::Message() << "mode " << mode);
+    nuvo_test::usePyramid(&si_.si, mode, PYRAMID_CATEGORICAL_AUTO);
+    constrain(NUVO_CONNECTIVITY_PATHS_DISTANCE_ORDER, CONNECT_FACE);
+    simulateAndCheck(CONNECT_FACE);
+  }
 }
 
 TEST_F(ConnectivitySimulation, LabelledWellsEndInOneSandBodyIn3D) {
@@ -244,14 +261,16 @@ TEST(ConnectivityLabels, LabelsArePlacedMaskedAndCheckedAgainstTheData) {
   // Labels 0 and below constrain nothing; 2.2 is label 2; the point gives node 0
   // its label again; the mask removes the label of node 5 (and its datum).
   EXPECT_EQ(
-      integrateLabels({{1, 0, 1, 1, 1, 1}, {1, -3, 2.2, 2, 1, 3}, {}, 1.0, {1, 1, 1, 1, 1, 0}},
+      integrateLabels({{1, 0, 1, 1, 1, 1}, {1, -3, 2.2, 2, 1, 3}, {0, 0, 0, 0, 0, 0}, 1.0,
+                       {1, 1, 1, 1, 1, 0}},
                       &label, &warnings),
       0);
   EXPECT_EQ(label, (std::vector<int>{1, 0, 2, 2, 1, 0}));
-  EXPECT_EQ(warnings, (std::vector<int>{44, 43, 40, 46}));
+  // The label variable "well" is read, not ignored: only "other" raises 44.
+  EXPECT_EQ(warnings, (std::vector<int>{44, 40, 46}));
   // Without any label the constraint is dropped with warning 55.
   EXPECT_EQ(integrateLabels({{1, 0, 1, 1, 1, 1}, {M, M, 0, M, M, M}}, &label, &warnings), 0);
-  EXPECT_EQ(warnings, (std::vector<int>{44, 55}));
+  EXPECT_EQ(warnings, (std::vector<int>{55}));
   // The failures, first found wins.
   const std::vector<std::pair<LabelCase, int>> failures = {
       {{{1, 0, 1, M, 1, 1}, {1, M, M, 1, M, M}}, -181},
