@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <set>
 #include <vector>
 
@@ -10,6 +9,7 @@
 #include "nuvo_variogram.h"
 #include "pyramid/pyramid_variables.hpp"
 #include "tests/engine/channel_simulation.hpp"
+#include "tests/support/pyramid_input.hpp"
 #include "tests/support/temp_stream.hpp"
 
 namespace {
@@ -28,38 +28,7 @@ class PyramidSimulation : public nuvo_test::InMemorySimulation {
     NUVOInitProgressMonitor(&pm_);
   }
 
-  // Two levels of steps 2 x 2 x 0 in `mode`, for the only variable with `type`.
-  void usePyramid(int mode, int type) {
-    nuvo_pyramidGeneralParameters &g = *si_.pyramidGeneralParameters;
-    NUVOFreePyramidGeneralParameters(&g);
-    const bool oneByOne = mode == PYRAMID_SIM_ALL_LEVEL_ONE_BY_ONE;
-    g = {2,
-         valuesOf<int>({2, 2}),
-         valuesOf<int>({2, 2}),
-         valuesOf<int>({0, 0}),
-         mode,
-         oneByOne ? valuesOf<double>({1, 1, 1}) : valuesOf<double>({1, 1, 0.5, 1, 1, 1, 0.5, 1, 1}),
-         oneByOne ? valuesOf<double>({1, 1, 1}) : valuesOf<double>({1, 1, 1, 1, 1, 1, 1, 1, 1}),
-         valuesOf<double>({1, 4, 16})};
-    if (si_.pyramidParameters == nullptr)
-      si_.pyramidParameters =
-          nuvo_test::initialisedRecords<nuvo_pyramidParameters>(1, NUVOInitPyramidParameters);
-    nuvo_pyramidParameters &p = si_.pyramidParameters[0];
-    NUVOFreePyramidParameters(&p);
-    p.nlevel = 2;
-    p.pyramidType = type;
-    if (type == PYRAMID_CATEGORICAL_CUSTOM) {
-      // One class: the channels.
-      p.classOfValues =
-          static_cast<nuvo_classOfValues *>(std::calloc(1, sizeof(nuvo_classOfValues)));
-      *p.classOfValues = {1, valuesOf<int>({1}),
-                          static_cast<double **>(std::calloc(1, sizeof(double *))),
-                          static_cast<double **>(std::calloc(1, sizeof(double *)))};
-      p.classOfValues->intervalInf[0] = valuesOf<double>({0.5});
-      p.classOfValues->intervalSup[0] = valuesOf<double>({1.5});
-    }
-  }
-
+  void usePyramid(int mode, int type) { nuvo_test::usePyramid(&si_, mode, type); }
   void resize(int n) { nuvo_test::setSimGrid(&si_, n, n, 1); }
   double value(int k) const { return out_.outputSimImage->var[k]; }
 
