@@ -93,18 +93,17 @@ TEST(ImagePdf, ListsDistinctValuesWithProportionsOfInformedNodes) {
   EXPECT_EQ(pdf.nmissing, 1);
   EXPECT_EQ(pdf.values(), std::vector<double>({-1, 0.5, 3}));
   EXPECT_EQ(pdf.proportions(), std::vector<double>({0.2, 0.2, 0.6}));
-}
 
-TEST(ImagePdf, ANanValueCountsAsInformedAndSortsSafely) {
+  // A NaN counts as informed, equals nothing, not even another NaN, and sorts last.
   const double nan = std::numeric_limits<double>::quiet_NaN();
-  TestImage t(5, 1, 1, {"a"}, {nan, 2, kMissing, nan, 1});
-  Pdf pdf;
-  ASSERT_EQ(pdf.of(t.image, 0), 0);
-  EXPECT_EQ(pdf.nmissing, 1);
-  ASSERT_EQ(pdf.nvalue, 4);  // a NaN equals nothing, not even another NaN
-  EXPECT_EQ(pdf.value[0], 1.0);
-  EXPECT_EQ(pdf.value[1], 2.0);
-  EXPECT_TRUE(std::isnan(pdf.value[2]) && std::isnan(pdf.value[3]));
+  TestImage withNan(5, 1, 1, {"a"}, {nan, 2, kMissing, nan, 1});
+  Pdf nanPdf;
+  ASSERT_EQ(nanPdf.of(withNan.image, 0), 0);
+  EXPECT_EQ(nanPdf.nmissing, 1);
+  ASSERT_EQ(nanPdf.nvalue, 4);
+  EXPECT_EQ(nanPdf.value[0], 1.0);
+  EXPECT_EQ(nanPdf.value[1], 2.0);
+  EXPECT_TRUE(std::isnan(nanPdf.value[2]) && std::isnan(nanPdf.value[3]));
 }
 
 TEST(ImagePdf, PoolsOneVariableOverSeveralImages) {

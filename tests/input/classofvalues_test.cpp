@@ -56,23 +56,20 @@ TEST_F(ClassOfValuesTest, ReadingErrorsNameTheField) {
   }
 }
 
+// Overlapping intervals inside one class and touching intervals in two are
+// accepted; the same intervals in two classes and the three ways of overlapping
+// are not.
 TEST_F(ClassOfValuesTest, OverlapIsRefusedAcrossClassesOnly) {
-  read("1 2 0 2 1 3");  // overlapping intervals inside one class
-  EXPECT_EQ(validate(), 0);
-  NUVOFreeClassOfValues(&c_);
-
-  read("2 1 0 2 1 1 3");  // the same intervals in two classes
-  EXPECT_EQ(validate(), -4046);
-  NUVOFreeClassOfValues(&c_);
-
-  // The three ways of overlapping, and touching intervals that do not overlap.
-  for (const char *text : {"2 1 0 2 1 -1 1", "2 1 0 2 1 -1 3", "2 1 0 4 1 1 2", "2 1 0 4 1 0 4"}) {
+  const auto verdictOf = [&](const char *text) {
     read(text);
-    EXPECT_EQ(validate(), -4046) << text;
+    const int verdict = validate();
     NUVOFreeClassOfValues(&c_);
-  }
-  read("2 1 0 2 1 2 3");
-  EXPECT_EQ(validate(), 0);
+    return verdict;
+  };
+  for (const char *text : {"1 2 0 2 1 3", "2 1 0 2 1 2 3"}) EXPECT_EQ(verdictOf(text), 0) << text;
+  for (const char *text :
+       {"2 1 0 2 1 1 3", "2 1 0 2 1 -1 1", "2 1 0 2 1 -1 3", "2 1 0 4 1 1 2", "2 1 0 4 1 0 4"})
+    EXPECT_EQ(verdictOf(text), -4046) << text;
 }
 
 TEST_F(ClassOfValuesTest, ValidationFollowsItsOrder) {
