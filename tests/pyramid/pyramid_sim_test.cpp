@@ -17,7 +17,8 @@ namespace {
 using nuvo_test::valuesOf;
 
 // A 100 x 100 simulation of a channel image (150 x 150, channels along x, five
-// nodes wide) with 12 neighbours in a 7 x 7 window, kept in memory.
+// nodes wide) with 12 neighbours in a 7 x 7 window, scanning a tenth of the
+// training image (1.6 times it on the coarsest level), kept in memory.
 class PyramidSimulation : public nuvo_test::InMemorySimulation {
  protected:
   void SetUp() override {
@@ -25,6 +26,7 @@ class PyramidSimulation : public nuvo_test::InMemorySimulation {
           100);
     si_.consoleAppFlag = 0;
     si_.nneighboringNode[0] = 12;
+    si_.maxScanFraction[0] = 0.1;
     NUVOInitProgressMonitor(&pm_);
   }
 
@@ -66,7 +68,6 @@ TEST_F(PyramidSimulation, ReproducesLongChannelsBetterThanTheSingleGrid) {
 // data stay, only training categories appear, and a stop is honoured.
 TEST_F(PyramidSimulation, ModesHonourDataAndCategories) {
   resize(40);
-  si_.maxScanFraction[0] = 0.1;  // scan fraction 1.6 on the coarsest level
   const int data[][2] = {{0, 1}, {417, 0}, {818, 1}, {1599, 1}, {1230, 0}};
   for (const auto &d : data) si_.simImage->var[d[0]] = d[1];
   // An azimuth map turning from -10 to 29 degrees along x, reduced per level.
