@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "constraints/owned.hpp"
+#include "data/stream_room.hpp"
 #include "foundation/check.hpp"
 #include "input/text_io.hpp"
 #include "nuvo_blockdata.h"
@@ -37,6 +38,9 @@ int readBlock(nuvo_blockData *bd, int b, FILE *stream) {
   NUVO_TRY(readDouble(stream, &bd->activatePropMin[b], kFileEntryError));
   NUVO_TRY(readDouble(stream, &bd->activatePropMax[b], kFileEntryError));
   const int nnode = bd->nnode[b];
+  // Three indices per node: a count the rest of the file cannot hold is refused
+  // before anything is allocated for it.
+  NUVO_FAIL_IF(!streamCanHold(stream, textBytesFor(3LL * nnode)), kFileEntryError);
   NUVO_TRY(allocateArray(&bd->ix[b], nnode));
   NUVO_TRY(allocateArray(&bd->iy[b], nnode));
   NUVO_TRY(allocateArray(&bd->iz[b], nnode));
@@ -51,6 +55,8 @@ int readBlock(nuvo_blockData *bd, int b, FILE *stream) {
 int readBlockData(nuvo_blockData *bd, FILE *stream) {
   NUVO_TRY(readInt(stream, &bd->nblock, kFileEntryError));
   if (bd->nblock <= 0) return 0;  // an empty or negative count is the validator's concern
+  // At least eight numbers per block: its five values and one node.
+  NUVO_FAIL_IF(!streamCanHold(stream, textBytesFor(8LL * bd->nblock)), kFileEntryError);
   NUVO_TRY(allocateBlocks(bd));
   for (int b = 0; b < bd->nblock; ++b) NUVO_TRY(readBlock(bd, b, stream));
   return 0;
@@ -97,11 +103,11 @@ void NUVOInitBlockData(nuvo_blockData *bd) {
 }
 
 void NUVOFreeBlockData(nuvo_blockData *bd) {
-  for (int b = 0; b < bd->nblock; ++b) {
-    if (bd->ix != nullptr) std::free(bd->ix[b]);
-    if (bd->iy != nullptr) std::free(bd->iy[b]);
-    if (bd->iz != nullptr) std::free(bd->iz[b]);
-  }
+  // Only arrays that were allocated are walked: a count read from a file may
+  // be huge while nothing was allocated for it.
+  for (int **index : {bd->ix, bd->iy, bd->iz})
+    if (index != nullptr)
+      for (int b = 0; b < bd->nblock; ++b) std::free(index[b]);
   std::free(bd->nnode);
   std::free(bd->ix);
   std::free(bd->iy);
