@@ -94,6 +94,8 @@ struct RealizationSetup {
   // change as it is simulated.
   std::vector<std::vector<double>> categories;
   std::vector<std::vector<std::int8_t>> tiCode;
+  // Beside each tiCode, the number of its nodes holding each code.
+  std::vector<std::vector<int>> codeCount;
 
   // The codes of variable v in training image t, or null when it is not coded.
   const std::int8_t *codes(int t, int v) const {
@@ -107,8 +109,8 @@ inline constexpr std::int8_t kMissingCode = -1;
 inline constexpr std::int8_t kForeignCode = -2;  // a data value met in no training image
 
 // Codes the categorical variables with at most 127 categories (`categories` per
-// variable, empty for a variable not to code) and fills setup.categories and
-// setup.tiCode.
+// variable, empty for a variable not to code) and fills setup.categories,
+// setup.tiCode and setup.codeCount.
 void codeCategories(RealizationSetup &setup, std::vector<std::vector<double>> categories);
 
 // The code of `value` for coded variable v.

@@ -60,8 +60,7 @@ class PinnedRealizations : public ::testing::Test {
     si_.outputErrorFlag = 1;
     si_.outputErrorFileName = nuvo_test::ownedText((dir / "nuvo_pinned_error").c_str());
     si_.outputTiGridNodeIndexFlag = 1;
-    si_.outputTiGridNodeIndexFileName =
-        nuvo_test::ownedText((dir / "nuvo_pinned_tinode").c_str());
+    si_.outputTiGridNodeIndexFileName = nuvo_test::ownedText((dir / "nuvo_pinned_tinode").c_str());
     si_.distanceThreshold[0] = 0.02;
     EXPECT_EQ(NUVOSim(&si_, &out_, nullptr, nullptr), 0);
     if (out_.outputErrorImage == nullptr || out_.outputTiGridNodeIndexImage == nullptr) return 0;
