@@ -31,7 +31,7 @@ void codeCategories(RealizationSetup &setup, std::vector<std::vector<double>> ca
       const int n = ti.grid->nxyz;
       const double *values = ti.var + static_cast<long long>(v) * n;
       std::vector<std::int8_t> &code = setup.tiCode[t * setup.nvar + v];
-      code.resize(n);
+      code.assign(static_cast<std::size_t>(n) + kCodePadding, kMissingCode);
       std::vector<int> &count = setup.codeCount[t * setup.nvar + v];
       count.assign(categories[v].size(), 0);
       for (int i = 0; i < n; ++i) {

@@ -1,6 +1,7 @@
 #include "engine/coded_event.hpp"
 
 #include <algorithm>
+#include <numeric>
 
 namespace nuvo {
 
@@ -16,26 +17,46 @@ bool CodedEvent::prepare(const DataEvent &event) {
   for (int c = 0; c <= n; ++c)
     error_[static_cast<std::size_t>(c)] = kernel::mismatchError(0.0, c, step_);
 
+  const long long total = std::accumulate(ev.codeCount.begin(), ev.codeCount.end(), 0LL);
   node_.resize(static_cast<std::size_t>(n));
   for (int i = 0; i < n; ++i) {
     const std::int8_t code = ev.valueCode[i];
-    node_[static_cast<std::size_t>(i)] = {
-        ev.offset[i], code, code < 0 ? -1 : ev.codeCount[static_cast<std::size_t>(code)]};
+    const long long misses =
+        code < 0 ? total : total - ev.codeCount[static_cast<std::size_t>(code)];
+    node_[static_cast<std::size_t>(i)] = {ev.offset[i], code, misses};
   }
-  std::stable_sort(node_.begin(), node_.end(),
-                   [](const Node &a, const Node &b) { return a.holders < b.holders; });
-  offset_.resize(node_.size());
-  code_.resize(node_.size());
-  for (std::size_t k = 0; k < node_.size(); ++k) {
-    offset_[k] = node_[k].offset;
-    code_[k] = node_[k].code;
+  // The nodes by offset, cut into groups of at most 8 bytes (a node repeated,
+  // as no data event has, would open a group of its own and still count twice).
+  std::sort(node_.begin(), node_.end(),
+            [](const Node &a, const Node &b) { return a.offset < b.offset; });
+  built_.clear();
+  int last = 0;
+  for (const Node &nd : node_) {
+    if (built_.empty() || nd.offset - built_.back().group.start >= 8 || nd.offset == last)
+      built_.push_back({{nd.offset, 0, 0}, 0});
+    last = nd.offset;
+    Group &g = built_.back().group;
+    unsigned char code[8], mask[8];
+    std::memcpy(code, &g.code, sizeof code);
+    std::memcpy(mask, &g.mask, sizeof mask);
+    const int at = nd.offset - g.start;
+    code[at] = static_cast<unsigned char>(nd.code);
+    mask[at] = 0x80;
+    std::memcpy(&g.code, code, sizeof code);
+    std::memcpy(&g.mask, mask, sizeof mask);
+    built_.back().misses += nd.misses;
   }
+  // Most misses first.
+  std::stable_sort(built_.begin(), built_.end(),
+                   [](const Built &a, const Built &b) { return a.misses > b.misses; });
+  group_.resize(built_.size());
+  for (std::size_t k = 0; k < built_.size(); ++k) group_[k] = built_[k].group;
   return true;
 }
 
 // DataEvent's running error is 0 when this variable's kernel starts.
 void CodedEvent::bound(double best) {
-  limit_ = kernel::allowedMismatches(best, 0.0, step_, static_cast<int>(code_.size()));
+  limit_ = kernel::allowedMismatches(best, 0.0, step_, static_cast<int>(error_.size()) - 1);
   while (limit_ >= 0 && !(error_[static_cast<std::size_t>(limit_)] < best)) --limit_;
 }
 

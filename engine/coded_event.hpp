@@ -11,18 +11,25 @@
 //   point too), so both conditions hold exactly for the counts 0 .. limit: the
 //   scan counts up to limit + 1 and reads the error from a table of the n + 1
 //   errors computed by the same formula.
-// - The nodes are compared rarest code first (fewest training-image nodes
-//   holding it; a data value met in no training image before all): a random
-//   candidate mismatches them more often, so it passes its limit after fewer
-//   loads. A candidate is abandoned only once its partial count, a lower bound
-//   of the full one, exceeds the limit, so the order of the nodes cannot change
-//   the outcome, only how soon a candidate is dropped.
-// - The first kFirst nodes are compared without a branch, the rest in groups of
-//   four, the limit being checked after each group: the branch on a match is
-//   unpredictable, the one on the limit less so.
+// - The nodes are packed into groups whose offsets lie within 8 bytes of the
+//   code image: one 8-byte load reads a group at a candidate, and the codes
+//   that differ from the event's are flagged bytewise (exclusive or, then a
+//   carry-free test of each byte), and the flags added up by a multiplication,
+//   an exact integer count whatever the byte values (at most 24 per sum, far
+//   from overflowing a byte). The code images end with kCodePadding spare
+//   bytes, so a load never leaves them.
+// - The groups most likely to mismatch come first: each node counts the
+//   training-image nodes not holding its code (all of them for a data value met
+//   in no training image). A candidate is abandoned once its partial count, a
+//   lower bound of the full one, exceeds the limit, so the order of the groups
+//   cannot change the outcome, only how soon a candidate is dropped.
+// - The first three groups are read without a branch, the limit being checked
+//   after them and then after each group: most candidates end there, and the
+//   branch on each group would be unpredictable.
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "engine/pattern_scan.hpp"
@@ -42,38 +49,53 @@ class CodedEvent {
 
   // The candidate's error, or kAbandoned when it is not below the bound's best.
   double errorAt(int node, double /*best*/) const {
-    constexpr int kFirst = 8;
+    constexpr std::size_t kFirst = 3;
     const std::int8_t *ti = tiCode_ + node;
-    const int n = static_cast<int>(code_.size());
-    int count = 0;
-    int i = 0;
-    if (n >= kFirst) {
-      for (; i < kFirst; ++i) count += differs(ti, i);
+    const std::size_t ng = group_.size();
+    std::size_t k = ng < kFirst ? ng : kFirst;
+    std::uint64_t flags = 0;
+    for (std::size_t j = 0; j < k; ++j) flags += group_[j].mismatches(ti);
+    int count = total(flags);
+    if (count > limit_) return kAbandoned;
+    for (; k < ng; ++k) {
+      count += total(group_[k].mismatches(ti));
       if (count > limit_) return kAbandoned;
     }
-    for (; i + 4 <= n; i += 4) {
-      count += differs(ti, i) + differs(ti, i + 1) + differs(ti, i + 2) + differs(ti, i + 3);
-      if (count > limit_) return kAbandoned;
-    }
-    for (; i < n; ++i) count += differs(ti, i);
-    return count > limit_ ? kAbandoned : error_[static_cast<std::size_t>(count)];
+    return error_[static_cast<std::size_t>(count)];
   }
 
  private:
-  int differs(const std::int8_t *ti, int i) const {
-    return code_[static_cast<std::size_t>(i)] != ti[offset_[static_cast<std::size_t>(i)]] ? 1 : 0;
+  // The sum of the bytes of `flags` (at most 255 in all).
+  static int total(std::uint64_t flags) {
+    return static_cast<int>((flags * 0x0101010101010101ull) >> 56);
   }
-
+  struct Group {
+    int start = 0;           // offset of the first byte read
+    std::uint64_t code = 0;  // the event's codes at their bytes
+    std::uint64_t mask = 0;  // 0x80 at the bytes of the group's nodes
+    // 1 in each byte of a node that differs from the event, 0 elsewhere.
+    std::uint64_t mismatches(const std::int8_t *ti) const {
+      constexpr std::uint64_t kLow7 = 0x7f7f7f7f7f7f7f7full;
+      std::uint64_t word;
+      std::memcpy(&word, ti + start, sizeof word);
+      const std::uint64_t x = word ^ code;
+      return ((((x & kLow7) + kLow7) | x) & mask) >> 7;  // top bit of each nonzero byte
+    }
+  };
   struct Node {
     int offset;
     std::int8_t code;
-    int holders;  // training-image nodes of its code (-1 for a foreign code)
+    long long misses;  // training-image nodes of another code
+  };
+  struct Built {
+    Group group;
+    long long misses;  // its nodes' misses added up
   };
 
   const std::int8_t *tiCode_ = nullptr;
-  std::vector<int> offset_;  // the nodes, rarest code first
-  std::vector<std::int8_t> code_;
+  std::vector<Group> group_;   // most likely to mismatch first
   std::vector<Node> node_;     // scratch of prepare
+  std::vector<Built> built_;   // scratch of prepare
   std::vector<double> error_;  // per count of mismatches, 0 .. n
   double step_ = 0.0;
   int limit_ = 0;  // the most mismatches still accepted

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <random>
+#include <span>
 #include <vector>
 
 #include "engine/coded_event.hpp"
@@ -20,9 +21,9 @@ TEST(CodedEvent, GivesEveryCandidateTheErrorOfTheGeneralEvent) {
   std::mt19937 rng(11);
   const auto uniform = [&](int n) { return static_cast<int>(rng() % static_cast<unsigned>(n)); };
   const nuvo_grid grid = nuvo::test::makeGrid(24, 20, 3);
-  std::vector<std::int8_t> ti(static_cast<std::size_t>(grid.nxyz));
+  std::vector<std::int8_t> ti(static_cast<std::size_t>(grid.nxyz) + nuvo::kCodePadding);
   std::vector<int> holders(3, 0);
-  for (std::int8_t &c : ti) {
+  for (std::int8_t &c : std::span(ti).first(static_cast<std::size_t>(grid.nxyz))) {
     c = static_cast<std::int8_t>(uniform(9) < 6 ? 0 : uniform(4) - 1);  // mostly 0, some -1
     if (c >= 0) ++holders[static_cast<std::size_t>(c)];
   }
