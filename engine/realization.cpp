@@ -208,15 +208,17 @@ bool RealizationRun::gather(int node, const PathSettings &settings) {
         continue;
       const int neighbor = xx + grid_.nx * yy + grid_.nxy * zz;
       if (!visible(v, neighbor)) continue;
-      if (isMissing(values[neighbor])) continue;
+      // Written in any case and kept when informed: whether a neighbour is
+      // informed follows no pattern, so a branch on it would mostly be mispredicted.
+      const double value = values[neighbor];
       g.dx[n] = nb.ix[j];
       g.dy[n] = nb.iy[j];
       g.dz[n] = nb.iz[j];
-      g.value[n] = values[neighbor];
+      g.value[n] = value;
       g.weight[n] = nb.weight[j] * (simulated[neighbor] ? 1.0 : setup_.conditioningWeight[v]);
       g.node[n] = neighbor;
       g.distance[n] = nb.distance[j];
-      ++n;
+      n += isMissing(value) ? 0 : 1;
     }
     g.count = n;
     any = any || n > 0;
