@@ -1,9 +1,13 @@
 #include "engine/coded_event.hpp"
 
 #include <algorithm>
+
 #include <numeric>
+#include "engine/realization.hpp"
 
 namespace nuvo {
+
+static_assert(kCodePadding >= CodedEvent::kGroupBytes - 1, "a group read must stay in the codes");
 
 bool CodedEvent::prepare(const DataEvent &event) {
   if (event.nvar != 1 || event.nconstraint != 0 || event.nblockTerm != 0 || event.npattern != 0 ||
@@ -32,18 +36,16 @@ bool CodedEvent::prepare(const DataEvent &event) {
   built_.clear();
   int last = 0;
   for (const Node &nd : node_) {
-    if (built_.empty() || nd.offset - built_.back().group.start >= 8 || nd.offset == last)
-      built_.push_back({{nd.offset, 0, 0}, 0});
+    if (built_.empty() || nd.offset - built_.back().group.start >= kGroupBytes ||
+        nd.offset == last) {
+      built_.emplace_back();
+      built_.back().group.start = nd.offset;
+    }
     last = nd.offset;
     Group &g = built_.back().group;
-    unsigned char code[8], mask[8];
-    std::memcpy(code, &g.code, sizeof code);
-    std::memcpy(mask, &g.mask, sizeof mask);
     const int at = nd.offset - g.start;
-    code[at] = static_cast<unsigned char>(nd.code);
-    mask[at] = 0x80;
-    std::memcpy(&g.code, code, sizeof code);
-    std::memcpy(&g.mask, mask, sizeof mask);
+    g.code[at] = nd.code;
+    g.one[at] = 1;
     built_.back().misses += nd.misses;
   }
   // Most misses first.

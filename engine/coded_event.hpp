@@ -11,13 +11,13 @@
 //   point too), so both conditions hold exactly for the counts 0 .. limit: the
 //   scan counts up to limit + 1 and reads the error from a table of the n + 1
 //   errors computed by the same formula.
-// - The nodes are packed into groups whose offsets lie within 8 bytes of the
-//   code image: one 8-byte load reads a group at a candidate, and the codes
-//   that differ from the event's are flagged bytewise (exclusive or, then a
-//   carry-free test of each byte), and the flags added up by a multiplication,
-//   an exact integer count whatever the byte values (at most 24 per sum, far
-//   from overflowing a byte). The code images end with kCodePadding spare
-//   bytes, so a load never leaves them.
+// - The nodes are packed into groups whose offsets lie within kGroupBytes
+//   bytes of the code image: one load reads a group at a candidate, compared
+//   with the event's codes bytewise (a compiler vector: SSE2 on x86-64, in the
+//   default instruction set), and the flags of the differing bytes, 1 each,
+//   added up by two multiplications, an exact integer count (at most 24 per
+//   half, far from overflowing a byte). The code images end with kCodePadding
+//   spare bytes, so a load never leaves them.
 // - The groups most likely to mismatch come first: each node counts the
 //   training-image nodes not holding its code (all of them for a data value met
 //   in no training image). A candidate is abandoned once its partial count, a
@@ -38,6 +38,7 @@ namespace nuvo {
 
 class CodedEvent {
  public:
+  static constexpr int kGroupBytes = 16;
   static constexpr double floor = 0.0;  // no constraint term: an error of 0 ends the scan
 
   // Takes `event` when it is of the everyday kind and returns true, else false
@@ -53,7 +54,7 @@ class CodedEvent {
     const std::int8_t *ti = tiCode_ + node;
     const std::size_t ng = group_.size();
     std::size_t k = ng < kFirst ? ng : kFirst;
-    std::uint64_t flags = 0;
+    Bytes flags{};
     for (std::size_t j = 0; j < k; ++j) flags += group_[j].mismatches(ti);
     int count = total(flags);
     if (count > limit_) return kAbandoned;
@@ -65,21 +66,24 @@ class CodedEvent {
   }
 
  private:
-  // The sum of the bytes of `flags` (at most 255 in all).
-  static int total(std::uint64_t flags) {
-    return static_cast<int>((flags * 0x0101010101010101ull) >> 56);
+  using Bytes = std::int8_t __attribute__((vector_size(kGroupBytes)));
+  // The sum of the bytes of `flags`, added up within each 8-byte half (at most
+  // 255 in each).
+  static int total(Bytes flags) {
+    std::uint64_t half[2];
+    std::memcpy(half, &flags, sizeof half);
+    constexpr std::uint64_t kOnes = 0x0101010101010101ull;
+    return static_cast<int>(((half[0] * kOnes) >> 56) + ((half[1] * kOnes) >> 56));
   }
   struct Group {
-    int start = 0;           // offset of the first byte read
-    std::uint64_t code = 0;  // the event's codes at their bytes
-    std::uint64_t mask = 0;  // 0x80 at the bytes of the group's nodes
+    Bytes code{};   // the event's codes at their bytes
+    Bytes one{};    // 1 at the bytes of the group's nodes
+    int start = 0;  // offset of the first byte read
     // 1 in each byte of a node that differs from the event, 0 elsewhere.
-    std::uint64_t mismatches(const std::int8_t *ti) const {
-      constexpr std::uint64_t kLow7 = 0x7f7f7f7f7f7f7f7full;
-      std::uint64_t word;
+    Bytes mismatches(const std::int8_t *ti) const {
+      Bytes word;
       std::memcpy(&word, ti + start, sizeof word);
-      const std::uint64_t x = word ^ code;
-      return ((((x & kLow7) + kLow7) | x) & mask) >> 7;  // top bit of each nonzero byte
+      return one & ~(word == code);
     }
   };
   struct Node {
@@ -89,7 +93,7 @@ class CodedEvent {
   };
   struct Built {
     Group group;
-    long long misses;  // its nodes' misses added up
+    long long misses = 0;  // its nodes' misses added up
   };
 
   const std::int8_t *tiCode_ = nullptr;

@@ -107,9 +107,9 @@ struct RealizationSetup {
 
 inline constexpr std::int8_t kMissingCode = -1;
 inline constexpr std::int8_t kForeignCode = -2;  // a data value met in no training image
-// Missing codes past the end of every code image, so that 8 bytes may be read
-// from any of its nodes.
-inline constexpr int kCodePadding = 7;
+// Missing codes past the end of every code image, so that a group of
+// CodedEvent::kGroupBytes bytes may be read from any of its nodes.
+inline constexpr int kCodePadding = 15;
 
 // Codes the categorical variables with at most 127 categories (`categories` per
 // variable, empty for a variable not to code) and fills setup.categories,
