@@ -1,8 +1,8 @@
 #include "engine/coded_event.hpp"
 
 #include <algorithm>
-
 #include <numeric>
+
 #include "engine/realization.hpp"
 
 namespace nuvo {
@@ -29,8 +29,8 @@ bool CodedEvent::prepare(const DataEvent &event) {
         code < 0 ? total : total - ev.codeCount[static_cast<std::size_t>(code)];
     node_[static_cast<std::size_t>(i)] = {ev.offset[i], code, misses};
   }
-  // The nodes by offset, cut into groups of at most 8 bytes (a node repeated,
-  // as no data event has, would open a group of its own and still count twice).
+  // The nodes by offset, cut into groups of at most kGroupBytes bytes (a node
+  // repeated, as no data event has, opens a group of its own and counts twice).
   std::sort(node_.begin(), node_.end(),
             [](const Node &a, const Node &b) { return a.offset < b.offset; });
   built_.clear();
