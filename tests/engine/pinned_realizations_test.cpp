@@ -108,15 +108,8 @@ TEST_F(PinnedRealizations, Lenses3D) {
 }
 
 // The pattern search's outcome at every node, the error and the training-image
-// node chosen, on a 2D and a 3D case whose errors are often above 0.
-TEST_F(PinnedRealizations, ScanOutcomeMaps2D) {
-  OwnedImage ti;
-  require(NUVOGenerateChannelImage(&ti.image, 80, 80, 1, 0.3, 5.0, 2));
-  build(ti.image, 40, 40, 1, 8.0, 30);
-  EXPECT_EQ(scanOutcome(), 0xf2ff0e279e03334ull);
-}
-
-TEST_F(PinnedRealizations, ScanOutcomeMaps3D) {
+// node chosen, on a 3D case whose errors are often above 0.
+TEST_F(PinnedRealizations, ScanOutcomeMaps) {
   OwnedImage ti;
   require(NUVOGenerateLensImage(&ti.image, 30, 30, 10, 2));
   build(ti.image, 20, 20, 8, 4.0, 24);
