@@ -32,8 +32,13 @@
 //   (first training image as reference, 4 neighbours), then the pattern of labels
 //   checked during the scan (threshold 0.05, no deactivation distance).
 //
-// Counters: simulated nodes per second, candidates scanned per node (read back
-// from the report's scan statistics) and the time per scanned candidate.
+// - channels 2D on a 400 x 400 grid: the unconditional case on four times as
+//   many nodes, whose time per node must stay that of the 200 x 200 grid.
+//
+// Counters: seconds per realization, simulated nodes per second, candidates
+// scanned per node (read back from the report's scan statistics), nanoseconds
+// per scanned candidate, and the process's peak resident memory in MiB so far
+// (getrusage: run one case alone with --benchmark_filter for its own peak).
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -45,6 +50,8 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include <sys/resource.h>
 
 #include "bench/sim_cases.hpp"
 #include "nuvo_blockdata.h"
@@ -82,12 +89,18 @@ void runCase(benchmark::State &state, Case *c) {
     NUVOFreeSimOutput(&out);
   }
   const double nodes = c->si.simImage->grid->nxyz;
+  state.counters["s/real"] = benchmark::Counter(
+      1.0, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
   state.counters["nodes/s"] =
       benchmark::Counter(nodes, benchmark::Counter::kIsIterationInvariantRate);
   const double scans = scansPerNode(c->report);
   state.counters["scans/node"] = scans;
-  state.counters["s/candidate"] = benchmark::Counter(
-      nodes * scans, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  state.counters["ns/candidate"] =
+      benchmark::Counter(nodes * scans * 1e-9, benchmark::Counter::kIsIterationInvariantRate |
+                                                   benchmark::Counter::kInvert);
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  state.counters["peakMiB"] = static_cast<double>(usage.ru_maxrss) / 1024.0;
 }
 
 void BM_Channels2D(benchmark::State &state) {
@@ -109,6 +122,17 @@ void BM_Channels2D(benchmark::State &state) {
   runCase(state, &c);
 }
 BENCHMARK(BM_Channels2D)->Arg(0)->Arg(150)->Unit(benchmark::kSecond)->Iterations(3);
+
+void BM_Channels2DLarge(benchmark::State &state) {
+  nuvo_image ti;
+  NUVOInitImage(&ti);
+  nuvo_bench::loadChannelImage(&ti);
+  Case c;
+  configure(&c, ti, 400, 400, 1, 20.0, 20.0, 0.0, 0.5);
+  NUVOFreeImage(&ti);
+  runCase(state, &c);
+}
+BENCHMARK(BM_Channels2DLarge)->Unit(benchmark::kSecond)->Iterations(1);
 
 // The same unconditional case in the variable-transform form: channels turned by
 // 30 degrees and widened by a ratio drawn per node between 1 and 1.5.

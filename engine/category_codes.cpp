@@ -21,6 +21,7 @@ std::int8_t codeOf(const std::vector<double> &categories, double value) {
 void codeCategories(RealizationSetup &setup, std::vector<std::vector<double>> categories) {
   const std::size_t nti = setup.ti.size();
   setup.tiCode.assign(nti * setup.nvar, {});
+  setup.codeCount.assign(nti * setup.nvar, {});
   for (int v = 0; v < setup.nvar; ++v) {
     if (categories[v].size() > kMaxCodedCategories) categories[v].clear();
     if (categories[v].empty()) continue;
@@ -30,8 +31,13 @@ void codeCategories(RealizationSetup &setup, std::vector<std::vector<double>> ca
       const int n = ti.grid->nxyz;
       const double *values = ti.var + static_cast<long long>(v) * n;
       std::vector<std::int8_t> &code = setup.tiCode[t * setup.nvar + v];
-      code.resize(n);
-      for (int i = 0; i < n; ++i) code[i] = codeOf(categories[v], values[i]);
+      code.assign(static_cast<std::size_t>(n) + kCodePadding, kMissingCode);
+      std::vector<int> &count = setup.codeCount[t * setup.nvar + v];
+      count.assign(categories[v].size(), 0);
+      for (int i = 0; i < n; ++i) {
+        code[i] = codeOf(categories[v], values[i]);
+        if (code[i] >= 0) ++count[static_cast<std::size_t>(code[i])];
+      }
     }
   }
   setup.categories = std::move(categories);

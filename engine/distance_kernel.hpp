@@ -33,6 +33,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <span>
 
 namespace nuvo {
 
@@ -56,6 +57,7 @@ struct VariableEvent {
   // training image (see RealizationSetup::tiCode); null otherwise.
   const std::int8_t *valueCode = nullptr;
   const std::int8_t *tiCode = nullptr;
+  std::span<const int> codeCount;  // the training image's nodes of each code
 };
 
 // Adds variable v's part to the running error `e` of a candidate at training-image
@@ -84,6 +86,29 @@ inline double centreOf(const VariableEvent &ev, int node) {
   }
 }
 
+// Uniform-weight type 0, whose running error after `count` mismatches of
+// `step` = 1 / (n t) each is e - 1 + count * step, never below e: the error
+// of a candidate with `count` mismatches added to the running error `e`.
+inline double mismatchError(double e, int count, double step) {
+  const double d = e - 1.0 + count * step;
+  return d > e ? d : e;
+}
+
+// The largest count of mismatches (at most n) that a candidate at running error
+// `e` may have and not end above `best`, i.e. with count * step <= best + 1 - e;
+// -1 when even none is allowed. The quotient is only a first guess, corrected
+// by the products themselves, so the count is exact whatever the rounding of
+// the division.
+inline int allowedMismatches(double best, double e, double step, int n) {
+  const double room = best + 1.0 - e;
+  if (room < 0.0) return -1;
+  const double guess = room / step;
+  int allowed = static_cast<int>(guess < n ? guess : n);
+  while (allowed < n && (allowed + 1) * step <= room) ++allowed;
+  while (allowed > 0 && allowed * step > room) --allowed;
+  return allowed * step > room ? -1 : allowed;
+}
+
 // Type 0: the count of non-matching nodes, compared on values or, for a coded
 // training image, on one-byte category codes (an image of a few tens of
 // kilobytes stays in cache while it is scanned). With uniform weights the
@@ -99,23 +124,18 @@ double mismatches(const VariableEvent &ev, int node, double e, double best) {
       return ev.value[i] != ev.ti[node + ev.offset[i]] - centre;
   };
   if constexpr (Uniform) {
-    // The candidate survives while count * step <= room: the largest such count,
-    // found once, turns the per-node test into an integer comparison, and the
-    // count grows without a branch on the (unpredictable) match.
+    // The largest count allowed, found once, turns the per-node test into an
+    // integer comparison, and the count grows without a branch on the
+    // (unpredictable) match.
     const double step = ev.uniformWeight * ev.invThreshold;
-    const double room = best + 1.0 - e;
-    if (room < 0.0) return kAbandoned;
-    int allowed = static_cast<int>(std::fmin(room / step, ev.count));
-    while (allowed < ev.count && (allowed + 1) * step <= room) ++allowed;
-    while (allowed > 0 && allowed * step > room) --allowed;
-    if (allowed * step > room) return kAbandoned;
+    const int allowed = allowedMismatches(best, e, step, ev.count);
+    if (allowed < 0) return kAbandoned;
     int count = 0;
     for (int i = 0; i < ev.count; ++i) {
       count += differs(i) ? 1 : 0;
       if (count > allowed) return kAbandoned;
     }
-    const double d = e - 1.0 + count * step;
-    return d > e ? d : e;
+    return mismatchError(e, count, step);
   } else {
     double d = e - 1.0;
     for (int i = 0; i < ev.count; ++i) {

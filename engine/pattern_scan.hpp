@@ -79,11 +79,16 @@ struct ScanResult {
 };
 
 // `usable(node)` tells whether the candidate's own value(s) to simulate are
-// informed in the training image.
-template <typename Usable>
-ScanResult scanTrainingImage(ScanWalker walker, int nscan, const DataEvent &event,
-                             Usable &&usable) {
+// informed in the training image. `event` is a DataEvent, or an event of the
+// same errors that is told the best error whenever it improves (bound), such as
+// CodedEvent.
+template <typename Event, typename Usable>
+ScanResult scanTrainingImage(ScanWalker walker, int nscan, Event &event, Usable &&usable) {
+  constexpr bool kBounded = requires(Event & ev) {
+    ev.bound(0.0);
+  };
   ScanResult result;
+  if constexpr (kBounded) event.bound(result.error);
   for (int j = 0; j < nscan; ++j, walker.advance()) {
     const int node = walker.tiNode();
     if (!usable(node)) continue;
@@ -95,6 +100,7 @@ ScanResult scanTrainingImage(ScanWalker walker, int nscan, const DataEvent &even
         result.iterations = j + 1;
         return result;
       }
+      if constexpr (kBounded) event.bound(e);
     }
   }
   result.iterations = nscan;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "engine/coded_event.hpp"
 #include "engine/pattern_scan.hpp"
 #include "engine/realization_stats.hpp"
 #include "engine/scan_window.hpp"
@@ -124,6 +125,7 @@ class RealizationRun {
   void deformOffsets(int node, nuvo_randContext *ctx);
   int chooseTrainingImage(int node, nuvo_randContext *ctx) const;
   bool usable(const nuvo_image &ti, int tiNode) const;
+  bool everyNodeCoded(int t, int v) const;
   int drawMarginalNode(const nuvo_image &ti, nuvo_randContext *ctx) const;
   EventExtent gatheredExtent() const;
   void prepareEvent(int t, const PathSettings &settings);
@@ -143,8 +145,9 @@ class RealizationRun {
   std::vector<std::vector<double>> penalty_;  // per variable: the constraint term per class
   std::vector<int> blocked_;                  // targets with block data applying at the entry
   std::vector<std::span<const BlockBand>> blockBand_;  // per variable: its blocks' bands
-  std::vector<ConstraintTally> tally_;        // per variable: this thread's constraint counts
+  std::vector<ConstraintTally> tally_;  // per variable: this thread's constraint counts
   DataEvent event_;
+  CodedEvent codedEvent_;  // event_ when of the everyday kind, scanned faster
   std::vector<double> weightScratch_;
   RealizationStats stats_;
   nuvo_randContext ctx_{};
@@ -205,15 +208,17 @@ bool RealizationRun::gather(int node, const PathSettings &settings) {
         continue;
       const int neighbor = xx + grid_.nx * yy + grid_.nxy * zz;
       if (!visible(v, neighbor)) continue;
-      if (isMissing(values[neighbor])) continue;
+      // Written in any case and kept when informed: whether a neighbour is
+      // informed follows no pattern, so a branch on it would mostly be mispredicted.
+      const double value = values[neighbor];
       g.dx[n] = nb.ix[j];
       g.dy[n] = nb.iy[j];
       g.dz[n] = nb.iz[j];
-      g.value[n] = values[neighbor];
+      g.value[n] = value;
       g.weight[n] = nb.weight[j] * (simulated[neighbor] ? 1.0 : setup_.conditioningWeight[v]);
       g.node[n] = neighbor;
       g.distance[n] = nb.distance[j];
-      ++n;
+      n += isMissing(value) ? 0 : 1;
     }
     g.count = n;
     any = any || n > 0;
@@ -284,6 +289,14 @@ int RealizationRun::chooseTrainingImage(int node, nuvo_randContext *ctx) const {
   return nti - 1;
 }
 
+// Whether no node of variable v in training image t is missing.
+bool RealizationRun::everyNodeCoded(int t, int v) const {
+  const std::vector<int> &count = setup_.codeCount[static_cast<std::size_t>(t) * setup_.nvar + v];
+  long long coded = 0;
+  for (int c : count) coded += c;
+  return coded == setup_.ti[t]->grid->nxyz;
+}
+
 bool RealizationRun::usable(const nuvo_image &ti, int tiNode) const {
   for (int v : targets_)
     if (isMissing(valueAt(ti, v, tiNode))) return false;
@@ -351,6 +364,7 @@ void RealizationRun::prepareEvent(int t, const PathSettings &settings) {
       for (int i = 0; i < g.count; ++i) g.code[i] = categoryCode(setup_, v, g.value[i]);
       ev.valueCode = g.code.data();
       ev.tiCode = tiCode;
+      ev.codeCount = setup_.codeCount[static_cast<std::size_t>(t) * setup_.nvar + v];
     }
     event_.kernel[event_.nvar] = variableKernel(setup_.distanceType[v], uniform,
                                                 setup_.relativeDistance[v] != 0, tiCode != nullptr);
@@ -440,8 +454,13 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
           targets_.size() == 1 ? setup_.codes(o->ti, targets_[0]) : nullptr;
       if (ownCode != nullptr) {
         const std::int8_t *own = ownCode;
-        r = scanTrainingImage(walker, nscan, event_,
-                              [own](int tiNode) { return own[tiNode] != kMissingCode; });
+        const auto usableCode = [own](int tiNode) { return own[tiNode] != kMissingCode; };
+        if (!codedEvent_.prepare(event_))
+          r = scanTrainingImage(walker, nscan, event_, usableCode);
+        else if (everyNodeCoded(o->ti, targets_[0]))
+          r = scanTrainingImage(walker, nscan, codedEvent_, [](int) { return true; });
+        else
+          r = scanTrainingImage(walker, nscan, codedEvent_, usableCode);
       } else if (targets_.size() == 1) {
         const double *own = ti.var + static_cast<long long>(targets_[0]) * ti.grid->nxyz;
         r = scanTrainingImage(walker, nscan, event_,

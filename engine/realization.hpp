@@ -89,11 +89,13 @@ struct RealizationSetup {
   // Categorical variables compared on one-byte codes: categories[v] holds the
   // sorted training values of a coded variable (empty for the others), and
   // tiCode[t * nvar + v] the code of every node of training image t: the index of
-  // its value in categories[v], or kMissingCode. It is empty where the variable
-  // is not coded or the training image is the simulation grid, whose values
-  // change as it is simulated.
+  // its value in categories[v], or kMissingCode, then kCodePadding missing codes.
+  // It is empty where the variable is not coded or the training image is the
+  // simulation grid, whose values change as it is simulated.
   std::vector<std::vector<double>> categories;
   std::vector<std::vector<std::int8_t>> tiCode;
+  // Beside each tiCode, the number of its nodes holding each code.
+  std::vector<std::vector<int>> codeCount;
 
   // The codes of variable v in training image t, or null when it is not coded.
   const std::int8_t *codes(int t, int v) const {
@@ -105,10 +107,13 @@ struct RealizationSetup {
 
 inline constexpr std::int8_t kMissingCode = -1;
 inline constexpr std::int8_t kForeignCode = -2;  // a data value met in no training image
+// Missing codes past the end of every code image, so that a group of
+// CodedEvent::kGroupBytes bytes may be read from any of its nodes.
+inline constexpr int kCodePadding = 15;
 
 // Codes the categorical variables with at most 127 categories (`categories` per
-// variable, empty for a variable not to code) and fills setup.categories and
-// setup.tiCode.
+// variable, empty for a variable not to code) and fills setup.categories,
+// setup.tiCode and setup.codeCount.
 void codeCategories(RealizationSetup &setup, std::vector<std::vector<double>> categories);
 
 // The code of `value` for coded variable v.

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <filesystem>
 
 #include "../input/siminput_builder.hpp"
 #include "nuvo_sim.h"
@@ -15,6 +16,7 @@
 
 namespace {
 
+namespace fs = std::filesystem;
 using nuvo_test::checksum;
 using nuvo_test::require;
 
@@ -49,6 +51,20 @@ class PinnedRealizations : public ::testing::Test {
   std::uint64_t simulate() {
     EXPECT_EQ(NUVOSim(&si_, &out_, nullptr, nullptr), 0);
     return out_.outputSimImage != nullptr ? checksum(*out_.outputSimImage) : 0;
+  }
+
+  // The checksum of the error and training-image node maps, with a threshold
+  // that leaves errors above 0 (the maps are written to temporary files too).
+  std::uint64_t scanOutcome() {
+    const fs::path dir = fs::temp_directory_path();
+    si_.outputErrorFlag = 1;
+    si_.outputErrorFileName = nuvo_test::ownedText((dir / "nuvo_pinned_error").c_str());
+    si_.outputTiGridNodeIndexFlag = 1;
+    si_.outputTiGridNodeIndexFileName = nuvo_test::ownedText((dir / "nuvo_pinned_tinode").c_str());
+    si_.distanceThreshold[0] = 0.02;
+    EXPECT_EQ(NUVOSim(&si_, &out_, nullptr, nullptr), 0);
+    if (out_.outputErrorImage == nullptr || out_.outputTiGridNodeIndexImage == nullptr) return 0;
+    return checksum(*out_.outputErrorImage) ^ checksum(*out_.outputTiGridNodeIndexImage);
   }
 
   nuvo_simInput si_;
@@ -89,6 +105,16 @@ TEST_F(PinnedRealizations, Lenses3D) {
   build(ti.image, 20, 20, 8, 4.0, 24);
   si_.maxScanFraction[0] = 0.2;
   EXPECT_EQ(simulate(), 0x16920908aa505ef8ull);
+}
+
+// The pattern search's outcome at every node, the error and the training-image
+// node chosen, on a 3D case whose errors are often above 0.
+TEST_F(PinnedRealizations, ScanOutcomeMaps) {
+  OwnedImage ti;
+  require(NUVOGenerateLensImage(&ti.image, 30, 30, 10, 2));
+  build(ti.image, 20, 20, 8, 4.0, 24);
+  si_.maxScanFraction[0] = 0.2;
+  EXPECT_EQ(scanOutcome(), 0xe0c5c77138e650edull);
 }
 
 TEST_F(PinnedRealizations, ContinuousField) {
