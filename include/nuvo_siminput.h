@@ -264,12 +264,14 @@ NUVO_API int NUVOPrintSimInput(const nuvo_simInput *si, const char *prefix, FILE
  *  variable, thresholds per variable, scan fractions per TI); -678 nrealization
  *  > 1000000. -20 stands for a per-variable or per-TI array that the check needs
  *  but is null (softProbability, connectivity, blockData and pyramidParameters
- *  may be null: no variable uses them), a simulation image without grid, or a
- *  TI without grid or values.
+ *  may be null: no variable uses them), a simulation image without grid, a TI
+ *  without grid or values, or an additional map asked for (its flag set) without
+ *  a file name prefix.
  *
- *  Transforms that simulation does not offer yet are refused last: -1701 / -1801
- *  homothetyUsage / rotationUsage outside 0..2, -1708 / -1808 homothety or
- *  rotation used at all.
+ *  Then the probabilities of the training images (-1651 to -1656, two TIs or
+ *  more), the homothety and rotation parameters (-1701 / -1801 usage outside
+ *  0..2, then per axis the codes of nuvo_simtransform.h), and last -627 / -628 a
+ *  NaN or an infinity in a training image, data image or data point set.
  *
  *  Search neighborhood of each variable, resolved once its parameters are valid.
  *  Let nx, ny, nz be the smallest extents along each axis over the training

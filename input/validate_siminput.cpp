@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include "constraints/blockdata_checks.hpp"
 #include "constraints/connectivity_checks.hpp"
@@ -73,10 +74,16 @@ int checkOutputs(const nuvo_simInput &si) {
   const int nname = outputSimImageFileCount(si.outputSimJob, si.outputVarFlag, si.nvar);
   NUVO_FAIL_IF(nname > 0 && si.outputSimImageFileName == nullptr, kMemoryNotAllocated);
   for (int k = 0; k < nname; ++k) NUVO_FAIL_IF(nameTooLong(si.outputSimImageFileName[k]), -652);
-  NUVO_FAIL_IF(nameTooLong(si.outputPathIndexFileName), -595);
-  NUVO_FAIL_IF(nameTooLong(si.outputErrorFileName), -596);
-  NUVO_FAIL_IF(nameTooLong(si.outputTiGridNodeIndexFileName), -597);
-  NUVO_FAIL_IF(nameTooLong(si.outputTiIndexFileName), -598);
+  // Each map asked for is written to files named from its prefix.
+  const std::pair<signed char, const char *> maps[] = {
+      {si.outputPathIndexFlag, si.outputPathIndexFileName},
+      {si.outputErrorFlag, si.outputErrorFileName},
+      {si.outputTiGridNodeIndexFlag, si.outputTiGridNodeIndexFileName},
+      {si.outputTiIndexFlag, si.outputTiIndexFileName}};
+  for (int m = 0; m < 4; ++m) {
+    NUVO_FAIL_IF(maps[m].first != 0 && maps[m].second == nullptr, kMemoryNotAllocated);
+    NUVO_FAIL_IF(nameTooLong(maps[m].second), -595 - m);
+  }
   NUVO_FAIL_IF(nameTooLong(si.outputReportFileName), -653);
   return 0;
 }
