@@ -12,8 +12,10 @@ Point a client at a real cluster with its scheduler address::
     realizations = nuvosim.distributed.simulate(ti, (200, 200, 1), nrealization=100,
                                                 client=client)
 
-Every worker needs nuvosim installed. Give workers one thread each and several
-processes: runs started from several threads of one process take their turns.
+Every worker needs nuvosim installed. Each task runs its realization on one
+thread, the cluster's processes being the parallelism: give workers one thread
+each and several processes (runs started from several threads of one process
+take their turns).
 :func:`run` reads the parameter file and the
 files it names on the workers, at the same absolute path (a shared file
 system), and writes no output file.
@@ -47,7 +49,7 @@ def run(parameter_file, *, client):
 
 
 def _input_realization(sim_input, realization):
-    return sim_input.simulate(realization=realization, progress=False)[0]
+    return sim_input.simulate(realization=realization, progress=False, threads=1)[0]
 
 
 def _file_realization(path, realization):
