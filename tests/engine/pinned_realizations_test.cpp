@@ -48,6 +48,13 @@ class PinnedRealizations : public ::testing::Test {
     si_.nrealization = 2;
   }
 
+  // The 3D case: a 20 x 20 x 8 grid from a 30 x 30 x 10 lens image in `ti`.
+  void buildLenses(nuvo_image *ti) {
+    require(NUVOGenerateLensImage(ti, 30, 30, 10, 2));
+    build(*ti, 20, 20, 8, 4.0, 24);
+    si_.maxScanFraction[0] = 0.2;
+  }
+
   std::uint64_t simulate() {
     EXPECT_EQ(NUVOSim(&si_, &out_, nullptr, nullptr), 0);
     return out_.outputSimImage != nullptr ? checksum(*out_.outputSimImage) : 0;
@@ -101,9 +108,7 @@ TEST_F(PinnedRealizations, Channels2DConditioned) {
 
 TEST_F(PinnedRealizations, Lenses3D) {
   OwnedImage ti;
-  require(NUVOGenerateLensImage(&ti.image, 30, 30, 10, 2));
-  build(ti.image, 20, 20, 8, 4.0, 24);
-  si_.maxScanFraction[0] = 0.2;
+  buildLenses(&ti.image);
   EXPECT_EQ(simulate(), 0x16920908aa505ef8ull);
 }
 
@@ -111,9 +116,7 @@ TEST_F(PinnedRealizations, Lenses3D) {
 // node chosen, on a 3D case whose errors are often above 0.
 TEST_F(PinnedRealizations, ScanOutcomeMaps) {
   OwnedImage ti;
-  require(NUVOGenerateLensImage(&ti.image, 30, 30, 10, 2));
-  build(ti.image, 20, 20, 8, 4.0, 24);
-  si_.maxScanFraction[0] = 0.2;
+  buildLenses(&ti.image);
   EXPECT_EQ(scanOutcome(), 0xe0c5c77138e650edull);
 }
 
