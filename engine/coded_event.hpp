@@ -26,10 +26,14 @@
 // - The first three groups are read without a branch, the limit being checked
 //   after them and then after each group: most candidates end there, and the
 //   branch on each group would be unpredictable.
+// - On a 3D training image of at most three categories the prepared event is
+//   read on two-bit codes instead (PackedEvent, packed_event.hpp, which says why
+//   that is exact): the same nodes, limit and table of errors, other groups.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <vector>
 
 #include "engine/pattern_scan.hpp"
@@ -47,6 +51,18 @@ class CodedEvent {
 
   // Sets the best error so far, the bound of the candidates that follow.
   void bound(double best);
+
+  // What PackedEvent reads of the prepared event: its nodes sorted by offset,
+  // the most mismatches accepted under the bound (-1 for none), and the error
+  // of `count` mismatches.
+  struct Node {
+    int offset;
+    std::int8_t code;
+    long long misses;  // training-image nodes of another code
+  };
+  std::span<const Node> nodes() const { return node_; }
+  int limit() const { return limit_; }
+  double error(int count) const { return error_[static_cast<std::size_t>(count)]; }
 
   // The candidate's error, or kAbandoned when it is not below the bound's best.
   double errorAt(int node, double /*best*/) const {
@@ -85,11 +101,6 @@ class CodedEvent {
       std::memcpy(&word, ti + start, sizeof word);
       return one & ~(word == code);
     }
-  };
-  struct Node {
-    int offset;
-    std::int8_t code;
-    long long misses;  // training-image nodes of another code
   };
   struct Built {
     Group group;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "engine/coded_event.hpp"
+#include "engine/packed_event.hpp"
 #include "engine/pattern_scan.hpp"
 #include "engine/realization_stats.hpp"
 #include "engine/scan_window.hpp"
@@ -147,7 +148,8 @@ class RealizationRun {
   std::vector<std::span<const BlockBand>> blockBand_;  // per variable: its blocks' bands
   std::vector<ConstraintTally> tally_;  // per variable: this thread's constraint counts
   DataEvent event_;
-  CodedEvent codedEvent_;  // event_ when of the everyday kind, scanned faster
+  CodedEvent codedEvent_;    // event_ when of the everyday kind, scanned faster
+  PackedEvent packedEvent_;  // codedEvent_ on a two-bit image
   std::vector<double> weightScratch_;
   RealizationStats stats_;
   nuvo_randContext ctx_{};
@@ -455,12 +457,20 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
       if (ownCode != nullptr) {
         const std::int8_t *own = ownCode;
         const auto usableCode = [own](int tiNode) { return own[tiNode] != kMissingCode; };
-        if (!codedEvent_.prepare(event_))
+        const auto scanCoded = [&](auto &event) {
+          if (everyNodeCoded(o->ti, targets_[0]))
+            return scanTrainingImage(walker, nscan, event, [](int) { return true; });
+          return scanTrainingImage(walker, nscan, event, usableCode);
+        };
+        const std::uint8_t *packed = setup_.packedCodes(o->ti, targets_[0]);
+        if (!codedEvent_.prepare(event_)) {
           r = scanTrainingImage(walker, nscan, event_, usableCode);
-        else if (everyNodeCoded(o->ti, targets_[0]))
-          r = scanTrainingImage(walker, nscan, codedEvent_, [](int) { return true; });
-        else
-          r = scanTrainingImage(walker, nscan, codedEvent_, usableCode);
+        } else if (packed != nullptr) {
+          packedEvent_.prepare(codedEvent_, packed);
+          r = scanCoded(packedEvent_);
+        } else {
+          r = scanCoded(codedEvent_);
+        }
       } else if (targets_.size() == 1) {
         const double *own = ti.var + static_cast<long long>(targets_[0]) * ti.grid->nxyz;
         r = scanTrainingImage(walker, nscan, event_,
