@@ -21,15 +21,15 @@
 //   itself shifted by one bit and masking the low bits leaves 1 in each
 //   differing field and 0 elsewhere. Adding the flags of two groups gives
 //   fields of at most 2, folding neighbouring fields gives 4-bit fields of at
-//   most 8 (four groups), then bytes of at most 16, and a multiplication adds
-//   up the bytes (at most 128 in the top byte): an exact count of the
-//   mismatches, with no population-count instruction, which x86-64 lacks by
-//   default.
+//   most 4 (two groups) or 8 (four groups), then bytes of at most 16, and a
+//   multiplication adds up the bytes (at most 128 in the top byte): an exact
+//   count of the mismatches, with no population-count instruction, which
+//   x86-64 lacks by default.
 // - The groups are ordered as CodedEvent orders its own (most misses first) and
-//   the count is checked against the same limit: the first four groups are read
-//   without a branch, then one group at a time. A partial count is a lower
-//   bound of the full one, so the order and the grouping cannot change the
-//   outcome, only how soon a candidate is dropped.
+//   the count is checked against the same limit: after the first four groups,
+//   read without a branch (most candidates end there), then after every two.
+//   A partial count is a lower bound of the full one, so the order and the
+//   grouping cannot change the outcome, only how soon a candidate is dropped.
 // - The code images end with kPackedPadding spare bytes, so a load never leaves
 //   them.
 #pragma once
@@ -75,8 +75,7 @@ class PackedEvent {
     std::size_t k;
     int count;
     if (ng >= 4) {
-      count = total(fields(g[0].mismatches(base) + g[1].mismatches(base)) +
-                    fields(g[2].mismatches(base) + g[3].mismatches(base)));
+      count = total(pair(g, base) + pair(g + 2, base));
       k = 4;
     } else {
       std::uint64_t flags = 0;
@@ -84,7 +83,11 @@ class PackedEvent {
       count = total(fields(flags));
     }
     if (count > limit_) return kAbandoned;
-    for (; k < ng; ++k) {
+    for (; k + 1 < ng; k += 2) {
+      count += total(pair(g + k, base));
+      if (count > limit_) return kAbandoned;
+    }
+    if (k < ng) {
       count += total(fields(g[k].mismatches(base)));
       if (count > limit_) return kAbandoned;
     }
@@ -92,17 +95,6 @@ class PackedEvent {
   }
 
  private:
-  // The two-bit fields of `flags` (each at most 3) added up in pairs: 4-bit fields.
-  static std::uint64_t fields(std::uint64_t flags) {
-    constexpr std::uint64_t k3 = 0x3333333333333333ull;
-    return (flags & k3) + ((flags >> 2) & k3);
-  }
-  // The sum of 4-bit fields of at most 8 each.
-  static int total(std::uint64_t nibbles) {
-    constexpr std::uint64_t k0f = 0x0f0f0f0f0f0f0f0full, kOnes = 0x0101010101010101ull;
-    const std::uint64_t bytes = (nibbles + (nibbles >> 4)) & k0f;
-    return static_cast<int>((bytes * kOnes) >> 56);
-  }
   struct Group {
     std::uint64_t code = 0;  // the event's fields
     std::uint64_t low = 0;   // the low bit of each of the group's fields
@@ -115,6 +107,21 @@ class PackedEvent {
       return (differ | (differ >> 1)) & low;
     }
   };
+  // The mismatches of groups g[0] and g[1] in 4-bit fields of at most 4.
+  static std::uint64_t pair(const Group *g, const std::uint8_t *base) {
+    return fields(g[0].mismatches(base) + g[1].mismatches(base));
+  }
+  // The two-bit fields of `flags` (each at most 3) added up in pairs: 4-bit fields.
+  static std::uint64_t fields(std::uint64_t flags) {
+    constexpr std::uint64_t k3 = 0x3333333333333333ull;
+    return (flags & k3) + ((flags >> 2) & k3);
+  }
+  // The sum of 4-bit fields of at most 8 each.
+  static int total(std::uint64_t nibbles) {
+    constexpr std::uint64_t k0f = 0x0f0f0f0f0f0f0f0full, kOnes = 0x0101010101010101ull;
+    const std::uint64_t bytes = (nibbles + (nibbles >> 4)) & k0f;
+    return static_cast<int>((bytes * kOnes) >> 56);
+  }
   struct Built {
     int first = 0, last = 0;  // its first and last node in the coded event's nodes
     long long misses = 0;
