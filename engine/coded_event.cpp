@@ -10,9 +10,12 @@ namespace nuvo {
 static_assert(kCodePadding >= CodedEvent::kGroupBytes - 1, "a group read must stay in the codes");
 
 bool CodedEvent::prepare(const DataEvent &event) {
-  if (event.nvar != 1 || event.nconstraint != 0 || event.nblockTerm != 0 || event.npattern != 0 ||
-      event.kernel[0] != variableKernel(0, true, false, true))
-    return false;
+  return event.nconstraint == 0 && event.nblockTerm == 0 && event.npattern == 0 &&
+         prepareVariable(event);
+}
+
+bool CodedEvent::prepareVariable(const DataEvent &event) {
+  if (event.nvar != 1 || event.kernel[0] != variableKernel(0, true, false, true)) return false;
   const VariableEvent &ev = event.event[0];
   const int n = ev.count;
   tiCode_ = ev.tiCode;
@@ -58,8 +61,7 @@ bool CodedEvent::prepare(const DataEvent &event) {
 
 // DataEvent's running error is 0 when this variable's kernel starts.
 void CodedEvent::bound(double best) {
-  limit_ = kernel::allowedMismatches(best, 0.0, step_, static_cast<int>(error_.size()) - 1);
-  while (limit_ >= 0 && !(error_[static_cast<std::size_t>(limit_)] < best)) --limit_;
+  limit_ = kernel::mismatchesBelow(best, 0.0, step_, size());
 }
 
 }  // namespace nuvo

@@ -44,12 +44,22 @@ class CodedEvent {
   // Takes `event` when it is of the everyday kind and returns true, else false
   // (the event must then be scanned as a DataEvent).
   bool prepare(const DataEvent &event);
+  // Takes the variable of an event of one coded variable with uniform weights,
+  // whatever its constraint terms (see ConstrainedCodedEvent); false for another.
+  bool prepareVariable(const DataEvent &event);
 
   // Sets the best error so far, the bound of the candidates that follow.
   void bound(double best);
 
   // The candidate's error, or kAbandoned when it is not below the bound's best.
   double errorAt(int node, double /*best*/) const {
+    const int count = mismatchCount(node, limit_);
+    return count > limit_ ? kAbandoned : error_[static_cast<std::size_t>(count)];
+  }
+
+  // The candidate's count of mismatches, or a count above `limit` as soon as it
+  // exceeds it.
+  int mismatchCount(int node, int limit) const {
     constexpr std::size_t kFirst = 3;
     const std::int8_t *ti = tiCode_ + node;
     const std::size_t ng = group_.size();
@@ -57,13 +67,12 @@ class CodedEvent {
     Bytes flags{};
     for (std::size_t j = 0; j < k; ++j) flags += group_[j].mismatches(ti);
     int count = total(flags);
-    if (count > limit_) return kAbandoned;
-    for (; k < ng; ++k) {
-      count += total(group_[k].mismatches(ti));
-      if (count > limit_) return kAbandoned;
-    }
-    return error_[static_cast<std::size_t>(count)];
+    for (; k < ng && count <= limit; ++k) count += total(group_[k].mismatches(ti));
+    return count;
   }
+
+  int size() const { return static_cast<int>(error_.size()) - 1; }
+  double step() const { return step_; }
 
  private:
   using Bytes = std::int8_t __attribute__((vector_size(kGroupBytes)));

@@ -5,14 +5,16 @@
 #include <vector>
 
 #include "engine/coded_event.hpp"
+#include "engine/constrained_event.hpp"
 #include "engine/realization.hpp"
 #include "tests/data/data_builders.hpp"
 
 namespace {
 
 // Random events (foreign codes, repeated nodes, awkward thresholds) on a random
-// image with missing codes: every scan, partial or not, ends on the candidate,
-// with the error and after the iterations of the general event's scan.
+// image with missing codes, without and with random constraint terms (class
+// penalties, block bands, labels): every scan, partial or not, ends on the
+// candidate, with the error and after the iterations of the general event's scan.
 TEST(CodedEvent, ScansAsTheGeneralEvent) {
   std::mt19937 rng(11);
   const auto draw = [&](int n) { return static_cast<int>(rng() % static_cast<unsigned>(n)); };
@@ -24,6 +26,20 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
     if (ti[k] >= 0) ++holders[static_cast<std::size_t>(ti[k])];
   }
   const auto informed = [&](int node) { return ti[static_cast<std::size_t>(node)] >= 0; };
+  // Training values, class and label component of every node.
+  const std::vector<double> category = {0.0, 1.0, 2.0};
+  const std::vector<std::int16_t> categoryClass = {0, 1, 1};
+  std::vector<double> value(ti.size(), -1.0);
+  std::vector<std::int16_t> trainClass(ti.size(), -1);
+  std::vector<int> component(ti.size());
+  for (std::size_t k = 0; k < ti.size(); ++k) {
+    if (ti[k] >= 0) {
+      value[k] = category[static_cast<std::size_t>(ti[k])];
+      trainClass[k] = categoryClass[static_cast<std::size_t>(ti[k])];
+    }
+    component[k] = draw(4);
+  }
+  const std::vector<std::int16_t> componentClass = {0, 0, 1, 0};
   for (int trial = 0; trial < 300; ++trial) {
     const int n = 1 + draw(40);
     std::vector<int> offset;
@@ -45,16 +61,47 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
                         .valueCode = code.data(),
                         .tiCode = ti.data(),
                         .codeCount = holders};
+    const bool terms = trial % 2 == 1;
+    std::vector<double> penalty = {0.3 * draw(3), 0.2 * draw(3)};
+    std::vector<nuvo::BlockBand> band(1 + draw(2));
+    for (nuvo::BlockBand &b : band)
+      b = {.sum = 0.5 * draw(20), .invCount = 1.0 / (1 + draw(20)), .target = 0.1 * draw(10),
+           .left = 0.05 * draw(3), .right = 0.05 * draw(3), .scale = 1.0 + draw(30)};
+    std::vector<int> lead(static_cast<std::size_t>(n));
+    std::vector<std::int16_t> labelClass(static_cast<std::size_t>(n));
+    for (int i = 0; i < n; ++i) {
+      lead[static_cast<std::size_t>(i)] = draw(i + 1);
+      labelClass[static_cast<std::size_t>(i)] = static_cast<std::int16_t>(draw(2));
+    }
+    if (terms) {
+      general.nconstraint = draw(2);
+      general.constraint[0] = {trainClass.data(), penalty.data()};
+      general.nblockTerm = draw(2);
+      general.blockTerm[0] = {value.data(), band.data(), static_cast<int>(band.size())};
+      general.npattern = draw(2);
+      general.pattern[0] = {.count = n,
+                            .offset = offset.data(),
+                            .lead = lead.data(),
+                            .cls = labelClass.data(),
+                            .component = component.data(),
+                            .componentClass = componentClass.data(),
+                            .scale = 1.0 / (n * 0.3)};
+      general.floor = general.nconstraint == 1 ? 0.2 * draw(2) : 0.0;
+    }
     nuvo::CodedEvent coded;
-    ASSERT_TRUE(coded.prepare(general));
+    nuvo::ConstrainedCodedEvent constrained;
+    const bool plain = coded.prepare(general);
+    ASSERT_EQ(plain, general.nconstraint + general.nblockTerm + general.npattern == 0);
+    ASSERT_TRUE(constrained.prepare(general, ti.data(), category, categoryClass));
     nuvo::ScanWindow window;
     ASSERT_TRUE(nuvo::makeScanWindow(grid, extent, &window));
     const int nscan = 1 + draw(window.count());
     const nuvo::ScanOrder order{draw(window.count()), 1};
-    const nuvo::ScanResult a =
-        nuvo::scanTrainingImage(nuvo::ScanWalker(window, grid, order), nscan, general, informed);
-    const nuvo::ScanResult b =
-        nuvo::scanTrainingImage(nuvo::ScanWalker(window, grid, order), nscan, coded, informed);
+    const auto scan = [&](auto &event) {
+      return nuvo::scanTrainingImage(nuvo::ScanWalker(window, grid, order), nscan, event, informed);
+    };
+    const nuvo::ScanResult a = scan(general);
+    const nuvo::ScanResult b = plain ? scan(coded) : scan(constrained);
     ASSERT_EQ(a.tiNode, b.tiNode) << "trial " << trial;
     ASSERT_EQ(a.error, b.error);
     ASSERT_EQ(a.iterations, b.iterations);
