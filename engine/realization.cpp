@@ -155,6 +155,7 @@ class RealizationRun {
   std::vector<std::vector<std::int16_t>> categoryClass_;
   DataEvent event_;
   CodedEvent codedEvent_;  // event_ when of the everyday kind, scanned faster
+  WeightedCodedEvent weightedEvent_;        // the same with weights
   ConstrainedCodedEvent constrainedEvent_;  // the same under constraint terms
   std::vector<double> weightScratch_;
   RealizationStats stats_;
@@ -471,6 +472,8 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
         };
         if (codedEvent_.prepare(event_))
           r = scanCoded(codedEvent_);
+        else if (weightedEvent_.prepare(event_))
+          r = scanCoded(weightedEvent_);
         else if (constrainedEvent_.prepare(event_, own, setup_.categories[v], categoryClass_[v]))
           r = scanCoded(constrainedEvent_);
         else

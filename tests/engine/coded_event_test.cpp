@@ -12,8 +12,9 @@
 namespace {
 
 // Random events (foreign codes, repeated nodes, awkward thresholds) on a random
-// image with missing codes, without and with random constraint terms (class
-// penalties, block bands, labels): every scan, partial or not, ends on the
+// image with missing codes, with uniform weights, without and with random
+// constraint terms (class penalties, block bands, labels), or with random
+// weights (tiny ones among them): every scan, partial or not, ends on the
 // candidate, with the error and after the iterations of the general event's scan.
 TEST(CodedEvent, ScansAsTheGeneralEvent) {
   std::mt19937 rng(11);
@@ -40,28 +41,35 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
     component[k] = draw(4);
   }
   const std::vector<std::int16_t> componentClass = {0, 0, 1, 0};
-  for (int trial = 0; trial < 300; ++trial) {
+  for (int trial = 0; trial < 450; ++trial) {
     const int n = 1 + draw(40);
+    const bool weighted = trial % 3 == 2;
     std::vector<int> offset;
     std::vector<std::int8_t> code;
+    std::vector<double> weight;
+    double weightSum = 0.0;
     nuvo::EventExtent extent;
     for (int i = 0; i < n; ++i) {
       const int dx = draw(9) - 4, dy = draw(7) - 3, dz = draw(2);
       extent.include(dx, dy, dz);
       offset.push_back(dx + grid.nx * dy + grid.nxy * dz);
       code.push_back(static_cast<std::int8_t>(draw(12) == 0 ? nuvo::kForeignCode : draw(3)));
+      weight.push_back(draw(5) == 0 ? 1e-6 * draw(3) : 1.0 / (1 + draw(12)));
+      weightSum += weight.back();
     }
+    for (double &w : weight) w /= weightSum;
     nuvo::DataEvent general;
     general.nvar = 1;
-    general.kernel[0] = nuvo::variableKernel(0, true, false, true);
+    general.kernel[0] = nuvo::variableKernel(0, !weighted, false, true);
     general.event[0] = {.count = n,
                         .offset = offset.data(),
+                        .weight = weight.data(),
                         .uniformWeight = 1.0 / n,
                         .invThreshold = 1.0 / (0.01 + 0.3 * draw(1000) / 1000.0),
                         .valueCode = code.data(),
                         .tiCode = ti.data(),
                         .codeCount = holders};
-    const bool terms = trial % 2 == 1;
+    const bool terms = trial % 3 == 1;
     std::vector<double> penalty = {0.3 * draw(3), 0.2 * draw(3)};
     std::vector<nuvo::BlockBand> band(1 + draw(2));
     for (nuvo::BlockBand &b : band)
@@ -89,10 +97,12 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
       general.floor = general.nconstraint == 1 ? 0.2 * draw(2) : 0.0;
     }
     nuvo::CodedEvent coded;
+    nuvo::WeightedCodedEvent weightedEvent;
     nuvo::ConstrainedCodedEvent constrained;
     const bool plain = coded.prepare(general);
-    ASSERT_EQ(plain, general.nconstraint + general.nblockTerm + general.npattern == 0);
-    ASSERT_TRUE(constrained.prepare(general, ti.data(), category, categoryClass));
+    ASSERT_EQ(plain, !weighted && general.nconstraint + general.nblockTerm + general.npattern == 0);
+    ASSERT_EQ(weightedEvent.prepare(general), weighted);
+    ASSERT_EQ(constrained.prepare(general, ti.data(), category, categoryClass), !weighted);
     nuvo::ScanWindow window;
     ASSERT_TRUE(nuvo::makeScanWindow(grid, extent, &window));
     const int nscan = 1 + draw(window.count());
@@ -101,7 +111,8 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
       return nuvo::scanTrainingImage(nuvo::ScanWalker(window, grid, order), nscan, event, informed);
     };
     const nuvo::ScanResult a = scan(general);
-    const nuvo::ScanResult b = plain ? scan(coded) : scan(constrained);
+    const nuvo::ScanResult b =
+        weighted ? scan(weightedEvent) : (plain ? scan(coded) : scan(constrained));
     ASSERT_EQ(a.tiNode, b.tiNode) << "trial " << trial;
     ASSERT_EQ(a.error, b.error);
     ASSERT_EQ(a.iterations, b.iterations);
