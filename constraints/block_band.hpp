@@ -31,8 +31,9 @@ struct BlockTerm {
   const BlockBand *band = nullptr;
   int nband = 0;
 
-  double at(int tiNode) const {
-    const double x = ti[tiNode];
+  double at(int tiNode) const { return of(ti[tiNode]); }
+  // The term of a candidate of value x.
+  double of(double x) const {
     double e = 0.0;
     for (int b = 0; b < nband; ++b) e += band[b].error(x);
     return e;

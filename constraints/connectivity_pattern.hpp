@@ -45,13 +45,19 @@ struct LabelTerm {
   const std::int16_t *componentClass = nullptr;  // per component: its class
   double scale = 0.0;                            // 1 / (count * threshold)
 
-  double error(int tiNode) const {
-    int broken = 0;
+  double error(int tiNode) const { return errorOf(broken(tiNode)); }
+  // The number of labelled nodes that break the pattern at a candidate.
+  int broken(int tiNode) const {
+    int n = 0;
     for (int i = 0; i < count; ++i) {
       const int c = component[tiNode + offset[i]];
-      broken += c == 0 || componentClass[c] != cls[i] || c != component[tiNode + offset[lead[i]]];
+      n += c == 0 || componentClass[c] != cls[i] || c != component[tiNode + offset[lead[i]]];
     }
-    const double e = broken * scale - 1.0;
+    return n;
+  }
+  // The term of a candidate with `n` broken nodes.
+  double errorOf(int n) const {
+    const double e = n * scale - 1.0;
     return e > 0.0 ? e : 0.0;
   }
 };

@@ -104,6 +104,8 @@ class ProbabilityConstraint {
     return sp_->probabilityConstraintUsage == NUVO_PROBABILITY_CONSTRAINT_GLOBAL;
   }
   int nclass() const { return static_cast<int>(count_.size()); }
+  // The class of a training value, as in trainClass.
+  int classOf(double value) const { return classOfValue(*sp_->classOfValues, value); }
   // Class index of every node of training image t.
   const std::int16_t *trainClass(int t) const {
     return trainClass_[t].empty() ? gridClass_.data() : trainClass_[t].data();

@@ -1,33 +1,27 @@
 #include "engine/coded_event.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 #include "engine/realization.hpp"
 
 namespace nuvo {
 
-static_assert(kCodePadding >= CodedEvent::kGroupBytes - 1, "a group read must stay in the codes");
+static_assert(kCodePadding >= CodeGroups::kGroupBytes - 1, "a group read must stay in the codes");
 
-bool CodedEvent::prepare(const DataEvent &event) {
-  if (event.nvar != 1 || event.nconstraint != 0 || event.nblockTerm != 0 || event.npattern != 0 ||
-      event.kernel[0] != variableKernel(0, true, false, true))
-    return false;
-  const VariableEvent &ev = event.event[0];
+void CodeGroups::build(const VariableEvent &ev, const std::vector<int> &level) {
   const int n = ev.count;
   tiCode_ = ev.tiCode;
-  step_ = ev.uniformWeight * ev.invThreshold;
-  error_.resize(static_cast<std::size_t>(n) + 1);
-  for (int c = 0; c <= n; ++c)
-    error_[static_cast<std::size_t>(c)] = kernel::mismatchError(0.0, c, step_);
-
   const long long total = std::accumulate(ev.codeCount.begin(), ev.codeCount.end(), 0LL);
   node_.resize(static_cast<std::size_t>(n));
   for (int i = 0; i < n; ++i) {
     const std::int8_t code = ev.valueCode[i];
     const long long misses =
         code < 0 ? total : total - ev.codeCount[static_cast<std::size_t>(code)];
-    node_[static_cast<std::size_t>(i)] = {ev.offset[i], code, misses};
+    const int q = level[static_cast<std::size_t>(i)];
+    node_[static_cast<std::size_t>(i)] = {ev.offset[i], static_cast<std::uint8_t>(code), q,
+                                          misses * q};
   }
   // The nodes by offset, cut into groups of at most kGroupBytes bytes (a node
   // repeated, as no data event has, opens a group of its own and counts twice).
@@ -45,21 +39,74 @@ bool CodedEvent::prepare(const DataEvent &event) {
     Group &g = built_.back().group;
     const int at = nd.offset - g.start;
     g.code[at] = nd.code;
-    g.one[at] = 1;
-    built_.back().misses += nd.misses;
+    g.level[at] = static_cast<std::uint8_t>(nd.level);
+    built_.back().cost += nd.cost;
   }
-  // Most misses first.
+  // Most costly first.
   std::stable_sort(built_.begin(), built_.end(),
-                   [](const Built &a, const Built &b) { return a.misses > b.misses; });
+                   [](const Built &a, const Built &b) { return a.cost > b.cost; });
   group_.resize(built_.size());
   for (std::size_t k = 0; k < built_.size(); ++k) group_[k] = built_[k].group;
+}
+
+bool CodedEvent::prepare(const DataEvent &event) {
+  return event.nconstraint == 0 && event.nblockTerm == 0 && event.npattern == 0 &&
+         prepareVariable(event);
+}
+
+bool CodedEvent::prepareVariable(const DataEvent &event) {
+  if (event.nvar != 1 || event.kernel[0] != variableKernel(0, true, false, true)) return false;
+  const VariableEvent &ev = event.event[0];
+  const int n = ev.count;
+  step_ = ev.uniformWeight * ev.invThreshold;
+  error_.resize(static_cast<std::size_t>(n) + 1);
+  for (int c = 0; c <= n; ++c)
+    error_[static_cast<std::size_t>(c)] = kernel::mismatchError(0.0, c, step_);
+  ones_.assign(static_cast<std::size_t>(n), 1);
+  groups_.build(ev, ones_);
   return true;
 }
 
 // DataEvent's running error is 0 when this variable's kernel starts.
 void CodedEvent::bound(double best) {
-  limit_ = kernel::allowedMismatches(best, 0.0, step_, static_cast<int>(error_.size()) - 1);
-  while (limit_ >= 0 && !(error_[static_cast<std::size_t>(limit_)] < best)) --limit_;
+  limit_ = kernel::mismatchesBelow(best, 0.0, step_, size());
+}
+
+bool WeightedCodedEvent::prepare(const DataEvent &event) {
+  kernel_ = variableKernel(0, false, false, true);
+  if (event.nvar != 1 || event.nconstraint != 0 || event.nblockTerm != 0 || event.npattern != 0 ||
+      event.kernel[0] != kernel_)
+    return false;
+  const VariableEvent &ev = event.event[0];
+  event_ = &ev;
+  double largest = 0.0, sum = 0.0;
+  for (int i = 0; i < ev.count; ++i) {
+    const double term = ev.weight[i] * ev.invThreshold;
+    largest = std::max(largest, term);
+    sum += term;
+  }
+  unit_ = largest / kWeightLevels;
+  margin_ = 2e-9 * (1.0 + sum);
+  level_.resize(static_cast<std::size_t>(ev.count));
+  for (int i = 0; i < ev.count; ++i) {
+    const double q = unit_ > 0.0 ? std::floor(ev.weight[i] * ev.invThreshold / unit_ * (1.0 - 1e-9))
+                                 : 0.0;
+    level_[static_cast<std::size_t>(i)] = static_cast<int>(std::clamp(q, 0.0, 1.0 * kWeightLevels));
+  }
+  groups_.build(ev, level_);
+  return true;
+}
+
+// A candidate whose sum of levels exceeds the limit has terms adding up to more
+// than best + 1 + margin / 2 in exact arithmetic, so an error above best.
+void WeightedCodedEvent::bound(double best) {
+  constexpr double kUnbounded = 1 << 30;
+  if (unit_ <= 0.0) {
+    limit_ = static_cast<int>(kUnbounded);
+    return;
+  }
+  const double levels = std::floor((best + 1.0 + margin_) / unit_);
+  limit_ = static_cast<int>(std::min(levels, kUnbounded));
 }
 
 }  // namespace nuvo

@@ -109,6 +109,14 @@ inline int allowedMismatches(double best, double e, double step, int n) {
   return allowed * step > room ? -1 : allowed;
 }
 
+// The most mismatches a candidate at running error `e` may have and still end
+// below `best` (the error grows with the count); -1 when none.
+inline int mismatchesBelow(double best, double e, double step, int n) {
+  int limit = allowedMismatches(best, e, step, n);
+  while (limit >= 0 && !(mismatchError(e, limit, step) < best)) --limit;
+  return limit;
+}
+
 // Type 0: the count of non-matching nodes, compared on values or, for a coded
 // training image, on one-byte category codes (an image of a few tens of
 // kilobytes stays in cache while it is scanned). With uniform weights the

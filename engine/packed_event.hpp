@@ -25,7 +25,7 @@
 //   multiplication adds up the bytes (at most 128 in the top byte): an exact
 //   count of the mismatches, with no population-count instruction, which
 //   x86-64 lacks by default.
-// - The groups are ordered as CodedEvent orders its own (most misses first) and
+// - The groups are ordered as CodedEvent orders its own (most costly first) and
 //   the count is checked against the same limit: after the first four groups,
 //   read without a branch (most candidates end there), then after every two.
 //   A partial count is a lower bound of the full one, so the order and the
@@ -124,7 +124,7 @@ class PackedEvent {
   }
   struct Built {
     int first = 0, last = 0;  // its first and last node in the coded event's nodes
-    long long misses = 0;
+    long long cost = 0;       // its nodes' costs added up
   };
 
   CodedEvent *coded_ = nullptr;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "engine/coded_event.hpp"
+#include "engine/constrained_event.hpp"
 #include "engine/packed_event.hpp"
 #include "engine/pattern_scan.hpp"
 #include "engine/realization_stats.hpp"
@@ -70,10 +71,14 @@ class RealizationRun {
     penalty_.resize(setup.nvar);
     blockBand_.resize(setup.nvar);
     tally_.resize(setup.nvar);
+    categoryClass_.resize(setup.nvar);
     for (int v = 0; v < setup.nvar; ++v)
       if (const ProbabilityConstraint *c = setup.constraint(v)) {
         penalty_[v].resize(c->nclass());
         tally_[v] = c->tally();
+        if (!setup.categories.empty())
+          for (double value : setup.categories[v])
+            categoryClass_[v].push_back(static_cast<std::int16_t>(c->classOf(value)));
       }
   }
 
@@ -147,9 +152,13 @@ class RealizationRun {
   std::vector<int> blocked_;                  // targets with block data applying at the entry
   std::vector<std::span<const BlockBand>> blockBand_;  // per variable: its blocks' bands
   std::vector<ConstraintTally> tally_;  // per variable: this thread's constraint counts
+  // Per coded variable under a probability constraint: the class of each category.
+  std::vector<std::vector<std::int16_t>> categoryClass_;
   DataEvent event_;
-  CodedEvent codedEvent_;    // event_ when of the everyday kind, scanned faster
-  PackedEvent packedEvent_;  // codedEvent_ on a two-bit image
+  CodedEvent codedEvent_;                   // event_ when of the everyday kind, scanned faster
+  PackedEvent packedEvent_;                 // codedEvent_ on a two-bit image
+  WeightedCodedEvent weightedEvent_;        // the same with weights
+  ConstrainedCodedEvent constrainedEvent_;  // the same under constraint terms
   std::vector<double> weightScratch_;
   RealizationStats stats_;
   nuvo_randContext ctx_{};
@@ -455,21 +464,28 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
       const std::int8_t *ownCode =
           targets_.size() == 1 ? setup_.codes(o->ti, targets_[0]) : nullptr;
       if (ownCode != nullptr) {
+        const int v = targets_[0];
         const std::int8_t *own = ownCode;
         const auto usableCode = [own](int tiNode) { return own[tiNode] != kMissingCode; };
+        const bool everyUsable = everyNodeCoded(o->ti, v);
         const auto scanCoded = [&](auto &event) {
-          if (everyNodeCoded(o->ti, targets_[0]))
-            return scanTrainingImage(walker, nscan, event, [](int) { return true; });
-          return scanTrainingImage(walker, nscan, event, usableCode);
+          return everyUsable ? scanTrainingImage(walker, nscan, event, [](int) { return true; })
+                             : scanTrainingImage(walker, nscan, event, usableCode);
         };
-        const std::uint8_t *packed = setup_.packedCodes(o->ti, targets_[0]);
-        if (!codedEvent_.prepare(event_)) {
-          r = scanTrainingImage(walker, nscan, event_, usableCode);
-        } else if (packed != nullptr) {
-          packedEvent_.prepare(codedEvent_, packed);
-          r = scanCoded(packedEvent_);
+        if (codedEvent_.prepare(event_)) {
+          if (const std::uint8_t *packed = setup_.packedCodes(o->ti, v)) {
+            packedEvent_.prepare(codedEvent_, packed);
+            r = scanCoded(packedEvent_);
+          } else {
+            r = scanCoded(codedEvent_);
+          }
+        } else if (weightedEvent_.prepare(event_)) {
+          r = scanCoded(weightedEvent_);
+        } else if (constrainedEvent_.prepare(event_, own, setup_.categories[v],
+                                             categoryClass_[v])) {
+          r = scanCoded(constrainedEvent_);
         } else {
-          r = scanCoded(codedEvent_);
+          r = scanTrainingImage(walker, nscan, event_, usableCode);
         }
       } else if (targets_.size() == 1) {
         const double *own = ti.var + static_cast<long long>(targets_[0]) * ti.grid->nxyz;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "engine/coded_event.hpp"
+#include "engine/constrained_event.hpp"
 #include "engine/packed_event.hpp"
 #include "engine/realization.hpp"
 #include "tests/data/data_builders.hpp"
@@ -13,9 +14,11 @@
 namespace {
 
 // Random events (foreign codes, repeated nodes, awkward thresholds) on a random
-// image with missing codes: every scan, partial or not, ends on the candidate,
-// with the error and after the iterations of the general event's scan, on the
-// byte codes and on their two-bit image.
+// image with missing codes, with uniform weights, without and with random
+// constraint terms (class penalties, block bands, labels), or with random
+// weights (tiny ones among them): every scan, partial or not, ends on the
+// candidate, with the error and after the iterations of the general event's scan
+// (without terms or weights, on the byte codes and on their two-bit image).
 TEST(CodedEvent, ScansAsTheGeneralEvent) {
   std::mt19937 rng(11);
   const auto draw = [&](int n) { return static_cast<int>(rng() % static_cast<unsigned>(n)); };
@@ -29,46 +32,106 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
   const std::vector<std::uint8_t> packed =
       nuvo::packCodes(std::span(ti).first(static_cast<std::size_t>(grid.nxyz)));
   const auto informed = [&](int node) { return ti[static_cast<std::size_t>(node)] >= 0; };
-  for (int trial = 0; trial < 300; ++trial) {
+  // Training values, class and label component of every node.
+  const std::vector<double> category = {0.0, 1.0, 2.0};
+  const std::vector<std::int16_t> categoryClass = {0, 1, 1};
+  std::vector<double> value(ti.size(), -1.0);
+  std::vector<std::int16_t> trainClass(ti.size(), -1);
+  std::vector<int> component(ti.size());
+  for (std::size_t k = 0; k < ti.size(); ++k) {
+    if (ti[k] >= 0) {
+      value[k] = category[static_cast<std::size_t>(ti[k])];
+      trainClass[k] = categoryClass[static_cast<std::size_t>(ti[k])];
+    }
+    component[k] = draw(4);
+  }
+  const std::vector<std::int16_t> componentClass = {0, 0, 1, 0};
+  for (int trial = 0; trial < 450; ++trial) {
     const int n = 1 + draw(40);
+    const bool weighted = trial % 3 == 2;
     std::vector<int> offset;
     std::vector<std::int8_t> code;
+    std::vector<double> weight;
+    double weightSum = 0.0;
     nuvo::EventExtent extent;
     for (int i = 0; i < n; ++i) {
       const int dx = draw(17) - 8, dy = draw(7) - 3, dz = draw(2);
       extent.include(dx, dy, dz);
       offset.push_back(dx + grid.nx * dy + grid.nxy * dz);
       code.push_back(static_cast<std::int8_t>(draw(12) == 0 ? nuvo::kForeignCode : draw(3)));
+      weight.push_back(draw(5) == 0 ? 1e-6 * draw(3) : 1.0 / (1 + draw(12)));
+      weightSum += weight.back();
     }
+    for (double &w : weight) w /= weightSum;
     nuvo::DataEvent general;
     general.nvar = 1;
-    general.kernel[0] = nuvo::variableKernel(0, true, false, true);
+    general.kernel[0] = nuvo::variableKernel(0, !weighted, false, true);
     general.event[0] = {.count = n,
                         .offset = offset.data(),
+                        .weight = weight.data(),
                         .uniformWeight = 1.0 / n,
                         .invThreshold = 1.0 / (0.01 + 0.3 * draw(1000) / 1000.0),
                         .valueCode = code.data(),
                         .tiCode = ti.data(),
                         .codeCount = holders};
+    const bool terms = trial % 3 == 1;
+    std::vector<double> penalty = {0.3 * draw(3), 0.2 * draw(3)};
+    std::vector<nuvo::BlockBand> band(1 + draw(2));
+    for (nuvo::BlockBand &b : band)
+      b = {.sum = 0.5 * draw(20),
+           .invCount = 1.0 / (1 + draw(20)),
+           .target = 0.1 * draw(10),
+           .left = 0.05 * draw(3),
+           .right = 0.05 * draw(3),
+           .scale = 1.0 + draw(30)};
+    std::vector<int> lead(static_cast<std::size_t>(n));
+    std::vector<std::int16_t> labelClass(static_cast<std::size_t>(n));
+    for (int i = 0; i < n; ++i) {
+      lead[static_cast<std::size_t>(i)] = draw(i + 1);
+      labelClass[static_cast<std::size_t>(i)] = static_cast<std::int16_t>(draw(2));
+    }
+    if (terms) {
+      general.nconstraint = draw(2);
+      general.constraint[0] = {trainClass.data(), penalty.data()};
+      general.nblockTerm = draw(2);
+      general.blockTerm[0] = {value.data(), band.data(), static_cast<int>(band.size())};
+      general.npattern = draw(2);
+      general.pattern[0] = {.count = n,
+                            .offset = offset.data(),
+                            .lead = lead.data(),
+                            .cls = labelClass.data(),
+                            .component = component.data(),
+                            .componentClass = componentClass.data(),
+                            .scale = 1.0 / (n * 0.3)};
+      general.floor = general.nconstraint == 1 ? 0.2 * draw(2) : 0.0;
+    }
     nuvo::CodedEvent coded;
-    ASSERT_TRUE(coded.prepare(general));
+    nuvo::WeightedCodedEvent weightedEvent;
+    nuvo::ConstrainedCodedEvent constrained;
+    const bool plain = coded.prepare(general);
+    ASSERT_EQ(plain, !weighted && general.nconstraint + general.nblockTerm + general.npattern == 0);
+    ASSERT_EQ(weightedEvent.prepare(general), weighted);
+    ASSERT_EQ(constrained.prepare(general, ti.data(), category, categoryClass), !weighted);
     nuvo::ScanWindow window;
     ASSERT_TRUE(nuvo::makeScanWindow(grid, extent, &window));
     const int nscan = 1 + draw(window.count());
     const nuvo::ScanOrder order{draw(window.count()), 1};
-    const nuvo::ScanResult a =
-        nuvo::scanTrainingImage(nuvo::ScanWalker(window, grid, order), nscan, general, informed);
+    const auto scan = [&](auto &event) {
+      return nuvo::scanTrainingImage(nuvo::ScanWalker(window, grid, order), nscan, event, informed);
+    };
+    const nuvo::ScanResult a = scan(general);
     const nuvo::ScanResult b =
-        nuvo::scanTrainingImage(nuvo::ScanWalker(window, grid, order), nscan, coded, informed);
+        weighted ? scan(weightedEvent) : (plain ? scan(coded) : scan(constrained));
+    ASSERT_EQ(a.tiNode, b.tiNode) << "trial " << trial;
+    ASSERT_EQ(a.error, b.error);
+    ASSERT_EQ(a.iterations, b.iterations);
+    if (!plain) continue;
     nuvo::PackedEvent twoBit;
     twoBit.prepare(coded, packed.data());
-    const nuvo::ScanResult c =
-        nuvo::scanTrainingImage(nuvo::ScanWalker(window, grid, order), nscan, twoBit, informed);
-    for (const nuvo::ScanResult &r : {b, c}) {
-      ASSERT_EQ(a.tiNode, r.tiNode) << "trial " << trial;
-      ASSERT_EQ(a.error, r.error);
-      ASSERT_EQ(a.iterations, r.iterations);
-    }
+    const nuvo::ScanResult c = scan(twoBit);
+    ASSERT_EQ(a.tiNode, c.tiNode) << "trial " << trial;
+    ASSERT_EQ(a.error, c.error);
+    ASSERT_EQ(a.iterations, c.iterations);
   }
 }
 
