@@ -1,6 +1,7 @@
 #include "engine/realization.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 
 #include "engine/coded_event.hpp"
@@ -137,6 +138,7 @@ class RealizationRun {
   int maxScanFor(int t, const PathSettings &settings) const;
   void copy(int t, int tiNode, int node);
   void writeMaps(int entry, int node, int pathIndex, const Outcome &o);
+  void flagDataEvent(std::vector<signed char> &state) const;
 
   const RealizationSetup &setup_;
   nuvo_image *sim_;
@@ -522,7 +524,29 @@ void RealizationRun::runEntry(int k, std::span<const int> path, const PathSettin
   stats_.record(o.ti, o.marginal, above, o.error, o.iterations);
   emptyWindow_ = emptyWindow_ || o.emptyWindow;
   if (initialPath) writeMaps(entry, setup_.vectorMode ? entry : entry % grid_.nxyz, k, o);
-  state[entry] = o.error > settings.tolerance || o.tiNode < 0 ? kFlagged : kSimulated;
+  const bool flag = o.error > settings.tolerance || o.tiNode < 0;
+  state[entry] = flag ? kFlagged : kSimulated;
+  if (flag && !o.marginal) flagDataEvent(state);
+}
+
+// A node simulated early, from few and distant neighbours, may hold a value that
+// its later neighbours cannot continue: they match poorly, while it matched
+// within the threshold and would never be simulated again, leaving a single
+// node of its category among others. So the path entries of the data event
+// that a path simulated (state kSimulated; conditioning data have no such state)
+// are flagged with the poorly matched entry. Threads may flag one entry at the
+// same time (each entry's own state is written before any later entry reads
+// it), hence the atomic access; the set flagged does not depend on their order.
+void RealizationRun::flagDataEvent(std::vector<signed char> &state) const {
+  for (int v = 0; v < setup_.nvar; ++v) {
+    const GatheredVariable &g = gathered_[v];
+    for (int i = 0; i < g.count; ++i) {
+      const int e = setup_.vectorMode ? g.node[i] : v * grid_.nxyz + g.node[i];
+      std::atomic_ref<signed char> s(state[static_cast<std::size_t>(e)]);
+      signed char expected = kSimulated;
+      s.compare_exchange_strong(expected, kFlagged, std::memory_order_relaxed);
+    }
+  }
 }
 
 void RealizationRun::settle() {
