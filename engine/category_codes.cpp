@@ -1,6 +1,7 @@
-// One-byte codes of the categorical training images.
+// One-byte codes of the categorical training images, and their two-bit form.
 #include <algorithm>
 
+#include "engine/packed_event.hpp"
 #include "engine/realization.hpp"
 
 namespace nuvo {
@@ -22,6 +23,7 @@ void codeCategories(RealizationSetup &setup, std::vector<std::vector<double>> ca
   const std::size_t nti = setup.ti.size();
   setup.tiCode.assign(nti * setup.nvar, {});
   setup.codeCount.assign(nti * setup.nvar, {});
+  setup.tiPacked.assign(nti * setup.nvar, {});
   for (int v = 0; v < setup.nvar; ++v) {
     if (categories[v].size() > kMaxCodedCategories) categories[v].clear();
     if (categories[v].empty()) continue;
@@ -38,6 +40,11 @@ void codeCategories(RealizationSetup &setup, std::vector<std::vector<double>> ca
         code[i] = codeOf(categories[v], values[i]);
         if (code[i] >= 0) ++count[static_cast<std::size_t>(code[i])];
       }
+      // Two-bit codes pay where the byte codes outgrow the cache: the scan of a 3D
+      // image reads rows far apart. A 2D image's rows are near and few.
+      if (ti.grid->nz > 1 && categories[v].size() <= kMaxPackedCategories)
+        setup.tiPacked[t * setup.nvar + v] =
+            packCodes(std::span(code).first(static_cast<std::size_t>(n)));
     }
   }
   setup.categories = std::move(categories);

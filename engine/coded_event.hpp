@@ -38,10 +38,16 @@
 // most), so a dropped candidate's error would have been above best. A
 // candidate that is not dropped, rare since the scan soon knows a good best
 // error, gets its error from the general kernel itself.
+//
+// On a 3D training image of at most three categories, CodedEvent's prepared
+// event is read on two-bit codes instead (PackedEvent, packed_event.hpp, which
+// says why that is exact): the same nodes, limit and table of errors, in other
+// groups.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <vector>
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -58,6 +64,15 @@ class CodeGroups {
 
   // Packs the nodes of `ev`, node i counting level[i] when it differs.
   void build(const VariableEvent &ev, const std::vector<int> &level);
+
+  struct Node {
+    int offset;
+    std::uint8_t code;
+    int level;
+    long long cost;  // level times the training-image nodes of another code
+  };
+  // The nodes of the last build, sorted by offset.
+  std::span<const Node> nodes() const { return node_; }
 
   // The candidate's sum of the levels of its differing nodes, or a sum above
   // `limit` as soon as it exceeds it.
@@ -98,12 +113,6 @@ class CodeGroups {
       return level & ~reinterpret_cast<Bytes>(word == code);
     }
   };
-  struct Node {
-    int offset;
-    std::uint8_t code;
-    int level;
-    long long cost;  // level times the training-image nodes of another code
-  };
   struct Built {
     Group group;
     long long cost = 0;
@@ -141,6 +150,13 @@ class CodedEvent {
 
   int size() const { return static_cast<int>(error_.size()) - 1; }
   double step() const { return step_; }
+
+  // What PackedEvent reads of the prepared event: its groups' nodes, the most
+  // mismatches accepted under the bound (-1 for none), and the error of
+  // `count` mismatches.
+  const CodeGroups &groups() const { return groups_; }
+  int limit() const { return limit_; }
+  double error(int count) const { return error_[static_cast<std::size_t>(count)]; }
 
  private:
   CodeGroups groups_;

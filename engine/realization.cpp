@@ -6,6 +6,7 @@
 
 #include "engine/coded_event.hpp"
 #include "engine/constrained_event.hpp"
+#include "engine/packed_event.hpp"
 #include "engine/pattern_scan.hpp"
 #include "engine/realization_stats.hpp"
 #include "engine/scan_window.hpp"
@@ -156,7 +157,8 @@ class RealizationRun {
   // Per coded variable under a probability constraint: the class of each category.
   std::vector<std::vector<std::int16_t>> categoryClass_;
   DataEvent event_;
-  CodedEvent codedEvent_;  // event_ when of the everyday kind, scanned faster
+  CodedEvent codedEvent_;                   // event_ when of the everyday kind, scanned faster
+  PackedEvent packedEvent_;                 // codedEvent_ on a two-bit image
   WeightedCodedEvent weightedEvent_;        // the same with weights
   ConstrainedCodedEvent constrainedEvent_;  // the same under constraint terms
   std::vector<double> weightScratch_;
@@ -472,14 +474,21 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
           return everyUsable ? scanTrainingImage(walker, nscan, event, [](int) { return true; })
                              : scanTrainingImage(walker, nscan, event, usableCode);
         };
-        if (codedEvent_.prepare(event_))
-          r = scanCoded(codedEvent_);
-        else if (weightedEvent_.prepare(event_))
+        if (codedEvent_.prepare(event_)) {
+          if (const std::uint8_t *packed = setup_.packedCodes(o->ti, v)) {
+            packedEvent_.prepare(codedEvent_, packed);
+            r = scanCoded(packedEvent_);
+          } else {
+            r = scanCoded(codedEvent_);
+          }
+        } else if (weightedEvent_.prepare(event_)) {
           r = scanCoded(weightedEvent_);
-        else if (constrainedEvent_.prepare(event_, own, setup_.categories[v], categoryClass_[v]))
+        } else if (constrainedEvent_.prepare(event_, own, setup_.categories[v],
+                                             categoryClass_[v])) {
           r = scanCoded(constrainedEvent_);
-        else
+        } else {
           r = scanTrainingImage(walker, nscan, event_, usableCode);
+        }
       } else if (targets_.size() == 1) {
         const double *own = ti.var + static_cast<long long>(targets_[0]) * ti.grid->nxyz;
         r = scanTrainingImage(walker, nscan, event_,

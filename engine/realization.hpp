@@ -96,11 +96,20 @@ struct RealizationSetup {
   std::vector<std::vector<std::int8_t>> tiCode;
   // Beside each tiCode, the number of its nodes holding each code.
   std::vector<std::vector<int>> codeCount;
+  // Beside each tiCode of a 3D training image with at most three categories,
+  // its two-bit image (packed_event.hpp); empty otherwise.
+  std::vector<std::vector<std::uint8_t>> tiPacked;
 
   // The codes of variable v in training image t, or null when it is not coded.
   const std::int8_t *codes(int t, int v) const {
     if (tiCode.empty()) return nullptr;
     const std::vector<std::int8_t> &c = tiCode[static_cast<std::size_t>(t) * nvar + v];
+    return c.empty() ? nullptr : c.data();
+  }
+  // The two-bit codes of variable v in training image t, or null.
+  const std::uint8_t *packedCodes(int t, int v) const {
+    if (tiPacked.empty()) return nullptr;
+    const std::vector<std::uint8_t> &c = tiPacked[static_cast<std::size_t>(t) * nvar + v];
     return c.empty() ? nullptr : c.data();
   }
 };
@@ -113,7 +122,7 @@ inline constexpr int kCodePadding = 15;
 
 // Codes the categorical variables with at most 127 categories (`categories` per
 // variable, empty for a variable not to code) and fills setup.categories,
-// setup.tiCode and setup.codeCount.
+// setup.tiCode, setup.codeCount and setup.tiPacked.
 void codeCategories(RealizationSetup &setup, std::vector<std::vector<double>> categories);
 
 // The code of `value` for coded variable v.

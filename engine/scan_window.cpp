@@ -70,9 +70,15 @@ ScanOrder drawScanOrder(const ScanWindow &window, int nscan, nuvo_randContext *c
 }
 
 ScanWalker::ScanWalker(const ScanWindow &window, const nuvo_grid &ti, ScanOrder order)
-    : window_(window), nxTi_(ti.nx), nxyTi_(ti.nxy) {
+    : nx_(window.nx), ny_(window.ny), nz_(window.nz) {
   decompose(window, order.start, &x_, &y_, &z_);
   decompose(window, order.stride, &dx_, &dy_, &dz_);
+  const long long nxTi = ti.nx, nxyTi = ti.nxy;
+  node_ = (window.x0 + x_) + nxTi * (window.y0 + y_) + nxyTi * (window.z0 + z_);
+  step_ = dx_ + nxTi * dy_ + nxyTi * dz_;
+  wrapX_ = nxTi - nx_;
+  wrapY_ = nxyTi - ny_ * nxTi;
+  wrapZ_ = -nz_ * nxyTi;
 }
 
 }  // namespace nuvo

@@ -47,35 +47,45 @@ ScanOrder drawScanOrder(const ScanWindow &window, int nscan, nuvo_randContext *c
 
 // Walks the positions start, start + stride, ... of a window, giving each one's
 // node index in the training image. Positions are kept as box coordinates and
-// advanced by mixed-radix addition, so no division is made per candidate.
+// advanced by mixed-radix addition, the node index alongside, so no division or
+// product is made per candidate.
 class ScanWalker {
  public:
   ScanWalker(const ScanWindow &window, const nuvo_grid &ti, ScanOrder order);
-  int tiNode() const {
-    return (window_.x0 + x_) + nxTi_ * (window_.y0 + y_) + nxyTi_ * (window_.z0 + z_);
-  }
+  int tiNode() const { return static_cast<int>(node_); }
   void advance() {
     x_ += dx_;
-    int carry = 0;
-    if (x_ >= window_.nx) {
-      x_ -= window_.nx;
-      carry = 1;
+    node_ += step_;
+    const bool cx = x_ >= nx_;
+    if (cx) {
+      x_ -= nx_;
+      node_ += wrapX_;
     }
-    y_ += dy_ + carry;
-    carry = 0;
-    if (y_ >= window_.ny) {
-      y_ -= window_.ny;
-      carry = 1;
+    y_ += dy_ + cx;
+    const bool cy = y_ >= ny_;
+    if (cy) {
+      y_ -= ny_;
+      node_ += wrapY_;
     }
-    z_ += dz_ + carry;
-    if (z_ >= window_.nz) z_ -= window_.nz;
+    z_ += dz_ + cy;
+    if (z_ >= nz_) {
+      z_ -= nz_;
+      node_ += wrapZ_;
+    }
   }
 
  private:
-  ScanWindow window_;
-  int nxTi_, nxyTi_;
+  int nx_, ny_, nz_;  // the box
   int x_, y_, z_;     // current position in the box
   int dx_, dy_, dz_;  // the stride in box coordinates
+  // The current position's node in the training image, and the stride's move
+  // there without carries (64 bits: a move and a node may add up past 2^31).
+  long long node_;
+  long long step_;
+  // The moves that the carries add: an x carry moves one row instead of nx
+  // nodes back, a y carry one layer instead of ny rows back, a z wrap nz
+  // layers back.
+  long long wrapX_, wrapY_, wrapZ_;
 };
 
 }  // namespace nuvo

@@ -2,10 +2,12 @@
 
 #include <cstdint>
 #include <random>
+#include <span>
 #include <vector>
 
 #include "engine/coded_event.hpp"
 #include "engine/constrained_event.hpp"
+#include "engine/packed_event.hpp"
 #include "engine/realization.hpp"
 #include "tests/data/data_builders.hpp"
 
@@ -15,7 +17,8 @@ namespace {
 // image with missing codes, with uniform weights, without and with random
 // constraint terms (class penalties, block bands, labels), or with random
 // weights (tiny ones among them): every scan, partial or not, ends on the
-// candidate, with the error and after the iterations of the general event's scan.
+// candidate, with the error and after the iterations of the general event's scan
+// (without terms or weights, on the byte codes and on their two-bit image).
 TEST(CodedEvent, ScansAsTheGeneralEvent) {
   std::mt19937 rng(11);
   const auto draw = [&](int n) { return static_cast<int>(rng() % static_cast<unsigned>(n)); };
@@ -26,6 +29,8 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
     ti[k] = static_cast<std::int8_t>(draw(9) < 6 ? 0 : draw(4) - 1);
     if (ti[k] >= 0) ++holders[static_cast<std::size_t>(ti[k])];
   }
+  const std::vector<std::uint8_t> packed =
+      nuvo::packCodes(std::span(ti).first(static_cast<std::size_t>(grid.nxyz)));
   const auto informed = [&](int node) { return ti[static_cast<std::size_t>(node)] >= 0; };
   // Training values, class and label component of every node.
   const std::vector<double> category = {0.0, 1.0, 2.0};
@@ -50,7 +55,7 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
     double weightSum = 0.0;
     nuvo::EventExtent extent;
     for (int i = 0; i < n; ++i) {
-      const int dx = draw(9) - 4, dy = draw(7) - 3, dz = draw(2);
+      const int dx = draw(17) - 8, dy = draw(7) - 3, dz = draw(2);
       extent.include(dx, dy, dz);
       offset.push_back(dx + grid.nx * dy + grid.nxy * dz);
       code.push_back(static_cast<std::int8_t>(draw(12) == 0 ? nuvo::kForeignCode : draw(3)));
@@ -73,8 +78,12 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
     std::vector<double> penalty = {0.3 * draw(3), 0.2 * draw(3)};
     std::vector<nuvo::BlockBand> band(1 + draw(2));
     for (nuvo::BlockBand &b : band)
-      b = {.sum = 0.5 * draw(20), .invCount = 1.0 / (1 + draw(20)), .target = 0.1 * draw(10),
-           .left = 0.05 * draw(3), .right = 0.05 * draw(3), .scale = 1.0 + draw(30)};
+      b = {.sum = 0.5 * draw(20),
+           .invCount = 1.0 / (1 + draw(20)),
+           .target = 0.1 * draw(10),
+           .left = 0.05 * draw(3),
+           .right = 0.05 * draw(3),
+           .scale = 1.0 + draw(30)};
     std::vector<int> lead(static_cast<std::size_t>(n));
     std::vector<std::int16_t> labelClass(static_cast<std::size_t>(n));
     for (int i = 0; i < n; ++i) {
@@ -116,6 +125,13 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
     ASSERT_EQ(a.tiNode, b.tiNode) << "trial " << trial;
     ASSERT_EQ(a.error, b.error);
     ASSERT_EQ(a.iterations, b.iterations);
+    if (!plain) continue;
+    nuvo::PackedEvent twoBit;
+    twoBit.prepare(coded, packed.data());
+    const nuvo::ScanResult c = scan(twoBit);
+    ASSERT_EQ(a.tiNode, c.tiNode) << "trial " << trial;
+    ASSERT_EQ(a.error, c.error);
+    ASSERT_EQ(a.iterations, c.iterations);
   }
 }
 
