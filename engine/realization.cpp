@@ -377,6 +377,7 @@ void RealizationRun::prepareEvent(int t, const PathSettings &settings) {
       for (int i = 0; i < g.count; ++i) g.code[i] = categoryCode(setup_, v, g.value[i]);
       ev.valueCode = g.code.data();
       ev.tiCode = tiCode;
+      ev.tiPacked = setup_.packedCodes(t, v);
       ev.codeCount = setup_.codeCount[static_cast<std::size_t>(t) * setup_.nvar + v];
     }
     event_.kernel[event_.nvar] = variableKernel(setup_.distanceType[v], uniform,
@@ -475,7 +476,8 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
                              : scanTrainingImage(walker, nscan, event, usableCode);
         };
         if (codedEvent_.prepare(event_)) {
-          if (const std::uint8_t *packed = setup_.packedCodes(o->ti, v)) {
+          // The event's variable may be another than the simulated one.
+          if (const std::uint8_t *packed = event_.event[0].tiPacked) {
             packedEvent_.prepare(codedEvent_, packed);
             r = scanCoded(packedEvent_);
           } else {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "engine/realization.hpp"
+#include "tests/engine/bare_setup.hpp"
 #include "tests/engine/manual_neighborhood.hpp"
 #include "tests/support/make_image.hpp"
 #include "tests/support/temp_stream.hpp"
@@ -34,20 +35,7 @@ TEST(PostProcessingFlags, PoorMatchFlagsTheSimulatedNodesOfItsDataEvent) {
   NUVOInitRandContext(&ctx);
   ASSERT_EQ(NUVOBuildSearchNeighborhood(&p, &nb, &ctx), 0);
 
-  nuvo::RealizationSetup setup;
-  setup.nvar = 1;
-  setup.ti = {&ti};
-  setup.neighborhood = {&nb};
-  setup.uniformWeights = {1};
-  setup.distanceType = {0};
-  setup.relativeDistance = {0};
-  setup.conditioningWeight = {1.0};
-  setup.power = setup.invPower = {1.0};
-  setup.initial.maxNodes = {2};
-  setup.initial.invThreshold = {1.0 / 0.05};
-  const double fraction[] = {1.0};
-  setup.initial.maxScan = nuvo::maxScanTable(setup, fraction);
-  setup.postProcessing = setup.initial;
+  const nuvo::RealizationSetup setup = nuvo_test::bareSetup(ti, nb, 2, 0.05);
 
   const std::vector<signed char> toSimulate = {0, 1, 1};
   const std::vector<int> path = {1, 2};
