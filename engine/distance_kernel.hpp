@@ -58,6 +58,7 @@ struct VariableEvent {
   const std::int8_t *valueCode = nullptr;
   const std::int8_t *tiCode = nullptr;
   std::span<const int> codeCount;  // the training image's nodes of each code
+  const std::uint8_t *tiPacked = nullptr;  // its two-bit codes (packed_event.hpp), or null
 };
 
 // Adds variable v's part to the running error `e` of a candidate at training-image

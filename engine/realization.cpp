@@ -1,6 +1,7 @@
 #include "engine/realization.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 
 #include "engine/coded_event.hpp"
@@ -138,6 +139,7 @@ class RealizationRun {
   int maxScanFor(int t, const PathSettings &settings) const;
   void copy(int t, int tiNode, int node);
   void writeMaps(int entry, int node, int pathIndex, const Outcome &o);
+  void flagDataEvent(std::vector<signed char> &state) const;
 
   const RealizationSetup &setup_;
   nuvo_image *sim_;
@@ -375,6 +377,7 @@ void RealizationRun::prepareEvent(int t, const PathSettings &settings) {
       for (int i = 0; i < g.count; ++i) g.code[i] = categoryCode(setup_, v, g.value[i]);
       ev.valueCode = g.code.data();
       ev.tiCode = tiCode;
+      ev.tiPacked = setup_.packedCodes(t, v);
       ev.codeCount = setup_.codeCount[static_cast<std::size_t>(t) * setup_.nvar + v];
     }
     event_.kernel[event_.nvar] = variableKernel(setup_.distanceType[v], uniform,
@@ -473,7 +476,8 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
                              : scanTrainingImage(walker, nscan, event, usableCode);
         };
         if (codedEvent_.prepare(event_)) {
-          if (const std::uint8_t *packed = setup_.packedCodes(o->ti, v)) {
+          // The event's variable may be another than the simulated one.
+          if (const std::uint8_t *packed = event_.event[0].tiPacked) {
             packedEvent_.prepare(codedEvent_, packed);
             r = scanCoded(packedEvent_);
           } else {
@@ -531,7 +535,29 @@ void RealizationRun::runEntry(int k, std::span<const int> path, const PathSettin
   stats_.record(o.ti, o.marginal, above, o.error, o.iterations);
   emptyWindow_ = emptyWindow_ || o.emptyWindow;
   if (initialPath) writeMaps(entry, setup_.vectorMode ? entry : entry % grid_.nxyz, k, o);
-  state[entry] = o.error > settings.tolerance || o.tiNode < 0 ? kFlagged : kSimulated;
+  const bool flag = o.error > settings.tolerance || o.tiNode < 0;
+  state[entry] = flag ? kFlagged : kSimulated;
+  if (flag && !o.marginal) flagDataEvent(state);
+}
+
+// A node simulated early, from few and distant neighbours, may hold a value that
+// its later neighbours cannot continue: they match poorly, while it matched
+// within the threshold and would never be simulated again, leaving a single
+// node of its category among others. So the path entries of the data event
+// that a path simulated (state kSimulated; conditioning data have no such state)
+// are flagged with the poorly matched entry. Threads may flag one entry at the
+// same time (each entry's own state is written before any later entry reads
+// it), hence the atomic access; the set flagged does not depend on their order.
+void RealizationRun::flagDataEvent(std::vector<signed char> &state) const {
+  for (int v = 0; v < setup_.nvar; ++v) {
+    const GatheredVariable &g = gathered_[v];
+    for (int i = 0; i < g.count; ++i) {
+      const int e = setup_.vectorMode ? g.node[i] : v * grid_.nxyz + g.node[i];
+      std::atomic_ref<signed char> s(state[static_cast<std::size_t>(e)]);
+      signed char expected = kSimulated;
+      s.compare_exchange_strong(expected, kFlagged, std::memory_order_relaxed);
+    }
+  }
 }
 
 void RealizationRun::settle() {

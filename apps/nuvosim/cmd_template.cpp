@@ -74,7 +74,9 @@ std::string defaultParameters(const nuvo_image &ti, const std::string &tiFile,
   text << "SIM_VARIABLE_VECTOR PATH_RANDOM\n";
   perVariable("0.03");
   perVariable("0 0 0");
-  text << "0.25\n0\n0.0\n1 POST_PROCESSING_PARAMETERS_DEFAULT\n1 1\n1\nEND\n";
+  // Tolerance 0.5: one post-processing path re-simulates the poorly matched nodes
+  // and their data events, not most of the grid.
+  text << "0.25\n0\n0.5\n1 POST_PROCESSING_PARAMETERS_DEFAULT\n1 1\n1\nEND\n";
   return text.str();
 }
 

@@ -82,7 +82,7 @@ class SimInput:
                          "SEARCHNEIGHBORHOOD_ROTATION_OFF -1.0"),
                  value_range_extension=0.0, normalizing="LINEAR",
                  simulation_type="VARIABLE_VECTOR", path="RANDOM", constraints="0 0 0",
-                 pyramids="0", tolerance=0.0, post_processing=1, seed=1, seed_increment=1,
+                 pyramids="0", tolerance=0.5, post_processing=1, seed=1, seed_increment=1,
                  nrealization=1):
         tis = training_image if isinstance(training_image, (list, tuple)) else [training_image]
         if not tis:

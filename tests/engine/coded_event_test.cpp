@@ -9,6 +9,9 @@
 #include "engine/constrained_event.hpp"
 #include "engine/packed_event.hpp"
 #include "engine/realization.hpp"
+#include "tests/engine/bare_setup.hpp"
+#include "tests/engine/manual_neighborhood.hpp"
+#include "tests/support/make_image.hpp"
 #include "tests/data/data_builders.hpp"
 
 namespace {
@@ -133,6 +136,52 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
     ASSERT_EQ(a.error, c.error);
     ASSERT_EQ(a.iterations, c.iterations);
   }
+}
+
+// Simulated one variable at a time, a node whose data event holds only the other
+// variable is scanned on that variable's codes: the two-bit images of a 3D
+// training image must follow the event's variable, not the simulated one, and
+// leave every realization as the byte codes give it.
+TEST(CodedEvent, TwoBitImagesLeaveOneByOneRealizationsUnchanged) {
+  nuvo_image ti, sim;
+  NUVOInitImage(&ti);
+  NUVOInitImage(&sim);
+  ASSERT_EQ(nuvo_test::makeImage(&ti, 14, 12, 5, {"a", "b"},
+                                 [](int x, int y, int z, int v) {
+                                   return static_cast<double>((x / 3 + y / 2 + z + v) % 3);
+                                 }),
+            0);
+  ASSERT_EQ(nuvo_test::makeImage(&sim, 8, 8, 3, {"a", "b"},
+                                 [](int, int, int, int) { return NUVO_MISSING_VALUE; }),
+            0);
+  nuvo_searchNeighborhoodParameters p = nuvo_test::manualNeighborhood(3.0, 3.0, 1.0);
+  nuvo_searchNeighborhood nb;
+  NUVOInitSearchNeighborhood(&nb);
+  nuvo_randContext ctx;
+  NUVOInitRandContext(&ctx);
+  ASSERT_EQ(NUVOBuildSearchNeighborhood(&p, &nb, &ctx), 0);
+  nuvo::RealizationSetup setup = nuvo_test::bareSetup(ti, nb, 12, 0.2);
+  nuvo::codeCategories(setup, {{0.0, 1.0, 2.0}, {0.0, 1.0, 2.0}});
+  ASSERT_NE(setup.packedCodes(0, 1), nullptr);
+
+  const int n = 2 * sim.grid->nxyz;
+  const std::vector<signed char> toSimulate(static_cast<std::size_t>(n), 1);
+  std::vector<int> path(static_cast<std::size_t>(n));
+  for (int i = 0; i < n; ++i) path[static_cast<std::size_t>(i)] = i * 37 % n;  // 37 and n coprime
+  const auto simulate = [&] {
+    std::fill(sim.var, sim.var + n, NUVO_MISSING_VALUE);
+    EXPECT_EQ(nuvo::simulateRealization(setup, &sim, toSimulate, path, 9, {}, nullptr, nullptr,
+                                        nullptr),
+              0);
+    return std::vector<double>(sim.var, sim.var + n);
+  };
+  const std::vector<double> packed = simulate();
+  setup.tiPacked.clear();
+  EXPECT_EQ(simulate(), packed);
+
+  NUVOFreeImage(&ti);
+  NUVOFreeImage(&sim);
+  NUVOFreeSearchNeighborhood(&nb);
 }
 
 }  // namespace
