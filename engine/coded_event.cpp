@@ -73,10 +73,13 @@ void CodedEvent::bound(double best) {
 }
 
 bool WeightedCodedEvent::prepare(const DataEvent &event) {
+  return event.nconstraint == 0 && event.nblockTerm == 0 && event.npattern == 0 &&
+         prepareVariable(event);
+}
+
+bool WeightedCodedEvent::prepareVariable(const DataEvent &event) {
   kernel_ = variableKernel(0, false, false, true);
-  if (event.nvar != 1 || event.nconstraint != 0 || event.nblockTerm != 0 || event.npattern != 0 ||
-      event.kernel[0] != kernel_)
-    return false;
+  if (event.nvar != 1 || event.kernel[0] != kernel_) return false;
   const VariableEvent &ev = event.event[0];
   event_ = &ev;
   double largest = 0.0, sum = 0.0;
@@ -86,7 +89,7 @@ bool WeightedCodedEvent::prepare(const DataEvent &event) {
     sum += term;
   }
   unit_ = largest / kWeightLevels;
-  margin_ = 2e-9 * (1.0 + sum);
+  termSum_ = sum;
   level_.resize(static_cast<std::size_t>(ev.count));
   for (int i = 0; i < ev.count; ++i) {
     const double q = unit_ > 0.0 ? std::floor(ev.weight[i] * ev.invThreshold / unit_ * (1.0 - 1e-9))
@@ -98,15 +101,15 @@ bool WeightedCodedEvent::prepare(const DataEvent &event) {
 }
 
 // A candidate whose sum of levels exceeds the limit has terms adding up to more
-// than best + 1 + margin / 2 in exact arithmetic, so an error above best.
-void WeightedCodedEvent::bound(double best) {
+// than best + 1 - e + margin / 2 in exact arithmetic, so an error above best: the
+// margin, 2e-9 of the magnitudes the sums reach, is far above their rounding.
+int WeightedCodedEvent::levelLimit(double best, double e) const {
   constexpr double kUnbounded = 1 << 30;
-  if (unit_ <= 0.0) {
-    limit_ = static_cast<int>(kUnbounded);
-    return;
-  }
-  const double levels = std::floor((best + 1.0 + margin_) / unit_);
-  limit_ = static_cast<int>(std::min(levels, kUnbounded));
+  if (e > best) return -1;
+  if (unit_ <= 0.0) return static_cast<int>(kUnbounded);
+  const double margin = 2e-9 * (1.0 + termSum_ + std::fabs(best) + e);
+  const double levels = std::floor((best + 1.0 - e + margin) / unit_);
+  return static_cast<int>(std::min(levels, kUnbounded));
 }
 
 }  // namespace nuvo

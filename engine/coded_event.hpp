@@ -174,23 +174,32 @@ class WeightedCodedEvent {
   // Takes `event` when it is one coded variable with weights and no constraint
   // term, else returns false.
   bool prepare(const DataEvent &event);
+  // Takes the variable of an event of one coded variable with weights, whatever
+  // its constraint terms (see ConstrainedCodedEvent); false for another.
+  bool prepareVariable(const DataEvent &event);
 
-  void bound(double best);
+  void bound(double best) { limit_ = levelLimit(best, 0.0); }
 
   // The candidate's error, or kAbandoned when it must end above best.
   double errorAt(int node, double best) const {
-    if (groups_.sum(node, limit_) > limit_) return kAbandoned;
+    if (levelSum(node, limit_) > limit_) return kAbandoned;
     return kernel_(*event_, node, 0.0, best);
   }
+
+  // The largest sum of levels not proven to end above `best` from the running
+  // error `e` (-1 when e alone is above it).
+  int levelLimit(double best, double e) const;
+  // The candidate's sum of levels, or a sum above `limit` as soon as it exceeds it.
+  int levelSum(int node, int limit) const { return groups_.sum(node, limit); }
 
  private:
   CodeGroups groups_;
   std::vector<int> level_;  // scratch of prepare
   const VariableEvent *event_ = nullptr;
   VariableKernel kernel_ = nullptr;
-  double unit_ = 0.0;    // a level's share of the largest term
-  double margin_ = 0.0;  // above the rounding of any sum of terms
-  int limit_ = 0;        // the largest sum of levels not yet proven above best
+  double unit_ = 0.0;      // a level's share of the largest term
+  double termSum_ = 0.0;   // the sum of every node's term
+  int limit_ = 0;          // the largest sum of levels not yet proven above best
 };
 
 }  // namespace nuvo

@@ -6,9 +6,11 @@ bool ConstrainedCodedEvent::prepare(const DataEvent &event, const std::int8_t *o
                                     std::span<const double> category,
                                     std::span<const std::int16_t> categoryClass) {
   if (ownCode == nullptr || event.nconstraint > 1 || event.nblockTerm > 1 || event.npattern > 1 ||
-      (event.nconstraint == 1 && categoryClass.size() != category.size()) ||
-      !coded_.prepareVariable(event))
+      (event.nconstraint == 1 && categoryClass.size() != category.size()))
     return false;
+  weighted_ = !coded_.prepareVariable(event);
+  if (weighted_ && !weightedEvent_.prepareVariable(event)) return false;
+  event_ = &event;
   ownCode_ = ownCode;
   floor = event.floor;
   labelled_ = event.npattern == 1;
@@ -32,7 +34,9 @@ void ConstrainedCodedEvent::bound(double best) {
   const double step = coded_.step();
   for (std::size_t code = 0; code < limit_.size(); ++code) {
     // No broken label: the least base error of the code.
-    limit_[code] = kernel::mismatchesBelow(best, base_[code * stride_], step, coded_.size());
+    const double e = base_[code * stride_];
+    limit_[code] = weighted_ ? weightedEvent_.levelLimit(best, e)
+                             : kernel::mismatchesBelow(best, e, step, coded_.size());
   }
 }
 

@@ -1,8 +1,8 @@
 // The everyday data event under constraints: one categorical variable compared
-// on one-byte codes with uniform weights (CodedEvent), plus the simulated
-// variable's probability constraint, block data and pattern of labels (at most
-// one of each). It gives every candidate exactly the error, and the same
-// acceptance, as DataEvent.
+// on one-byte codes with uniform weights (CodedEvent) or weights
+// (WeightedCodedEvent), plus the simulated variable's probability constraint,
+// block data and pattern of labels (at most one of each). It gives every
+// candidate exactly the error, and the same acceptance, as DataEvent.
 //
 // - The probability and block terms of a candidate depend only on its own
 //   value, one of the variable's categories, whose code the code image gives;
@@ -19,6 +19,9 @@
 //   look-up per labelled node, are read only for the few candidates whose count
 //   passes it. Their error, from the formula, is then compared with the best by
 //   the scan itself.
+// - With weights, the limit is the weighted event's bound on the sum of levels
+//   from the code's least base error, and a candidate within it gets its error
+//   from DataEvent itself.
 #pragma once
 
 #include <cstdint>
@@ -45,10 +48,12 @@ class ConstrainedCodedEvent {
 
   // The candidate's error when it is below the bound's best; else kAbandoned or
   // an error not below the best.
-  double errorAt(int node, double /*best*/) const {
+  double errorAt(int node, double best) const {
     const std::size_t code = byCode_ ? static_cast<std::size_t>(ownCode_[node]) : 0;
     const int limit = limit_[code];
     if (limit < 0) return kAbandoned;
+    if (weighted_) return weightedEvent_.levelSum(node, limit) > limit ? kAbandoned
+                                                                      : event_->errorAt(node, best);
     const int count = coded_.mismatchCount(node, limit);
     if (count > limit) return kAbandoned;
     std::size_t b = code * stride_;
@@ -58,13 +63,16 @@ class ConstrainedCodedEvent {
 
  private:
   CodedEvent coded_;
+  WeightedCodedEvent weightedEvent_;
+  bool weighted_ = false;
+  const DataEvent *event_ = nullptr;
   const std::int8_t *ownCode_ = nullptr;
   bool byCode_ = false;  // whether the base error depends on the code (else: one code)
   bool labelled_ = false;
   LabelTerm pattern_;
   std::size_t stride_ = 1;    // base errors per code: one per broken count
   std::vector<double> base_;  // per code and broken count
-  std::vector<int> limit_;    // per code: the most mismatches still accepted
+  std::vector<int> limit_;    // per code: the most mismatches (or levels) still accepted
 };
 
 }  // namespace nuvo
