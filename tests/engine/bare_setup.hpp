@@ -6,8 +6,26 @@
 #include <vector>
 
 #include "engine/realization.hpp"
+#include "nuvo_random.h"
+#include "tests/engine/manual_neighborhood.hpp"
 
 namespace nuvo_test {
+
+// A search neighbourhood of the given radii and equal weights, freed with it.
+struct BuiltNeighborhood {
+  nuvo_searchNeighborhood nb;
+  int rc = 0;  // the build's return code
+  BuiltNeighborhood(double rx, double ry, double rz) {
+    NUVOInitSearchNeighborhood(&nb);
+    nuvo_searchNeighborhoodParameters p = manualNeighborhood(rx, ry, rz);
+    nuvo_randContext ctx;
+    NUVOInitRandContext(&ctx);
+    rc = NUVOBuildSearchNeighborhood(&p, &nb, &ctx);
+  }
+  ~BuiltNeighborhood() { NUVOFreeSearchNeighborhood(&nb); }
+  BuiltNeighborhood(const BuiltNeighborhood &) = delete;
+  BuiltNeighborhood &operator=(const BuiltNeighborhood &) = delete;
+};
 
 inline nuvo::RealizationSetup bareSetup(const nuvo_image &ti, const nuvo_searchNeighborhood &nb,
                                         int maxNodes, double threshold) {

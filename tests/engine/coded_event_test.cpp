@@ -10,7 +10,6 @@
 #include "engine/packed_event.hpp"
 #include "engine/realization.hpp"
 #include "tests/engine/bare_setup.hpp"
-#include "tests/engine/manual_neighborhood.hpp"
 #include "tests/support/make_image.hpp"
 #include "tests/data/data_builders.hpp"
 
@@ -155,13 +154,9 @@ TEST(CodedEvent, TwoBitImagesLeaveOneByOneRealizationsUnchanged) {
   ASSERT_EQ(nuvo_test::makeImage(&sim, 8, 8, 3, {"a", "b"},
                                  [](int, int, int, int) { return NUVO_MISSING_VALUE; }),
             0);
-  nuvo_searchNeighborhoodParameters p = nuvo_test::manualNeighborhood(3.0, 3.0, 1.0);
-  nuvo_searchNeighborhood nb;
-  NUVOInitSearchNeighborhood(&nb);
-  nuvo_randContext ctx;
-  NUVOInitRandContext(&ctx);
-  ASSERT_EQ(NUVOBuildSearchNeighborhood(&p, &nb, &ctx), 0);
-  nuvo::RealizationSetup setup = nuvo_test::bareSetup(ti, nb, 12, 0.2);
+  const nuvo_test::BuiltNeighborhood nb(3.0, 3.0, 1.0);
+  ASSERT_EQ(nb.rc, 0);
+  nuvo::RealizationSetup setup = nuvo_test::bareSetup(ti, nb.nb, 12, 0.2);
   nuvo::codeCategories(setup, {{0.0, 1.0, 2.0}, {0.0, 1.0, 2.0}});
   ASSERT_NE(setup.packedCodes(0, 1), nullptr);
 
@@ -182,7 +177,6 @@ TEST(CodedEvent, TwoBitImagesLeaveOneByOneRealizationsUnchanged) {
 
   NUVOFreeImage(&ti);
   NUVOFreeImage(&sim);
-  NUVOFreeSearchNeighborhood(&nb);
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 
 #include "engine/realization.hpp"
 #include "tests/engine/bare_setup.hpp"
-#include "tests/engine/manual_neighborhood.hpp"
 #include "tests/support/make_image.hpp"
 #include "tests/support/temp_stream.hpp"
 
@@ -28,14 +27,10 @@ TEST(PostProcessingFlags, PoorMatchFlagsTheSimulatedNodesOfItsDataEvent) {
       nuvo_test::makeImage(&sim, 3, 1, 1, {"facies"},
                            [](int x, int, int, int) { return x == 0 ? 1.0 : NUVO_MISSING_VALUE; }),
       0);
-  nuvo_searchNeighborhoodParameters p = nuvo_test::manualNeighborhood(2.0, 0.0, 0.0);
-  nuvo_searchNeighborhood nb;
-  NUVOInitSearchNeighborhood(&nb);
-  nuvo_randContext ctx;
-  NUVOInitRandContext(&ctx);
-  ASSERT_EQ(NUVOBuildSearchNeighborhood(&p, &nb, &ctx), 0);
+  const nuvo_test::BuiltNeighborhood nb(2.0, 0.0, 0.0);
+  ASSERT_EQ(nb.rc, 0);
 
-  const nuvo::RealizationSetup setup = nuvo_test::bareSetup(ti, nb, 2, 0.05);
+  const nuvo::RealizationSetup setup = nuvo_test::bareSetup(ti, nb.nb, 2, 0.05);
 
   const std::vector<signed char> toSimulate = {0, 1, 1};
   const std::vector<int> path = {1, 2};
@@ -50,7 +45,6 @@ TEST(PostProcessingFlags, PoorMatchFlagsTheSimulatedNodesOfItsDataEvent) {
 
   NUVOFreeImage(&ti);
   NUVOFreeImage(&sim);
-  NUVOFreeSearchNeighborhood(&nb);
 }
 
 }  // namespace
