@@ -10,7 +10,7 @@ namespace nuvo {
 
 static_assert(kCodePadding >= CodeGroups::kGroupBytes - 1, "a group read must stay in the codes");
 
-void CodeGroups::build(const VariableEvent &ev, const std::vector<int> &level) {
+void CodeGroups::list(const VariableEvent &ev, const std::vector<int> &level) {
   const int n = ev.count;
   tiCode_ = ev.tiCode;
   const long long total = std::accumulate(ev.codeCount.begin(), ev.codeCount.end(), 0LL);
@@ -23,10 +23,13 @@ void CodeGroups::build(const VariableEvent &ev, const std::vector<int> &level) {
     node_[static_cast<std::size_t>(i)] = {ev.offset[i], static_cast<std::uint8_t>(code), q,
                                           misses * q};
   }
-  // The nodes by offset, cut into groups of at most kGroupBytes bytes (a node
-  // repeated, as no data event has, opens a group of its own and counts twice).
   std::sort(node_.begin(), node_.end(),
             [](const Node &a, const Node &b) { return a.offset < b.offset; });
+}
+
+// The listed nodes cut into groups of at most kGroupBytes bytes (a node
+// repeated, as no data event has, opens a group of its own and counts twice).
+void CodeGroups::group() {
   built_.clear();
   int last = 0;
   for (const Node &nd : node_) {
@@ -49,12 +52,11 @@ void CodeGroups::build(const VariableEvent &ev, const std::vector<int> &level) {
   for (std::size_t k = 0; k < built_.size(); ++k) group_[k] = built_[k].group;
 }
 
-bool CodedEvent::prepare(const DataEvent &event) {
-  return event.nconstraint == 0 && event.nblockTerm == 0 && event.npattern == 0 &&
-         prepareVariable(event);
+bool CodedEvent::prepare(const DataEvent &event, bool byteGroups) {
+  return event.termless() && prepareVariable(event, byteGroups);
 }
 
-bool CodedEvent::prepareVariable(const DataEvent &event) {
+bool CodedEvent::prepareVariable(const DataEvent &event, bool byteGroups) {
   if (event.nvar != 1 || event.kernel[0] != variableKernel(0, true, false, true)) return false;
   const VariableEvent &ev = event.event[0];
   const int n = ev.count;
@@ -63,7 +65,8 @@ bool CodedEvent::prepareVariable(const DataEvent &event) {
   for (int c = 0; c <= n; ++c)
     error_[static_cast<std::size_t>(c)] = kernel::mismatchError(0.0, c, step_);
   ones_.assign(static_cast<std::size_t>(n), 1);
-  groups_.build(ev, ones_);
+  groups_.list(ev, ones_);
+  if (byteGroups) groups_.group();
   return true;
 }
 
@@ -73,8 +76,7 @@ void CodedEvent::bound(double best) {
 }
 
 bool WeightedCodedEvent::prepare(const DataEvent &event) {
-  return event.nconstraint == 0 && event.nblockTerm == 0 && event.npattern == 0 &&
-         prepareVariable(event);
+  return event.termless() && prepareVariable(event);
 }
 
 bool WeightedCodedEvent::prepareVariable(const DataEvent &event) {
@@ -96,7 +98,8 @@ bool WeightedCodedEvent::prepareVariable(const DataEvent &event) {
                                  : 0.0;
     level_[static_cast<std::size_t>(i)] = static_cast<int>(std::clamp(q, 0.0, 1.0 * kWeightLevels));
   }
-  groups_.build(ev, level_);
+  groups_.list(ev, level_);
+  groups_.group();
   return true;
 }
 

@@ -62,8 +62,10 @@ class CodeGroups {
  public:
   static constexpr int kGroupBytes = 16;
 
-  // Packs the nodes of `ev`, node i counting level[i] when it differs.
-  void build(const VariableEvent &ev, const std::vector<int> &level);
+  // Lists the nodes of `ev` by offset, node i counting level[i] when it differs.
+  void list(const VariableEvent &ev, const std::vector<int> &level);
+  // Packs the listed nodes into the groups that sum reads.
+  void group();
 
   struct Node {
     int offset;
@@ -71,7 +73,7 @@ class CodeGroups {
     int level;
     long long cost;  // level times the training-image nodes of another code
   };
-  // The nodes of the last build, sorted by offset.
+  // The listed nodes, sorted by offset.
   std::span<const Node> nodes() const { return node_; }
 
   // The candidate's sum of the levels of its differing nodes, or a sum above
@@ -120,8 +122,8 @@ class CodeGroups {
 
   const std::int8_t *tiCode_ = nullptr;
   std::vector<Group> group_;  // most costly first
-  std::vector<Node> node_;    // scratch of build
-  std::vector<Built> built_;  // scratch of build
+  std::vector<Node> node_;
+  std::vector<Built> built_;  // scratch of group
 };
 
 class CodedEvent {
@@ -129,11 +131,12 @@ class CodedEvent {
   static constexpr double floor = 0.0;  // no constraint term: an error of 0 ends the scan
 
   // Takes `event` when it is of the everyday kind and returns true, else false
-  // (the event must then be scanned as a DataEvent).
-  bool prepare(const DataEvent &event);
+  // (the event must then be scanned as a DataEvent). Without byte groups the
+  // event only serves a PackedEvent, which reads its nodes and bound.
+  bool prepare(const DataEvent &event, bool byteGroups = true);
   // Takes the variable of an event of one coded variable with uniform weights,
   // whatever its constraint terms (see ConstrainedCodedEvent); false for another.
-  bool prepareVariable(const DataEvent &event);
+  bool prepareVariable(const DataEvent &event, bool byteGroups = true);
 
   // Sets the best error so far, the bound of the candidates that follow.
   void bound(double best);

@@ -46,6 +46,9 @@ struct DataEvent {
   int npattern = 0;    // connectivity patterns of labels (their smallest term is 0)
   std::array<LabelTerm, kMaxEventVariables> pattern{};
 
+  // Whether no constraint term applies.
+  bool termless() const { return nconstraint == 0 && nblockTerm == 0 && npattern == 0; }
+
   // Error of the candidate at training-image node `node`, or kAbandoned when it
   // must end above `best`: the constraint terms first (probability, then block
   // data), then the variables in

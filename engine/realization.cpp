@@ -377,9 +377,9 @@ void RealizationRun::prepareEvent(int t, const PathSettings &settings) {
       for (int i = 0; i < g.count; ++i) g.code[i] = categoryCode(setup_, v, g.value[i]);
       ev.valueCode = g.code.data();
       ev.tiCode = tiCode;
-      ev.tiPacked = setup_.packedCodes(t, v);
       ev.codeCount = setup_.codeCount[static_cast<std::size_t>(t) * setup_.nvar + v];
     }
+    ev.tiPacked = tiCode != nullptr ? setup_.packedCodes(t, v) : nullptr;
     event_.kernel[event_.nvar] = variableKernel(setup_.distanceType[v], uniform,
                                                 setup_.relativeDistance[v] != 0, tiCode != nullptr);
     ++event_.nvar;
@@ -475,9 +475,10 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
           return everyUsable ? scanTrainingImage(walker, nscan, event, [](int) { return true; })
                              : scanTrainingImage(walker, nscan, event, usableCode);
         };
-        if (codedEvent_.prepare(event_)) {
-          // The event's variable may be another than the simulated one.
-          if (const std::uint8_t *packed = event_.event[0].tiPacked) {
+        // The event's variable may be another than the simulated one.
+        const std::uint8_t *packed = event_.event[0].tiPacked;
+        if (codedEvent_.prepare(event_, packed == nullptr)) {
+          if (packed != nullptr) {
             packedEvent_.prepare(codedEvent_, packed);
             r = scanCoded(packedEvent_);
           } else {

@@ -110,7 +110,7 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
     nuvo::CodedEvent coded;
     nuvo::WeightedCodedEvent weightedEvent;
     nuvo::ConstrainedCodedEvent constrained;
-    const bool plain = general.nconstraint + general.nblockTerm + general.npattern == 0;
+    const bool plain = general.termless();
     ASSERT_EQ(coded.prepare(general), plain && !weighted);
     ASSERT_EQ(weightedEvent.prepare(general), plain && weighted);
     ASSERT_TRUE(constrained.prepare(general, ti.data(), category, categoryClass));
