@@ -1,26 +1,22 @@
 // The error term of one block at one node, in the form the pattern search reads
-// per candidate: the block's running mean with the candidate's value included,
-// against the target and the left and right tolerances that apply at the
-// block's current count (block_constraint.hpp gives the rules).
+// per candidate: how far the block's running sum with the candidate's value
+// included lies outside the band that applies at the block's current count
+// (block_constraint.hpp gives the rules).
 #pragma once
+
+#include <algorithm>
 
 namespace nuvo {
 
 struct BlockBand {
-  double sum = 0.0;       // sum of the block's informed values
-  double invCount = 1.0;  // 1 / (informed count + 1): the candidate's node counted
-  double target = 0.0;
-  double left = 0.0;          // tolerance below the target at this count
-  double right = 0.0;         // tolerance above it
-  double scale = 1.0;         // (informed count + 1) / the block's own tolerance
+  double low = 0.0, high = 0.0;  // the candidate values that keep the running sum in the band
+  double room = 1.0;             // how far the sum may leave it while the final mean holds
+  double gentle = 1.0;           // 1 / room: the cost of a unit of excess within the room
+  double steep = 1.0;            // its cost beyond the room: N / the block's tolerance
 
-  // How far the running sum with a candidate of value x lies outside the sums
-  // of the running means [target - left, target + right], in units of the
-  // block's tolerance.
   double error(double x) const {
-    const double d = (sum + x) * invCount - target;
-    const double excess = d < 0.0 ? -d - left : d - right;
-    return excess > 0.0 ? excess * scale : 0.0;
+    const double excess = std::max({0.0, low - x, x - high});
+    return excess * gentle + std::max(0.0, excess - room) * steep;
   }
 };
 

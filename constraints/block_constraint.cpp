@@ -21,9 +21,15 @@ constexpr double kSmallestTolerance = 1e-12;
 // is left for the last values, which the patterns may force, and for the
 // nodes that post-processing re-simulates.
 constexpr double kAimedShare = 0.5;
+// What using up the rest of the tolerance costs, in units of a pattern's error
+// (1: a distance twice its threshold). Small enough per value that the patterns
+// still choose where a block takes its corrections (where a body's edge makes
+// either value fit), large enough that the room is not spent while such places
+// remain.
+constexpr double kRoomCost = 4.0;
 
-double inverseTolerance(double tolerance, double target) {
-  return 1.0 / std::max(tolerance, kSmallestTolerance * (1.0 + std::fabs(target)));
+double effectiveTolerance(double tolerance, double target) {
+  return std::max(tolerance, kSmallestTolerance * (1.0 + std::fabs(target)));
 }
 
 }  // namespace
@@ -104,13 +110,15 @@ std::span<const BlockBand> BlockConstraint::bands(int node) {
     if (k.count >= k.nnode || share < k.propMin || share > k.propMax) continue;
     const double n = k.count + 1.0, total = k.nnode;
     const double f = k.nnode > 1 ? std::sqrt((total - n) / (n * (total - 1.0))) : 0.0;
+    const double left = kAimedShare * k.tolerance + f * k.stats.spreadLeft;
+    const double right = kAimedShare * k.tolerance + f * k.stats.spreadRight;
+    const double tolerance = effectiveTolerance(k.tolerance, k.target);
     BlockBand band;
-    band.sum = k.sum;
-    band.invCount = 1.0 / n;
-    band.target = k.target;
-    band.left = kAimedShare * k.tolerance + f * k.stats.spreadLeft;
-    band.right = kAimedShare * k.tolerance + f * k.stats.spreadRight;
-    band.scale = n * inverseTolerance(k.tolerance, k.target);
+    band.low = n * (k.target - left) - k.sum;
+    band.high = n * (k.target + right) - k.sum;
+    band.room = (1.0 - kAimedShare) * tolerance * total;
+    band.gentle = kRoomCost / band.room;
+    band.steep = total / tolerance;
     scratch_.push_back(band);
   }
   return scratch_;
@@ -118,8 +126,8 @@ std::span<const BlockBand> BlockConstraint::bands(int node) {
 
 // The summed term is convex in the candidate's value and piecewise linear: over
 // an interval its least value lies at an end or at a breakpoint, where one
-// block's running mean meets the edge of its band. A categorical variable can
-// only take its category values.
+// block's running sum meets the edge of its band or of its room. A categorical
+// variable can only take its category values.
 double BlockConstraint::floor(std::span<const BlockBand> bands) const {
   trial_.clear();
   if (range_.categorical) {
@@ -127,8 +135,8 @@ double BlockConstraint::floor(std::span<const BlockBand> bands) const {
   } else {
     trial_ = {range_.min, range_.max};
     for (const BlockBand &b : bands)
-      for (double edge : {b.target - b.left, b.target + b.right})
-        trial_.push_back(std::clamp(edge / b.invCount - b.sum, range_.min, range_.max));
+      for (double edge : {b.low - b.room, b.low, b.high, b.high + b.room})
+        trial_.push_back(std::clamp(edge, range_.min, range_.max));
   }
   double least = INFINITY;
   for (double x : trial_) {

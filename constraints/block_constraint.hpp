@@ -56,16 +56,21 @@
 // first). The left and right tolerances at this count are
 //   tolLeft = tolerance / 2 + f sL,  tolRight = tolerance / 2 + f sR:
 // the running mean is steered into [T - tolLeft, T + tolRight], a band that
-// narrows to half the block's tolerance as the block fills; the other half is
-// left for the last values, which the patterns may force, and for the nodes
-// that post-processing re-simulates. The term is the excess of the running
-// sum over the band's sums, in units of the block's tolerance:
-//   (n + 1) max(0, T - tolLeft - m, m - T - tolRight) / tolerance
-// (a zero tolerance is taken as 1e-12 (1 + |T|), making the band nearly
-// binding). Counting the sum rather than the mean makes a deviation weigh more
-// as the block fills, when fewer values remain to make up for it. The terms of
-// all blocks holding the node are added to the candidate's error before the
-// distances of the variables.
+// narrows to half the block's tolerance as the block fills. Its excess e is how
+// far the running sum S + x lies outside the band's sums, n + 1 times its edges.
+// The other half of the tolerance is the block's room, R = tolerance N / 2 in
+// sums: while e stays within it, the final mean can still end within the
+// tolerance. The term is
+//   4 e / R + max(0, e - R) N / tolerance
+// (a zero tolerance is taken as 1e-12 (1 + |T|)). Within the room a deviation is
+// cheap: the patterns still choose where a block takes its corrections, at the
+// edges of bodies where either value fits, rather than forcing a value on a node
+// whose neighbours all hold another one (an excess of the whole room costs 4,
+// the error of a pattern at five times its threshold). Beyond the room each unit
+// of excess costs N / tolerance, a wall no pattern's error outweighs, so the
+// final mean keeps within the tolerance. The terms of all blocks holding
+// the node are added to the candidate's error before the distances of the
+// variables.
 #pragma once
 
 #include <cstdio>

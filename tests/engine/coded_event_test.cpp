@@ -80,12 +80,14 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
     std::vector<double> penalty = {0.3 * draw(3), 0.2 * draw(3)};
     std::vector<nuvo::BlockBand> band(1 + draw(2));
     for (nuvo::BlockBand &b : band)
-      b = {.sum = 0.5 * draw(20),
-           .invCount = 1.0 / (1 + draw(20)),
-           .target = 0.1 * draw(10),
-           .left = 0.05 * draw(3),
-           .right = 0.05 * draw(3),
-           .scale = 1.0 + draw(30)};
+    {
+      const double low = 0.5 * draw(4) - 1.0, room = 0.1 + 0.5 * draw(3);
+      b = {.low = low,
+           .high = low + 0.5 * draw(4),
+           .room = room,
+           .gentle = 4.0 / room,
+           .steep = 1.0 + draw(30)};
+    }
     std::vector<int> lead(static_cast<std::size_t>(n));
     std::vector<std::int16_t> labelClass(static_cast<std::size_t>(n));
     for (int i = 0; i < n; ++i) {
