@@ -128,22 +128,17 @@ std::span<const BlockBand> BlockConstraint::bands(int node) {
 // an interval its least value lies at an end or at a breakpoint, where one
 // block's running sum meets the edge of its band or of its room. A categorical
 // variable can only take its category values.
-double BlockConstraint::floor(std::span<const BlockBand> bands) const {
-  trial_.clear();
-  if (range_.categorical) {
-    trial_.assign(range_.values.begin(), range_.values.end());
-  } else {
-    trial_ = {range_.min, range_.max};
-    for (const BlockBand &b : bands)
-      for (double edge : {b.low - b.room, b.low, b.high, b.high + b.room})
-        trial_.push_back(std::clamp(edge, range_.min, range_.max));
+double leastBlockTerm(std::span<const BlockBand> bands, const BlockVariableRange &range) {
+  const BlockTerm term{nullptr, bands.data(), static_cast<int>(bands.size())};
+  if (range.categorical) {
+    double least = INFINITY;
+    for (double x : range.values) least = std::min(least, term.of(x));
+    return least;
   }
-  double least = INFINITY;
-  for (double x : trial_) {
-    double e = 0.0;
-    for (const BlockBand &b : bands) e += b.error(x);
-    least = std::min(least, e);
-  }
+  double least = std::min(term.of(range.min), term.of(range.max));
+  for (const BlockBand &b : bands)
+    for (double edge : {b.low - b.room, b.low, b.high, b.high + b.room})
+      least = std::min(least, term.of(std::clamp(edge, range.min, range.max)));
   return least;
 }
 

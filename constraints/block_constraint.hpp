@@ -99,6 +99,9 @@ struct BlockStatistics {
   double spreadLeft = 0.0, spreadRight = 0.0;
 };
 
+// The least term of `bands` over the values a candidate of the variable can hold.
+double leastBlockTerm(std::span<const BlockBand> bands, const BlockVariableRange &range);
+
 // The block data of one simulated variable.
 class BlockConstraint {
  public:
@@ -115,7 +118,7 @@ class BlockConstraint {
   // The bands of the blocks that apply at `node` (valid until the next call).
   std::span<const BlockBand> bands(int node);
   // A lower bound of the blocks' term over every value a candidate can hold.
-  double floor(std::span<const BlockBand> bands) const;
+  double floor(std::span<const BlockBand> bands) const { return leastBlockTerm(bands, range_); }
 
   int variable() const { return variable_; }
   void writeStatistics(FILE *report) const;
@@ -135,7 +138,6 @@ class BlockConstraint {
   std::vector<int> first_;   // per grid node + 1: start of its blocks in member_
   std::vector<int> member_;  // block indices, node by node
   std::vector<BlockBand> scratch_;
-  mutable std::vector<double> trial_;  // candidate values of floor()
 };
 
 // The block data of every variable of a simulation.

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
+#include "constraints/block_constraint.hpp"
 #include "nuvo_blockdata.h"
 #include "tests/constraints/test_files.hpp"
 
@@ -122,6 +124,33 @@ TEST_F(BlockDataTest, RulesInOrder) {
   EXPECT_EQ(validate(), -2942);
   bd_.blockDataUsage = 2;
   EXPECT_EQ(validate(), -2920);
+}
+
+// The least term of a few bands over a continuous range lies at one of the
+// breakpoints it tries: no value of a fine sweep does better, and the sweep
+// comes within its step of it. Over categories, it is the best category.
+TEST(BlockTerm, LeastTermOverTheValuesACandidateCanHold) {
+  const std::vector<nuvo::BlockBand> bands = {
+      {.low = 0.4, .high = 0.9, .room = 0.3, .gentle = 4.0 / 0.3, .steep = 50.0},
+      {.low = 1.0, .high = 2.0, .room = 0.5, .gentle = 1.0, .steep = 80.0},
+      {.low = -2.0, .high = 1.2, .room = 0.5, .gentle = 8.0, .steep = 30.0}};
+  const nuvo::BlockTerm term{nullptr, bands.data(), 3};
+  nuvo::BlockVariableRange continuous;
+  continuous.min = -1.0;
+  continuous.max = 3.0;
+  const double least = nuvo::leastBlockTerm(bands, continuous);
+  double swept = term.of(-1.0);
+  for (int i = 1; i <= 40000; ++i) swept = std::min(swept, term.of(-1.0 + 1e-4 * i));
+  EXPECT_LE(least, swept);
+  EXPECT_NEAR(least, swept, 1e-4 * 100.0);
+  EXPECT_GT(least, 0.0);  // the first two bands do not meet
+
+  const std::vector<double> categories = {0.0, 1.0, 2.0};
+  nuvo::BlockVariableRange categorical;
+  categorical.categorical = true;
+  categorical.values = categories;
+  EXPECT_EQ(nuvo::leastBlockTerm(bands, categorical),
+            std::min({term.of(0.0), term.of(1.0), term.of(2.0)}));
 }
 
 }  // namespace
