@@ -33,6 +33,11 @@ inline nuvo_grid makeGrid(int nx, int ny, int nz, double s = 1.0, double o = 0.0
   return g;
 }
 
+// The values of an image, variable after variable.
+inline std::vector<double> imageValues(const nuvo_image &image) {
+  return {image.var, image.var + image.nxyzv};
+}
+
 // An image on a grid of unit cells at the origin, its values given variable after
 // variable (all missing when `values` is empty).
 struct TestImage {

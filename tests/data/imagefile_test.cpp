@@ -99,7 +99,7 @@ TEST(ImageFile, ReadsEachFormat) {
     EXPECT_EQ(NUVOCmpGrid(image->grid, &c.grid), 0);
     ASSERT_EQ(image->nvar, static_cast<int>(c.names.size()));
     for (int iv = 0; iv < image->nvar; ++iv) EXPECT_EQ(image->varName[iv], c.names[iv]);
-    EXPECT_EQ(std::vector<double>(image->var, image->var + image->nxyzv), c.values);
+    EXPECT_EQ(nuvo::test::imageValues(image.image), c.values);
   }
 }
 

@@ -13,6 +13,7 @@
 
 namespace {
 
+using nuvo::test::imageValues;
 using nuvo::test::kMissing;
 using nuvo::test::TestImage;
 using nuvo::test::TestPointSet;
@@ -22,10 +23,6 @@ using nuvo_test::addDataPointSet;
 using nuvo_test::addTrainImage;
 using nuvo_test::OwnedSimInput;
 using nuvo_test::setMask;
-
-std::vector<double> valuesOf(const nuvo_image &image) {
-  return {image.var, image.var + image.nxyzv};
-}
 
 // The work on an input: a copy of its simulation image into which the
 // conditioning data are merged, then the data prepared against the training
@@ -42,7 +39,7 @@ struct Work : nuvo::test::EmptyImage {
     return nuvo::simPrepareData(si, {si.trainImage, std::size_t(si.ntrainImage)}, image, &p,
                                 &rec.pm, Recorder::callback);
   }
-  std::vector<double> all() const { return valuesOf(image); }
+  std::vector<double> all() const { return imageValues(image); }
 
   const nuvo_simInput &si;
   Recorder rec;
@@ -80,7 +77,7 @@ TEST(IntegrateConditioningData, DataImageWithoutNamesakeChangesNothing) {
   addDataImage(&in.si, data.image);
   Work w(in.si);
   ASSERT_EQ(w.merge(), 0);
-  EXPECT_EQ(w.all(), valuesOf(sim.image));
+  EXPECT_EQ(w.all(), imageValues(sim.image));
   EXPECT_EQ(w.nIgnoredVar, 2);
   // One warning for the image, however many variables it ignores.
   EXPECT_EQ(w.rec.warnings(), std::vector<int>{44});

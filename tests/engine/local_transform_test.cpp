@@ -8,12 +8,15 @@
 #include "channel_simulation.hpp"
 #include "engine/local_transform.hpp"
 #include "nuvo_simtransform.h"
+#include "tests/data/data_builders.hpp"
 #include "tests/support/random.hpp"
 
 namespace {
 
+using nuvo::test::TestImage;
 using nuvo_test::makeImage;
-using nuvo_test::valuesOf;
+using nuvo_test::setHomothety;
+using nuvo_test::setRotation;
 
 // The offsets tests below see the inverses at work; here the stored forms.
 TEST(SimTransformValue, StoresInverseRatiosAndRadians) {
@@ -41,48 +44,29 @@ TEST(SimTransformValue, RefusesWhatWouldNotInvertAndChangesNothing) {
 }
 
 TEST(SimTransformImage, ConvertsOnlyTheNodesInUse) {
-  nuvo_image ratio, mask, wrong;
-  for (nuvo_image *im : {&ratio, &mask, &wrong}) NUVOInitImage(im);
-  makeImage(&ratio, 3, 1, 1, {"lower", "upper"},
-            [](int ix, int, int, int iv) { return iv == 0 ? 1.0 + ix : 4.0; });
-  ratio.var[2] = NUVO_MISSING_VALUE;  // node 2 has no lower bound
-  makeImage(&mask, 3, 1, 1, {"mask"}, [](int ix, int, int, int) { return ix == 1 ? 0.0 : 1.0; });
-  makeImage(&wrong, 3, 1, 1, {"ratio"}, [](int, int, int, int) { return 2.0; });
-
-  EXPECT_EQ(NUVOSimTransformHomothetyImage(2, &mask, nullptr, &ratio, &wrong), -1724);
-  EXPECT_EQ(ratio.var[0], 1.0);  // checked before anything is converted
-  ASSERT_EQ(NUVOSimTransformHomothetyImage(2, &mask, nullptr, &ratio, nullptr), 0);
-  EXPECT_EQ(ratio.var[0], 0.25);  // (1, 4): lower 1/4, width 1 - 1/4
-  EXPECT_EQ(ratio.var[3], 0.75);
-  EXPECT_EQ(ratio.var[1], 2.0);  // masked out
-  EXPECT_EQ(ratio.var[4], 4.0);
-  EXPECT_EQ(ratio.var[2], NUVO_MISSING_VALUE);
-  EXPECT_EQ(ratio.var[5], 4.0);
-  for (nuvo_image *im : {&ratio, &mask, &wrong}) NUVOFreeImage(im);
+  // Node 2 has no lower bound; node 1 is masked out.
+  TestImage ratio(3, 1, 1, {"lower", "upper"}, {1, 2, NUVO_MISSING_VALUE, 4, 4, 4});
+  TestImage mask(3, 1, 1, {"mask"}, {1, 0, 1});
+  TestImage wrong(3, 1, 1, {"ratio"}, {2, 2, 2});
+  EXPECT_EQ(NUVOSimTransformHomothetyImage(2, &mask.image, nullptr, &ratio.image, &wrong.image),
+            -1724);
+  EXPECT_EQ(ratio.image.var[0], 1.0);  // checked before anything is converted
+  ASSERT_EQ(NUVOSimTransformHomothetyImage(2, &mask.image, nullptr, &ratio.image, nullptr), 0);
+  // (1, 4): lower 1/4, width 1 - 1/4.
+  EXPECT_EQ(nuvo::test::imageValues(ratio.image),
+            (std::vector<double>{0.25, 2, NUVO_MISSING_VALUE, 0.75, 4, 4}));
 }
 
 // The offsets a transform with constant parameters gives at any node.
 std::vector<int> mapped(int homothetyUsage, std::initializer_list<double> ratio, int rotationUsage,
                         std::initializer_list<double> azimuth, int dx, int dy, int dz) {
-  nuvo_simInput si;
-  NUVOInitSimInput(&si);
-  si.homothetyUsage = homothetyUsage;
-  if (homothetyUsage != 0) {
-    si.homothetyXRatioValue = valuesOf<double>(ratio);
-    si.homothetyYRatioValue = valuesOf<double>(ratio);
-    si.homothetyZRatioValue = valuesOf<double>(ratio);
-  }
-  si.rotationUsage = rotationUsage;
-  if (rotationUsage != 0) {
-    si.rotationAzimuthValue = valuesOf<double>(azimuth);
-    si.rotationDipValue = valuesOf<double>({0.0, 0.0});
-    si.rotationPlungeValue = valuesOf<double>({0.0, 0.0});
-  }
+  nuvo_test::OwnedSimInput in;
+  if (homothetyUsage != 0) nuvo_test::setHomothety(&in.si, homothetyUsage, ratio, ratio, ratio);
+  if (rotationUsage != 0) nuvo_test::setRotation(&in.si, rotationUsage, azimuth, {0, 0}, {0, 0});
   nuvo::LocalTransform transform;
-  EXPECT_EQ(transform.prepare(si), 0);
+  EXPECT_EQ(transform.prepare(in.si), 0);
   nuvo_randContext ctx = nuvo_test::seededContext(5);
   transform.at(0, &ctx).apply(&dx, &dy, &dz);
-  NUVOFreeSimInput(&si);
   return {dx, dy, dz};
 }
 
@@ -146,10 +130,7 @@ TEST_F(TransformedChannels, RotationOf90DegreesTurnsChannelsUpright) {
   const std::vector<double> plain = simulated();
   EXPECT_GT(changeRate(plain, kSim, 6, false), 1.5 * changeRate(plain, kSim, 6, true));
 
-  si_.rotationUsage = 1;
-  si_.rotationAzimuthValue = valuesOf<double>({90.0});
-  si_.rotationDipValue = valuesOf<double>({0.0});
-  si_.rotationPlungeValue = valuesOf<double>({0.0});
+  setRotation(&si_, 1, {90.0}, {0.0}, {0.0});
   const std::vector<double> turned = simulated();
   EXPECT_GT(changeRate(turned, kSim, 6, true), 1.5 * changeRate(turned, kSim, 6, false));
 }
@@ -157,10 +138,7 @@ TEST_F(TransformedChannels, RotationOf90DegreesTurnsChannelsUpright) {
 // Structures twice as large: the change rate across the channels (along y) at
 // lag 2h matches the training image's at lag h.
 TEST_F(TransformedChannels, HomothetyOf2DoublesTheChannelWidth) {
-  si_.homothetyUsage = 1;
-  si_.homothetyXRatioValue = valuesOf<double>({2.0});
-  si_.homothetyYRatioValue = valuesOf<double>({2.0});
-  si_.homothetyZRatioValue = valuesOf<double>({1.0});
+  setHomothety(&si_, 1, {2.0}, {2.0}, {1.0});
   const std::vector<double> wide = simulated();
   for (int lag = 1; lag <= 4; ++lag) {
     const double ti = changeRate(tiFacies_, 120, lag, false);
@@ -171,10 +149,7 @@ TEST_F(TransformedChannels, HomothetyOf2DoublesTheChannelWidth) {
 // Patterns shrunk below a node cannot be matched: every node takes its value
 // from the training image's marginal, without any fault.
 TEST_F(TransformedChannels, ExtremeRatiosFallBackOnTheMarginal) {
-  si_.homothetyUsage = 1;
-  si_.homothetyXRatioValue = valuesOf<double>({4e-320});  // an infinite inverse
-  si_.homothetyYRatioValue = valuesOf<double>({1e-12});
-  si_.homothetyZRatioValue = valuesOf<double>({1.0});
+  setHomothety(&si_, 1, {4e-320}, {1e-12}, {1.0});  // x: an infinite inverse
   const std::vector<double> v = simulated();
   EXPECT_EQ(std::count(v.begin(), v.end(), 0.0) + std::count(v.begin(), v.end(), 1.0),
             static_cast<long>(v.size()));
@@ -194,14 +169,8 @@ nuvo_image *boundsMap(int n, double lower, double upper) {
 TEST_F(TransformedChannels, MapsActLikeTheirConstants) {
   constexpr int n = 24;
   nuvo_test::setSimGrid(&si_, n, n, 1);
-  si_.homothetyUsage = 2;
-  si_.homothetyXRatioValue = valuesOf<double>({1.0, 1.5});
-  si_.homothetyYRatioValue = valuesOf<double>({1.0, 1.0});
-  si_.homothetyZRatioValue = valuesOf<double>({1.0, 1.0});
-  si_.rotationUsage = 2;
-  si_.rotationAzimuthValue = valuesOf<double>({20.0, 40.0});
-  si_.rotationDipValue = valuesOf<double>({0.0, 0.0});
-  si_.rotationPlungeValue = valuesOf<double>({0.0, 0.0});
+  setHomothety(&si_, 2, {1.0, 1.5}, {1.0, 1.0}, {1.0, 1.0});
+  setRotation(&si_, 2, {20.0, 40.0}, {0.0, 0.0}, {0.0, 0.0});
   const std::vector<double> constants = simulated();
 
   si_.homothetyXRatioImageFlag = 1;

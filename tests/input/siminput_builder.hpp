@@ -157,6 +157,24 @@ inline void setSimGrid(nuvo_simInput *si, int nx, int ny, int nz) {
                     [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
 }
 
+// Constant homothety ratios (usage 1: one value per axis, 2: lower and upper bounds).
+inline void setHomothety(nuvo_simInput *si, int usage, std::initializer_list<double> x,
+                         std::initializer_list<double> y, std::initializer_list<double> z) {
+  si->homothetyUsage = usage;
+  si->homothetyXRatioValue = valuesOf<double>(x);
+  si->homothetyYRatioValue = valuesOf<double>(y);
+  si->homothetyZRatioValue = valuesOf<double>(z);
+}
+
+// Constant rotation angles in degrees, as setHomothety.
+inline void setRotation(nuvo_simInput *si, int usage, std::initializer_list<double> azimuth,
+                        std::initializer_list<double> dip, std::initializer_list<double> plunge) {
+  si->rotationUsage = usage;
+  si->rotationAzimuthValue = valuesOf<double>(azimuth);
+  si->rotationDipValue = valuesOf<double>(dip);
+  si->rotationPlungeValue = valuesOf<double>(plunge);
+}
+
 // Fills an initialised record with a valid input: one categorical variable
 // "facies" on a 30 x 30 x 1 simulation grid (all values missing), a copy of `ti`
 // as the only training image, one output file, a manual isotropic neighborhood of

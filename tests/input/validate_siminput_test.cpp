@@ -21,6 +21,8 @@ using nuvo_test::buildValidSimInput;
 using nuvo_test::initialisedRecords;
 using nuvo_test::makeImage;
 using nuvo_test::makeStripeImage;
+using nuvo_test::setHomothety;
+using nuvo_test::setRotation;
 using nuvo_test::setTrainingImageCount;
 using nuvo_test::valuesOf;
 
@@ -82,21 +84,6 @@ class ValidateSimInputTest : public ::testing::Test {
   Recorder rec_;
 };
 
-// Constant homothety ratios (or rotation angles): `usage` values per axis.
-void constantHomothety(nuvo_simInput &s, int usage, std::initializer_list<double> x,
-                       std::initializer_list<double> y, std::initializer_list<double> z) {
-  s.homothetyUsage = usage;
-  s.homothetyXRatioValue = valuesOf<double>(x);
-  s.homothetyYRatioValue = valuesOf<double>(y);
-  s.homothetyZRatioValue = valuesOf<double>(z);
-}
-void constantRotation(nuvo_simInput &s, int usage, std::initializer_list<double> azimuth,
-                      std::initializer_list<double> dip, std::initializer_list<double> plunge) {
-  s.rotationUsage = usage;
-  s.rotationAzimuthValue = valuesOf<double>(azimuth);
-  s.rotationDipValue = valuesOf<double>(dip);
-  s.rotationPlungeValue = valuesOf<double>(plunge);
-}
 // An owned nx x ny image of one variable, every value `value`.
 nuvo_image *transformImage(int nx, int ny, double value) {
   nuvo_image *image = initialisedRecords<nuvo_image>(1, NUVOInitImage);
@@ -104,9 +91,18 @@ nuvo_image *transformImage(int nx, int ny, double value) {
   return image;
 }
 
+// Unit homothety ratios, but those along x read from an image of 2 with a 0 at node 17.
+void zeroRatioAt17(nuvo_simInput &s) {
+  setHomothety(&s, 1, {1}, {1}, {1});
+  s.homothetyXRatioImageFlag = 1;
+  s.homothetyXRatioImage = transformImage(30, 30, 2.0);
+  s.homothetyXRatioImage->var[17] = 0.0;
+}
+
+using Si = nuvo_simInput;
 struct Case {
   const char *what;
-  void (*change)(nuvo_simInput &);
+  void (*change)(Si &);
   int code;
 };
 
@@ -114,180 +110,139 @@ struct Case {
 // One row per family of checks, both sides of the bounds where an off-by-one is
 // plausible, and the sub-record validators reached through the input.
 const Case kCases[] = {
-    {"no variable", [](nuvo_simInput &s) { s.nvar = 0; }, -629},
-    {"more variables than the image", [](nuvo_simInput &s) { s.nvar = 2; }, -645},
-    {"no output flag", [](nuvo_simInput &s) { s.outputVarFlag[0] = 0; }, -647},
-    {"format without %", [](nuvo_simInput &s) { std::strcpy(s.formatStringVar[0], "10.5E"); },
-     -648},
+    {"no variable", [](Si &s) { s.nvar = 0; }, -629},
+    {"more variables than the image", [](Si &s) { s.nvar = 2; }, -645},
+    {"no output flag", [](Si &s) { s.outputVarFlag[0] = 0; }, -647},
+    {"format without %", [](Si &s) { std::strcpy(s.formatStringVar[0], "10.5E"); }, -648},
     {"no format strings",
-     [](nuvo_simInput &s) { nuvo::freeTextSlots(std::exchange(s.formatStringVar, nullptr)); }, 0},
-    {"output job 4", [](nuvo_simInput &s) { s.outputSimJob = 4; }, -651},
-    {"report name of 255", [](nuvo_simInput &s) { setLongText(&s.outputReportFileName, 255); }, 0},
-    {"report name", [](nuvo_simInput &s) { setLongText(&s.outputReportFileName, 256); }, -653},
-    {"error map without a name", [](nuvo_simInput &s) { s.outputErrorFlag = 1; }, -20},
-    {"TI index map name", [](nuvo_simInput &s) { setLongText(&s.outputTiIndexFileName, 256); },
-     -598},
-    {"no TI", [](nuvo_simInput &s) { setTrainingImageCount(&s, 0); }, -656},
-    {"100 TIs", [](nuvo_simInput &s) { setTrainingImageCount(&s, 100); }, 0},
-    {"101 TIs", [](nuvo_simInput &s) { setTrainingImageCount(&s, 101); }, -657},
+     [](Si &s) { nuvo::freeTextSlots(std::exchange(s.formatStringVar, nullptr)); }, 0},
+    {"output job 4", [](Si &s) { s.outputSimJob = 4; }, -651},
+    {"report name of 255", [](Si &s) { setLongText(&s.outputReportFileName, 255); }, 0},
+    {"report name", [](Si &s) { setLongText(&s.outputReportFileName, 256); }, -653},
+    {"error map without a name", [](Si &s) { s.outputErrorFlag = 1; }, -20},
+    {"TI index map name", [](Si &s) { setLongText(&s.outputTiIndexFileName, 256); }, -598},
+    {"no TI", [](Si &s) { setTrainingImageCount(&s, 0); }, -656},
+    {"100 TIs", [](Si &s) { setTrainingImageCount(&s, 100); }, 0},
+    {"101 TIs", [](Si &s) { setTrainingImageCount(&s, 101); }, -657},
     {"TI with two variables",
-     [](nuvo_simInput &s) {
+     [](Si &s) {
        NUVOFreeImage(&s.trainImage[0]);
        makeImage(&s.trainImage[0], 5, 5, 1, {"a", "b"}, [](int, int, int, int) { return 0.0; });
      },
      -655},
     {"SG as TI twice",
-     [](nuvo_simInput &s) {
-       setTrainingImageCount(&s, 2);
-       s.simGridAsTiFlag[0] = s.simGridAsTiFlag[1] = 1;
-     },
+     [](Si &s) { setTrainingImageCount(&s, 2), s.simGridAsTiFlag[0] = s.simGridAsTiFlag[1] = 1; },
      -654},
-    {"range extension 10", [](nuvo_simInput &s) { s.trainValueRangeExtensionMax = 10.0; }, 0},
-    {"range extension 10.5", [](nuvo_simInput &s) { s.trainValueRangeExtensionMax = 10.5; }, -1151},
-    {"normalizing 3", [](nuvo_simInput &s) { s.normalizingType = 3; }, -1155},
+    {"range extension 10", [](Si &s) { s.trainValueRangeExtensionMax = 10.0; }, 0},
+    {"range extension 10.5", [](Si &s) { s.trainValueRangeExtensionMax = 10.5; }, -1151},
+    {"normalizing 3", [](Si &s) { s.normalizingType = 3; }, -1155},
     {"uniform normalization of a categorical variable",
-     [](nuvo_simInput &s) { s.normalizingType = NORMALIZING_UNIFORM; }, 0},
-    {"distance type 5", [](nuvo_simInput &s) { s.distanceType[0] = 5; }, -667},
-    {"relative categorical", [](nuvo_simInput &s) { s.relativeDistanceFlag[0] = 1; }, -710},
-    {"L-p power 0", [](nuvo_simInput &s) { s.distanceType[0] = 3, s.powerLpDistance[0] = 0.0; },
-     -668},
-    {"L-p inverse off",
-     [](nuvo_simInput &s) { s.distanceType[0] = 3, s.powerLpDistanceInv[0] = 0.5000001; }, -669},
-    {"min-max categorical", [](nuvo_simInput &s) { s.rescalingMode[0] = RESCALING_MIN_MAX; },
-     -2131},
+     [](Si &s) { s.normalizingType = NORMALIZING_UNIFORM; }, 0},
+    {"distance type 5", [](Si &s) { s.distanceType[0] = 5; }, -667},
+    {"relative categorical", [](Si &s) { s.relativeDistanceFlag[0] = 1; }, -710},
+    {"L-p power 0", [](Si &s) { s.distanceType[0] = 3, s.powerLpDistance[0] = 0.0; }, -668},
+    {"L-p inverse off", [](Si &s) { s.distanceType[0] = 3, s.powerLpDistanceInv[0] = 0.5000001; },
+     -669},
+    {"min-max categorical", [](Si &s) { s.rescalingMode[0] = RESCALING_MIN_MAX; }, -2131},
     {"mean-length relative",
-     [](nuvo_simInput &s) {
+     [](Si &s) {
        s.rescalingMode[0] = RESCALING_MEAN_LENGTH;
-       s.distanceType[0] = 2;
-       s.relativeDistanceFlag[0] = 1;
+       s.distanceType[0] = 2, s.relativeDistanceFlag[0] = 1;
      },
      -2134},
     {"min-max with SG as TI",
-     [](nuvo_simInput &s) {
+     [](Si &s) {
        s.rescalingMode[0] = RESCALING_MIN_MAX;
-       s.distanceType[0] = 1;
-       s.simGridAsTiFlag[0] = 1;
+       s.distanceType[0] = 1, s.simGridAsTiFlag[0] = 1;
      },
      -2141},
-    {"radius mode 8", [](nuvo_simInput &s) { s.searchNeighborhoodParameters[0].radiusMode = 8; },
-     -686},
+    {"radius mode 8", [](Si &s) { s.searchNeighborhoodParameters[0].radiusMode = 8; }, -686},
     {"TI range with SG as TI",
-     [](nuvo_simInput &s) {
+     [](Si &s) {
        s.searchNeighborhoodParameters[0].radiusMode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_DEFAULT;
        s.simGridAsTiFlag[0] = 1;
      },
      -689},
-    {"1000 neighbors", [](nuvo_simInput &s) { s.nneighboringNode[0] = 1000; }, 0},
-    {"1001 neighbors", [](nuvo_simInput &s) { s.nneighboringNode[0] = 1001; }, -664},
-    {"density 0", [](nuvo_simInput &s) { s.neighboringNodeDensity[0] = 0.0; }, -665},
-    {"conditioning weight 0", [](nuvo_simInput &s) { s.conditioningWeightFactor[0] = 0.0; }, -670},
-    {"sim type 2", [](nuvo_simInput &s) { s.simAndPathParameters->simType = 2; }, -705},
-    {"no thresholds",
-     [](nuvo_simInput &s) { std::free(std::exchange(s.distanceThreshold, nullptr)); }, -20},
-    {"threshold 1", [](nuvo_simInput &s) { s.distanceThreshold[0] = 1.0; }, 0},
-    {"threshold 1.0000001", [](nuvo_simInput &s) { s.distanceThreshold[0] = 1.0000001; }, -673},
+    {"1000 neighbors", [](Si &s) { s.nneighboringNode[0] = 1000; }, 0},
+    {"1001 neighbors", [](Si &s) { s.nneighboringNode[0] = 1001; }, -664},
+    {"density 0", [](Si &s) { s.neighboringNodeDensity[0] = 0.0; }, -665},
+    {"conditioning weight 0", [](Si &s) { s.conditioningWeightFactor[0] = 0.0; }, -670},
+    {"sim type 2", [](Si &s) { s.simAndPathParameters->simType = 2; }, -705},
+    {"no thresholds", [](Si &s) { std::free(std::exchange(s.distanceThreshold, nullptr)); }, -20},
+    {"threshold 1", [](Si &s) { s.distanceThreshold[0] = 1.0; }, 0},
+    {"threshold 1.0000001", [](Si &s) { s.distanceThreshold[0] = 1.0000001; }, -673},
     {"unused soft probability left unchecked",
-     [](nuvo_simInput &s) { s.softProbability[0].deactivationDistance = -1.0; }, 0},
-    {"soft probability usage 7",
-     [](nuvo_simInput &s) { s.softProbability[0].probabilityConstraintUsage = 7; }, -1920},
-    {"connectivity usage 9",
-     [](nuvo_simInput &s) { s.connectivity[0].connectivityConstraintUsage = 9; }, -2091},
-    {"block data usage 5", [](nuvo_simInput &s) { s.blockData[0].blockDataUsage = 5; }, -2920},
-    {"scan fraction 0", [](nuvo_simInput &s) { s.maxScanFraction[0] = 0.0; }, -674},
+     [](Si &s) { s.softProbability[0].deactivationDistance = -1.0; }, 0},
+    {"soft probability usage 7", [](Si &s) { s.softProbability[0].probabilityConstraintUsage = 7; },
+     -1920},
+    {"connectivity usage 9", [](Si &s) { s.connectivity[0].connectivityConstraintUsage = 9; },
+     -2091},
+    {"block data usage 5", [](Si &s) { s.blockData[0].blockDataUsage = 5; }, -2920},
+    {"scan fraction 0", [](Si &s) { s.maxScanFraction[0] = 0.0; }, -674},
     {"scan fraction 0 with homothety",
-     [](nuvo_simInput &s) { s.maxScanFraction[0] = 0.0, s.homothetyUsage = 1; }, -734},
-    {"pyramid levels -1", [](nuvo_simInput &s) { s.pyramidGeneralParameters->npyramidLevel = -1; },
-     -3621},
-    {"tolerance 100", [](nuvo_simInput &s) { s.tolerance = 100.0; }, 0},
-    {"tolerance 100.5", [](nuvo_simInput &s) { s.tolerance = 100.5; }, -677},
-    {"post-processing paths 101", [](nuvo_simInput &s) { s.npostProcessingPathMax = 101; }, -1662},
-    {"post-processing threshold 2",
-     [](nuvo_simInput &s) { s.postProcessingDistanceThreshold[0] = 2.0; }, -673},
+     [](Si &s) { s.maxScanFraction[0] = 0.0, s.homothetyUsage = 1; }, -734},
+    {"pyramid levels -1", [](Si &s) { s.pyramidGeneralParameters->npyramidLevel = -1; }, -3621},
+    {"tolerance 100", [](Si &s) { s.tolerance = 100.0; }, 0},
+    {"tolerance 100.5", [](Si &s) { s.tolerance = 100.5; }, -677},
+    {"post-processing paths 101", [](Si &s) { s.npostProcessingPathMax = 101; }, -1662},
+    {"post-processing threshold 2", [](Si &s) { s.postProcessingDistanceThreshold[0] = 2.0; },
+     -673},
     {"post-processing off",
-     [](nuvo_simInput &s) {
-       s.npostProcessingPathMax = 0;
-       s.postProcessingDistanceThreshold[0] = 2.0;
-     },
-     0},
-    {"1000000 realizations", [](nuvo_simInput &s) { s.nrealization = 1000000; }, 0},
-    {"1000001 realizations", [](nuvo_simInput &s) { s.nrealization = 1000001; }, -678},
+     [](Si &s) { s.npostProcessingPathMax = 0, s.postProcessingDistanceThreshold[0] = 2.0; }, 0},
+    {"1000000 realizations", [](Si &s) { s.nrealization = 1000000; }, 0},
+    {"1000001 realizations", [](Si &s) { s.nrealization = 1000001; }, -678},
     {"two TIs without their pdf",
-     [](nuvo_simInput &s) {
+     [](Si &s) {
        setTrainingImageCount(&s, 2);
        NUVOFreeImage(s.pdfTrainImage);
        std::free(std::exchange(s.pdfTrainImage, nullptr));
      },
      -1651},
     {"TI pdf not summing to 1",
-     [](nuvo_simInput &s) {
-       setTrainingImageCount(&s, 2);
-       s.pdfTrainImage->var[7] = 0.6;
-     },
-     -1656},
+     [](Si &s) { setTrainingImageCount(&s, 2), s.pdfTrainImage->var[7] = 0.6; }, -1656},
     {"TI pdf with a negative value",
-     [](nuvo_simInput &s) {
-       setTrainingImageCount(&s, 2);
-       s.pdfTrainImage->var[3] = -0.5;
-     },
-     -1655},
-    {"homothety usage 3", [](nuvo_simInput &s) { s.homothetyUsage = 3; }, -1701},
+     [](Si &s) { setTrainingImageCount(&s, 2), s.pdfTrainImage->var[3] = -0.5; }, -1655},
+    {"homothety usage 3", [](Si &s) { s.homothetyUsage = 3; }, -1701},
     {"homothety z bounds reversed",
-     [](nuvo_simInput &s) {
-       constantHomothety(s, 2, {1, 2}, {1, 1}, {3, 2});
+     [](Si &s) {
+       setHomothety(&s, 2, {1, 2}, {1, 1}, {3, 2});
      },
      -1727},
     {"homothety with equal bounds",
-     [](nuvo_simInput &s) {
-       constantHomothety(s, 2, {1, 1}, {0.5, 2}, {1, 1});
+     [](Si &s) {
+       setHomothety(&s, 2, {1, 1}, {.5, 2}, {1, 1});
      },
      0},
     {"homothety x flagged without image",
-     [](nuvo_simInput &s) {
-       constantHomothety(s, 1, {1}, {1}, {1});
-       s.homothetyXRatioImageFlag = 1;
-     },
-     -1702},
+     [](Si &s) { setHomothety(&s, 1, {1}, {1}, {1}), s.homothetyXRatioImageFlag = 1; }, -1702},
     {"homothety z image on another grid",
-     [](nuvo_simInput &s) {
-       constantHomothety(s, 1, {1}, {1}, {1});
+     [](Si &s) {
+       setHomothety(&s, 1, {1}, {1}, {1});
        s.homothetyZRatioImageFlag = 1;
        s.homothetyZRatioImage = transformImage(30, 20, 2.0);
      },
      -1723},
-    {"homothety x image with a ratio 0",
-     [](nuvo_simInput &s) {
-       constantHomothety(s, 1, {1}, {1}, {1});
-       s.homothetyXRatioImageFlag = 1;
-       s.homothetyXRatioImage = transformImage(30, 30, 2.0);
-       s.homothetyXRatioImage->var[17] = 0.0;
-     },
-     -1706},
+    {"homothety x image with a ratio 0", [](Si &s) { zeroRatioAt17(s); }, -1706},
     {"homothety x image with a ratio 0 masked out",
-     [](nuvo_simInput &s) {
-       constantHomothety(s, 1, {1}, {1}, {1});
-       s.homothetyXRatioImageFlag = 1;
-       s.homothetyXRatioImage = transformImage(30, 30, 2.0);
-       s.homothetyXRatioImage->var[17] = 0.0;
+     [](Si &s) {
+       zeroRatioAt17(s);
        s.maskImageFlag = 1;
        s.maskImage = transformImage(30, 30, 1.0);
        s.maskImage->var[17] = 0.0;
      },
      0},
-    {"rotation of 180 degrees", [](nuvo_simInput &s) { constantRotation(s, 1, {180}, {0}, {0}); },
-     0},
+    {"rotation of 180 degrees", [](Si &s) { setRotation(&s, 1, {180}, {0}, {0}); }, 0},
     {"rotation azimuth image without its upper bound",
-     [](nuvo_simInput &s) {
-       constantRotation(s, 2, {0, 0}, {0, 0}, {0, 0});
+     [](Si &s) {
+       setRotation(&s, 2, {0, 0}, {0, 0}, {0, 0});
        s.rotationAzimuthImageFlag = 1;
        s.rotationAzimuthImage = transformImage(30, 30, 45.0);
      },
      -1804},
     {"NaN in the training image",
-     [](nuvo_simInput &s) { s.trainImage[0].var[5] = std::numeric_limits<double>::quiet_NaN(); },
-     -627},
+     [](Si &s) { s.trainImage[0].var[5] = std::numeric_limits<double>::quiet_NaN(); }, -627},
     {"infinity in the training image",
-     [](nuvo_simInput &s) { s.trainImage[0].var[9] = -std::numeric_limits<double>::infinity(); },
-     -628},
+     [](Si &s) { s.trainImage[0].var[9] = -std::numeric_limits<double>::infinity(); }, -628},
 };
 
 TEST_F(ValidateSimInputTest, EachMistakeHasItsCode) {
@@ -393,10 +348,10 @@ TEST_F(ValidateSimInputTest, TiRangeRadiiFollowTheChannelsAndTheTransforms) {
 
   const int mode = SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_DEFAULT;
   const std::vector<double> plain = radiiFor(mode);
-  constantHomothety(si_, 2, {1.0, 1.0}, {1.0, 3.0}, {1.0, 1.0});
+  setHomothety(&si_, 2, {1.0, 1.0}, {1.0, 3.0}, {1.0, 1.0});
   EXPECT_EQ(radiiFor(mode), (std::vector<double>{plain[0], 3.0 * plain[1], plain[2]}));
   si_.homothetyUsage = 0;
-  constantRotation(si_, 1, {30.0}, {0.0}, {0.0});  // the azimuth turns x and y
+  setRotation(&si_, 1, {30.0}, {0.0}, {0.0});  // the azimuth turns x and y
   EXPECT_EQ(radiiFor(mode), (std::vector<double>{plain[0], plain[0], plain[2]}));
   si_.rotationAzimuthValue[0] = 0.0;
   si_.rotationPlungeValue[0] = 30.0;  // x and z, but the grid is flat

@@ -96,10 +96,7 @@ void unilateral(nuvo_simInput *si) {
 
 void rotated(nuvo_simInput *si) {
   channels(si);
-  si->rotationUsage = 1;
-  si->rotationAzimuthValue = valuesOf<double>({30.0, 0.0});
-  si->rotationDipValue = valuesOf<double>({0.0, 0.0});
-  si->rotationPlungeValue = valuesOf<double>({0.0, 0.0});
+  nuvo_test::setRotation(si, 1, {30.0, 0.0}, {0.0, 0.0}, {0.0, 0.0});
 }
 
 // Channels (sand 1, background 0) under a probability constraint, as `usage`:
