@@ -6,29 +6,20 @@
 
 #include "constraints/connectivity_pattern.hpp"
 #include "tests/constraints/test_files.hpp"
+#include "tests/data/data_builders.hpp"
 
 namespace {
 
-using nuvo_test::require;
+using nuvo::test::TestImage;
 
 // A row of training nodes 1 1 1 0 1 1 1 0 0 (two sand bodies, 0 to 2 and 4 to 6)
 // and a grid of 5 nodes whose nodes 0 and 2 are sand wells labelled 7.
 TEST(ConnectivityPattern, LabelledNodesMustShareOneBodyOfTheirClass) {
-  nuvo_image grid;
-  NUVOInitImage(&grid);
-  require(nuvo_test::makeImage(&grid, 5, 1, 1, {"facies"}, [](int x, int, int, int) {
-    return x == 0 || x == 2 ? 1.0 : NUVO_MISSING_VALUE;
-  }));
-  nuvo_test::OwnedSimInput input(grid, {0});
-  NUVOFreeImage(&grid);
+  constexpr double M = NUVO_MISSING_VALUE;
+  nuvo_test::OwnedSimInput input(TestImage(5, 1, 1, {"facies"}, {1, M, 1, M, M}).image, {0});
   nuvo_simInput &si = input.si;
-  nuvo_image ti;
-  NUVOInitImage(&ti);
-  const std::vector<double> row = {1, 1, 1, 0, 1, 1, 1, 0, 0};
-  require(
-      nuvo_test::makeImage(&ti, 9, 1, 1, {"facies"}, [&](int x, int, int, int) { return row[x]; }));
-  nuvo_test::addTrainImage(&si, &ti);
-  NUVOFreeImage(&ti);
+  const TestImage ti(9, 1, 1, {"facies"}, {1, 1, 1, 0, 1, 1, 1, 0, 0});
+  nuvo_test::addTrainImage(&si, &ti.image);
   si.connectivity = nuvo_test::initialisedRecords<nuvo_connectivity>(1, NUVOInitConnectivity);
   nuvo_connectivity &c = si.connectivity[0];
   c.connectivityConstraintUsage = NUVO_CONNECTIVITY_PATTERN;

@@ -33,10 +33,8 @@ inline char *newText(const std::string &text, std::size_t size) {
 // values (variable after variable).
 inline nuvo_image *newImage(int nx, const std::vector<std::string> &names,
                             const std::vector<double> &values) {
-  nuvo_image *image = initialisedRecords<nuvo_image>(1, NUVOInitImage);
-  require(makeImage(image, nx, 1, 1, names,
-                    [&](int ix, int, int, int iv) { return values.at(iv * nx + ix); }));
-  return image;
+  return newImage(nx, 1, 1, names,
+                  [&](int ix, int, int, int iv) { return values.at(iv * nx + ix); });
 }
 
 }  // namespace nuvo_test

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <concepts>
 #include <cstdio>
 #include <cstring>
 #include <sstream>
@@ -51,6 +52,12 @@ struct TestImage {
                                      return values.empty() ? kMissing : values.at(i);
                                    }),
               0);
+  }
+  // The value of variable iv at node (ix, iy, iz) being value(ix, iy, iz, iv).
+  template <std::invocable<int, int, int, int> Value>
+  TestImage(int nx, int ny, int nz, const std::vector<std::string> &names, Value value) {
+    NUVOInitImage(&image);
+    EXPECT_EQ(nuvo_test::makeImage(&image, nx, ny, nz, names, value), 0);
   }
   ~TestImage() { NUVOFreeImage(&image); }
   TestImage(const TestImage &) = delete;

@@ -12,6 +12,7 @@
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
 #include "tests/constraints/test_files.hpp"
+#include "tests/data/data_builders.hpp"
 #include "tests/support/temp_stream.hpp"
 #include "tests/support/warning_recorder.hpp"
 
@@ -84,7 +85,6 @@ class BlockDataSimulation : public nuvo_test::ChannelSimulation {
     EXPECT_EQ(NUVOValidateSimInput(&si_, nullptr, nullptr, &error), 0);
     return error;
   }
-
 };
 
 // Targets above and below the training image's sand share (about 0.28), one
@@ -112,14 +112,10 @@ TEST_F(BlockDataSimulation, ContinuousBlockMeansEndWithinTolerance) {
 // into the grid counts in the block sums, so the simulated nodes around it make
 // up the rest of the target instead of the whole of it.
 TEST_F(BlockDataSimulation, PastedConnectingPathsCountInTheBlocks) {
-  nuvo_image wells;
-  NUVOInitImage(&wells);
-  require(nuvo_test::makeImage(&wells, kN, kN, 1, {"facies", "well"},
-                               [](int x, int y, int, int) {
-                                 return y == 20 && (x == 2 || x == 37) ? 1.0 : NUVO_MISSING_VALUE;
-                               }));
-  nuvo_test::addDataImage(&si_, wells);
-  NUVOFreeImage(&wells);
+  const nuvo::test::TestImage wells(kN, kN, 1, {"facies", "well"}, [](int x, int y, int, int) {
+    return y == 20 && (x == 2 || x == 37) ? 1.0 : NUVO_MISSING_VALUE;
+  });
+  nuvo_test::addDataImage(&si_, wells.image);
   nuvo_connectivity &c = si_.connectivity[0];
   c.connectivityConstraintUsage = 1;
   c.connectivityType = 0;
@@ -155,13 +151,9 @@ TEST_F(BlockDataSimulation, InconsistentInputsGiveTheirCodes) {
       {[&] { si_.blockData[0].value[0] = NUVO_MISSING_VALUE; }, -3071},
       {[&] { si_.normalizingType = NORMALIZING_UNIFORM; }, -3055},
       {[&] {  // (3, 0) left out of the simulation
-         nuvo_image mask;
-         NUVOInitImage(&mask);
-         require(nuvo_test::makeImage(&mask, kN, kN, 1, {"mask"}, [](int x, int y, int, int) {
-           return x + y == 3 ? 0.0 : 1.0;
-         }));
-         nuvo_test::setMask(&si_, mask);
-         NUVOFreeImage(&mask);
+         const nuvo::test::TestImage mask(
+             kN, kN, 1, {"mask"}, [](int x, int y, int, int) { return x + y == 3 ? 0.0 : 1.0; });
+         nuvo_test::setMask(&si_, mask.image);
        },
        -3067},
   };

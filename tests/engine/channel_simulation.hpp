@@ -11,6 +11,7 @@
 #include "../input/siminput_builder.hpp"
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
+#include "tests/data/data_builders.hpp"
 
 namespace nuvo_test {
 
@@ -29,11 +30,9 @@ class InMemorySimulation : public ::testing::Test {
   // n x n grid.
   template <typename Generate>
   void build(Generate generate, int n) {
-    nuvo_image ti;
-    NUVOInitImage(&ti);
-    require(generate(&ti));
-    buildValidSimInput(&si_, ti);
-    NUVOFreeImage(&ti);
+    nuvo::test::EmptyImage ti;
+    require(generate(&ti.image));
+    buildValidSimInput(&si_, ti.image);
     setSimGrid(&si_, n, n, 1);
     si_.outputSimJob = OUTPUT_SIM_NO_FILE;
     si_.outputReportFlag = 0;

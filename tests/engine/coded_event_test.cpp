@@ -9,9 +9,9 @@
 #include "engine/constrained_event.hpp"
 #include "engine/packed_event.hpp"
 #include "engine/realization.hpp"
+#include "tests/data/data_builders.hpp"
 #include "tests/engine/bare_setup.hpp"
 #include "tests/support/make_image.hpp"
-#include "tests/data/data_builders.hpp"
 
 namespace {
 
@@ -79,8 +79,7 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
     const bool terms = trial % 2 == 1;
     std::vector<double> penalty = {0.3 * draw(3), 0.2 * draw(3)};
     std::vector<nuvo::BlockBand> band(1 + draw(2));
-    for (nuvo::BlockBand &b : band)
-    {
+    for (nuvo::BlockBand &b : band) {
       const double low = 0.5 * draw(4) - 1.0, room = 0.1 + 0.5 * draw(3);
       b = {.low = low,
            .high = low + 0.5 * draw(4),
@@ -124,7 +123,7 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
       return nuvo::scanTrainingImage(nuvo::ScanWalker(window, grid, order), nscan, event, informed);
     };
     const nuvo::ScanResult a = scan(general);
-    const nuvo::ScanResult b = !plain ? scan(constrained)
+    const nuvo::ScanResult b = !plain     ? scan(constrained)
                                : weighted ? scan(weightedEvent)
                                           : scan(coded);
     ASSERT_EQ(a.tiNode, b.tiNode) << "trial " << trial;
@@ -145,20 +144,14 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
 // training image must follow the event's variable, not the simulated one, and
 // leave every realization as the byte codes give it.
 TEST(CodedEvent, TwoBitImagesLeaveOneByOneRealizationsUnchanged) {
-  nuvo_image ti, sim;
-  NUVOInitImage(&ti);
-  NUVOInitImage(&sim);
-  ASSERT_EQ(nuvo_test::makeImage(&ti, 14, 12, 5, {"a", "b"},
-                                 [](int x, int y, int z, int v) {
-                                   return static_cast<double>((x / 3 + y / 2 + z + v) % 3);
-                                 }),
-            0);
-  ASSERT_EQ(nuvo_test::makeImage(&sim, 8, 8, 3, {"a", "b"},
-                                 [](int, int, int, int) { return NUVO_MISSING_VALUE; }),
-            0);
+  const nuvo::test::TestImage ti(14, 12, 5, {"a", "b"}, [](int x, int y, int z, int v) {
+    return static_cast<double>((x / 3 + y / 2 + z + v) % 3);
+  });
+  nuvo::test::TestImage image(8, 8, 3, {"a", "b"});
+  nuvo_image &sim = image.image;
   const nuvo_test::BuiltNeighborhood nb(3.0, 3.0, 1.0);
   ASSERT_EQ(nb.rc, 0);
-  nuvo::RealizationSetup setup = nuvo_test::bareSetup(ti, nb.nb, 12, 0.2);
+  nuvo::RealizationSetup setup = nuvo_test::bareSetup(ti.image, nb.nb, 12, 0.2);
   nuvo::codeCategories(setup, {{0.0, 1.0, 2.0}, {0.0, 1.0, 2.0}});
   ASSERT_NE(setup.packedCodes(0, 1), nullptr);
 
@@ -168,17 +161,14 @@ TEST(CodedEvent, TwoBitImagesLeaveOneByOneRealizationsUnchanged) {
   for (int i = 0; i < n; ++i) path[static_cast<std::size_t>(i)] = i * 37 % n;  // 37 and n coprime
   const auto simulate = [&] {
     std::fill(sim.var, sim.var + n, NUVO_MISSING_VALUE);
-    EXPECT_EQ(nuvo::simulateRealization(setup, &sim, toSimulate, path, 9, {}, nullptr, nullptr,
-                                        nullptr),
-              0);
+    EXPECT_EQ(
+        nuvo::simulateRealization(setup, &sim, toSimulate, path, 9, {}, nullptr, nullptr, nullptr),
+        0);
     return std::vector<double>(sim.var, sim.var + n);
   };
   const std::vector<double> packed = simulate();
   setup.tiPacked.clear();
   EXPECT_EQ(simulate(), packed);
-
-  NUVOFreeImage(&ti);
-  NUVOFreeImage(&sim);
 }
 
 }  // namespace

@@ -11,12 +11,14 @@
 #include "nuvo_conditioning.h"
 #include "nuvo_sim.h"
 #include "tests/constraints/test_files.hpp"
+#include "tests/data/data_builders.hpp"
 #include "tests/support/pyramid_input.hpp"
 #include "tests/support/warning_recorder.hpp"
 
 namespace {
 
-using nuvo_test::require;
+using nuvo::test::TestImage;
+using nuvo::test::TestPointSet;
 
 struct Well {
   int x, y, z;
@@ -72,34 +74,25 @@ class ConnectivitySimulation : public ::testing::Test {
   void build(int nx, int ny, int nz, int tnx, int tny, int tnz, const std::vector<Well> &wells) {
     nx_ = nx, ny_ = ny, nz_ = nz;
     wells_ = wells;
-    nuvo_image ti;
-    NUVOInitImage(&ti);
-    require(nuvo_test::makeImage(&ti, tnx, tny, tnz, {"facies"}, [tnz](int x, int y, int z, int) {
+    const TestImage ti(tnx, tny, tnz, {"facies"}, [tnz](int x, int y, int z, int) {
       const bool wall = x % 4 == 0 || y % 5 == 0;
       const bool rod = x % 4 == 0 && y % 5 == 0;
       return (tnz == 1 ? wall : (z % 3 == 0 && wall) || rod) ? 1.0 : 0.0;
-    }));
-    nuvo_test::buildValidSimInput(&si_.si, ti);
-    NUVOFreeImage(&ti);
+    });
+    nuvo_test::buildValidSimInput(&si_.si, ti.image);
     nuvo_simInput &si = si_.si;
-    NUVOFreeImage(si.simImage);
-    require(nuvo_test::makeImage(si.simImage, nx, ny, nz, {"facies"},
-                                 [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
+    nuvo_test::setSimGrid(&si, nx, ny, nz);
     si.outputSimJob = OUTPUT_SIM_NO_FILE;
     si.outputReportFlag = 0;
     si.nrealization = 2;
     si.searchNeighborhoodParameters[0].rz = nz > 1 ? 2.0 : 0.0;
-    nuvo_image data;
-    NUVOInitImage(&data);
-    require(nuvo_test::makeImage(&data, nx, ny, nz, {"facies", "well"},
-                                 [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
+    TestImage data(nx, ny, nz, {"facies", "well"});
     for (const Well &w : wells) {
       const int k = w.x + nx * (w.y + ny * w.z);
-      data.var[k] = w.facies;
-      data.var[data.grid->nxyz + k] = w.label;
+      data.at(0, k) = w.facies;
+      data.at(1, k) = w.label;
     }
-    nuvo_test::addDataImage(&si, data);
-    NUVOFreeImage(&data);
+    nuvo_test::addDataImage(&si, data.image);
   }
 
   void constrain(int usage, int type) {
@@ -205,11 +198,7 @@ struct LabelCase {
 };
 
 int integrateLabels(const LabelCase &c, std::vector<int> *label, std::vector<int> *warnings) {
-  nuvo_image sim;
-  NUVOInitImage(&sim);
-  require(nuvo_test::makeImage(&sim, 6, 1, 1, {"facies"},
-                               [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
-  nuvo_test::OwnedSimInput input(sim, {0});
+  nuvo_test::OwnedSimInput input(TestImage(6, 1, 1, {"facies"}).image, {0});
   nuvo_simInput &si = input.si;
   si.connectivity = nuvo_test::initialisedRecords<nuvo_connectivity>(1, NUVOInitConnectivity);
   nuvo_connectivity &con = si.connectivity[0];
@@ -218,34 +207,16 @@ int integrateLabels(const LabelCase &c, std::vector<int> *label, std::vector<int
   con.varName = nuvo_test::newText("well", NUVO_VAR_NAME_MAX + 1);
   const auto addImage = [&](std::vector<std::string> names, std::vector<double> a,
                             std::vector<double> b) {
-    nuvo_image data;
-    NUVOInitImage(&data);
-    require(nuvo_test::makeImage(&data, 6, 1, 1, names,
-                                 [&](int x, int, int, int iv) { return iv == 0 ? a[x] : b[x]; }));
-    nuvo_test::addDataImage(&si, data);
-    NUVOFreeImage(&data);
+    std::vector<double> values = a;
+    values.insert(values.end(), b.begin(), b.end());
+    nuvo_test::addDataImage(&si, TestImage(6, 1, 1, names, values).image);
   };
   addImage({"facies", "well"}, c.facies, c.well);
   if (!c.secondWell.empty()) addImage({"well", "other"}, c.secondWell, c.secondWell);
   if (c.pointLabel != 0.0) {
-    nuvo_pointSet ps;
-    NUVOInitPointSet(&ps);
-    require(NUVOMallocPointSet(&ps, 1, 1));
-    ps.x[0] = ps.y[0] = ps.z[0] = 0.5;
-    std::strcpy(ps.varName[0], "well");
-    ps.val[0] = c.pointLabel;
-    nuvo_test::addDataPointSet(&si, ps);
-    NUVOFreePointSet(&ps);
+    nuvo_test::addDataPointSet(&si, TestPointSet({0.5}, {0.5}, {0.5}, {"well"}, {c.pointLabel}).ps);
   }
-  if (!c.mask.empty()) {
-    nuvo_image mask;
-    NUVOInitImage(&mask);
-    require(nuvo_test::makeImage(&mask, 6, 1, 1, {"mask"},
-                                 [&](int x, int, int, int) { return c.mask[x]; }));
-    nuvo_test::setMask(&si, mask);
-    NUVOFreeImage(&mask);
-  }
-  NUVOFreeImage(&sim);
+  if (!c.mask.empty()) nuvo_test::setMask(&si, TestImage(6, 1, 1, {"mask"}, c.mask).image);
   Warnings w;
   label->assign(6, -7);
   int nIgnored = 0, nConflict = 0;
@@ -261,9 +232,9 @@ TEST(ConnectivityLabels, LabelsArePlacedMaskedAndCheckedAgainstTheData) {
   // Labels 0 and below constrain nothing; 2.2 is label 2; the point gives node 0
   // its label again; the mask removes the label of node 5 (and its datum).
   EXPECT_EQ(
-      integrateLabels({{1, 0, 1, 1, 1, 1}, {1, -3, 2.2, 2, 1, 3}, {0, 0, 0, 0, 0, 0}, 1.0,
-                       {1, 1, 1, 1, 1, 0}},
-                      &label, &warnings),
+      integrateLabels(
+          {{1, 0, 1, 1, 1, 1}, {1, -3, 2.2, 2, 1, 3}, {0, 0, 0, 0, 0, 0}, 1.0, {1, 1, 1, 1, 1, 0}},
+          &label, &warnings),
       0);
   EXPECT_EQ(label, (std::vector<int>{1, 0, 2, 2, 1, 0}));
   // The label variable "well" is read, not ignored: only "other" raises 44.

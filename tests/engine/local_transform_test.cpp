@@ -14,7 +14,6 @@
 namespace {
 
 using nuvo::test::TestImage;
-using nuvo_test::makeImage;
 using nuvo_test::setHomothety;
 using nuvo_test::setRotation;
 
@@ -157,10 +156,8 @@ TEST_F(TransformedChannels, ExtremeRatiosFallBackOnTheMarginal) {
 
 // A map on the simulation grid of a lower and an upper bound.
 nuvo_image *boundsMap(int n, double lower, double upper) {
-  nuvo_image *map = nuvo_test::initialisedRecords<nuvo_image>(1, NUVOInitImage);
-  makeImage(map, n, n, 1, {"lower", "upper"},
-            [=](int, int, int, int iv) { return iv == 0 ? lower : upper; });
-  return map;
+  return nuvo_test::newImage(n, n, 1, {"lower", "upper"},
+                             [=](int, int, int, int iv) { return iv == 0 ? lower : upper; });
 }
 
 // Maps holding one value everywhere act as that constant, tolerance draws

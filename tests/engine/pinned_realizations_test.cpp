@@ -12,6 +12,7 @@
 #include "../input/siminput_builder.hpp"
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
+#include "tests/data/data_builders.hpp"
 #include "tests/support/checksum.hpp"
 
 namespace {
@@ -78,11 +79,7 @@ class PinnedRealizations : public ::testing::Test {
   nuvo_simOutput out_;
 };
 
-struct OwnedImage {
-  OwnedImage() { NUVOInitImage(&image); }
-  ~OwnedImage() { NUVOFreeImage(&image); }
-  nuvo_image image;
-};
+using OwnedImage = nuvo::test::EmptyImage;
 
 TEST_F(PinnedRealizations, Channels2D) {
   OwnedImage ti;
@@ -96,11 +93,9 @@ TEST_F(PinnedRealizations, Channels2DConditioned) {
   require(NUVOGenerateChannelImage(&ti.image, 80, 80, 1, 0.3, 5.0, 2));
   require(NUVOGenerateChannelImage(&reference.image, 50, 50, 1, 0.3, 5.0, 7));
   build(ti.image, 50, 50, 1, 8.0, 30);
-  nuvo_pointSet points;
-  NUVOInitPointSet(&points);
-  require(NUVOSampleImage(&reference.image, 40, 3, &points));
-  nuvo_test::addDataPointSet(&si_, points);
-  NUVOFreePointSet(&points);
+  nuvo::test::EmptyPointSet points;
+  require(NUVOSampleImage(&reference.image, 40, 3, &points.ps));
+  nuvo_test::addDataPointSet(&si_, points.ps);
   si_.simAndPathParameters->pathType = PATH_RANDOM_HD_DISTANCE_PDF;
   si_.simAndPathParameters->strength = 0.5;
   EXPECT_EQ(simulate(), 0x59dbe8ff34e32b05ull);

@@ -9,6 +9,7 @@
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
 #include "tests/constraints/test_files.hpp"
+#include "tests/data/data_builders.hpp"
 #include "tests/support/checksum.hpp"
 
 namespace {
@@ -109,12 +110,10 @@ TEST_F(ProbabilitySimulation, LocalTrendIsFollowedAcrossTheGrid) {
   for (int mode : {NUVO_LOCAL_CURRENT_PDF_COMPLETE, NUVO_LOCAL_CURRENT_PDF_APPROXIMATE}) {
     nuvo_softProbability &sp =
         constrain(NUVO_PROBABILITY_CONSTRAINT_LOCAL, NUVO_COMPARING_PDF_MAE, 0.05);
-    sp.localPdfImage = nuvo_test::initialisedRecords<nuvo_image>(1, NUVOInitImage);
-    require(nuvo_test::makeImage(sp.localPdfImage, kN, kN, 1, {"p0", "p1"},
-                                 [](int x, int, int, int iv) {
-                                   const double sand = 0.1 + 0.5 * x / (kN - 1);
-                                   return iv == 1 ? sand : 1.0 - sand;
-                                 }));
+    sp.localPdfImage = nuvo_test::newImage(kN, kN, 1, {"p0", "p1"}, [](int x, int, int, int iv) {
+      const double sand = 0.1 + 0.5 * x / (kN - 1);
+      return iv == 1 ? sand : 1.0 - sand;
+    });
     sp.localPdfSupportRadius = nuvo_test::valuesOf<double>({6.0});
     sp.localCurrentPdfComputation = mode;
     ASSERT_EQ(simulate(), 0);
@@ -131,10 +130,9 @@ TEST_F(ProbabilitySimulation, RealizationsArePinned) {
   EXPECT_EQ(nuvo_test::checksum(*out_.outputSimImage), 0xd0041d262bfaf285ull);
   nuvo_softProbability &sp =
       constrain(NUVO_PROBABILITY_CONSTRAINT_LOCAL, NUVO_COMPARING_PDF_JSD, 0.01);
-  sp.localPdfImage = nuvo_test::initialisedRecords<nuvo_image>(1, NUVOInitImage);
-  require(nuvo_test::makeImage(
-      sp.localPdfImage, kN, kN, 1, {"p0", "p1"},
-      [](int, int y, int, int iv) { return iv == 1 ? 0.6 - 0.01 * y : 0.4 + 0.01 * y; }));
+  sp.localPdfImage = nuvo_test::newImage(kN, kN, 1, {"p0", "p1"}, [](int, int y, int, int iv) {
+    return iv == 1 ? 0.6 - 0.01 * y : 0.4 + 0.01 * y;
+  });
   sp.localPdfSupportRadius = nuvo_test::valuesOf<double>({4.0});
   sp.deactivationDistance = 1.5;
   ASSERT_EQ(simulate(), 0);
@@ -154,12 +152,10 @@ TEST_F(ProbabilitySimulation, InconsistentInputsGiveTheirCodes) {
       {[&] { si_.trainImage[0].var[7] = 3.0; }, -1928},
       {[&] { si_.simImage->var[7] = 2.0; }, -1929},
       {[&] {
-         nuvo_pointSet ps;
-         NUVOInitPointSet(&ps);
-         require(NUVOSampleImage(&si_.trainImage[0], 3, 1, &ps));
-         ps.val[1] = 7.0;
-         nuvo_test::addDataPointSet(&si_, ps);
-         NUVOFreePointSet(&ps);
+         nuvo::test::EmptyPointSet ps;
+         require(NUVOSampleImage(&si_.trainImage[0], 3, 1, &ps.ps));
+         ps->val[1] = 7.0;
+         nuvo_test::addDataPointSet(&si_, ps.ps);
        },
        -1930},
   };
@@ -184,9 +180,8 @@ TEST_F(ProbabilitySimulation, InconsistentInputsGiveTheirCodes) {
     SetUp();
     nuvo_softProbability &sp =
         constrain(NUVO_PROBABILITY_CONSTRAINT_LOCAL, NUVO_COMPARING_PDF_MAE, 0.05);
-    sp.localPdfImage = nuvo_test::initialisedRecords<nuvo_image>(1, NUVOInitImage);
-    require(nuvo_test::makeImage(sp.localPdfImage, kN, kN, 1, {"p0", "p1"},
-                                 [](int, int, int, int) { return 0.5; }));
+    sp.localPdfImage =
+        nuvo_test::newImage(kN, kN, 1, {"p0", "p1"}, [](int, int, int, int) { return 0.5; });
     sp.localPdfSupportRadius = nuvo_test::valuesOf<double>({6.0});
     sp.localPdfImage->var[3] = values[0];
     sp.localPdfImage->var[kN * kN + 3] = values[1];

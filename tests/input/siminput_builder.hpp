@@ -56,6 +56,14 @@ inline void makeStripeImage(nuvo_image *image, int nx, int ny, int nz) {
                     [](int ix, int, int, int) { return static_cast<double>(ix / 3 % 2); }));
 }
 
+// An image allocated the way the input owns its images, filled as by makeImage.
+template <typename Value>
+nuvo_image *newImage(int nx, int ny, int nz, const std::vector<std::string> &names, Value value) {
+  nuvo_image *image = initialisedRecords<nuvo_image>(1, NUVOInitImage);
+  require(makeImage(image, nx, ny, nz, names, value));
+  return image;
+}
+
 inline nuvo_image *copyOf(const nuvo_image &image) {
   nuvo_image *copy = initialisedRecords<nuvo_image>(1, NUVOInitImage);
   require(NUVOCopyImage(&image, copy));

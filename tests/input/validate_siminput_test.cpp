@@ -86,9 +86,7 @@ class ValidateSimInputTest : public ::testing::Test {
 
 // An owned nx x ny image of one variable, every value `value`.
 nuvo_image *transformImage(int nx, int ny, double value) {
-  nuvo_image *image = initialisedRecords<nuvo_image>(1, NUVOInitImage);
-  makeImage(image, nx, ny, 1, {"lower"}, [value](int, int, int, int) { return value; });
-  return image;
+  return nuvo_test::newImage(nx, ny, 1, {"lower"}, [value](int, int, int, int) { return value; });
 }
 
 // Unit homothety ratios, but those along x read from an image of 2 with a 0 at node 17.

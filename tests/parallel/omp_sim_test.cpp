@@ -69,11 +69,9 @@ void conditionedLenses(nuvo_simInput *si) {
   si->distanceType[0] = 2;
   si->distanceThreshold[0] = si->postProcessingDistanceThreshold[0] = 0.05;
   si->maxScanFraction[0] = 0.2;
-  nuvo_pointSet points;
-  NUVOInitPointSet(&points);
-  require(NUVOSampleImage(&reference.image, 60, 3, &points));
-  nuvo_test::addDataPointSet(si, points);
-  NUVOFreePointSet(&points);
+  nuvo::test::EmptyPointSet points;
+  require(NUVOSampleImage(&reference.image, 60, 3, &points.ps));
+  nuvo_test::addDataPointSet(si, points.ps);
 }
 
 // The conditioned lenses on a path guided by the data.

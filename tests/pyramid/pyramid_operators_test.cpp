@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "nuvo_pyramid.h"
-#include "tests/support/make_image.hpp"
+#include "tests/data/data_builders.hpp"
 
 namespace {
 
@@ -134,12 +134,11 @@ TEST(PyramidReduceExpand, SmoothFieldWithinTaylorBound) {
 }
 
 TEST(ImagePyramid, GridsAndDirectionCodes) {
-  nuvo_image in, out;
-  NUVOInitImage(&in);
-  NUVOInitImage(&out);
-  ASSERT_EQ(nuvo_test::makeImage(&in, 100, 101, 1, {"facies"},
-                                 [](int ix, int iy, int, int) { return (ix + iy) % 2; }),
-            0);
+  nuvo::test::TestImage checkerboard(100, 101, 1, {"facies"},
+                                     [](int ix, int iy, int, int) { return (ix + iy) % 2; });
+  nuvo_image &in = checkerboard.image;
+  nuvo::test::EmptyImage reduced;
+  nuvo_image &out = reduced.image;
   ASSERT_EQ(NUVOImagePyramidReduce(&in, &out, 2, 2, 0, -1.0, -1.0, -1.0), 0);
   const nuvo_grid &g = *out.grid;
   EXPECT_EQ(std::tuple(g.nx, g.ny, g.nz, g.sx, g.sy, g.nxyz),
@@ -148,7 +147,6 @@ TEST(ImagePyramid, GridsAndDirectionCodes) {
   NUVOFreeImage(&out);
   EXPECT_EQ(NUVOImagePyramidReduce(&in, &out, 2, 2, 3, -1, -1, -1), -3508);
   EXPECT_EQ(NUVOImagePyramidExpand(&in, &out, 0, 0, 1, -1, -1, -1), -3518);  // nz = 1
-  NUVOFreeImage(&in);
 }
 
 }  // namespace

@@ -41,12 +41,10 @@ class PyramidSimulation : public nuvo_test::InMemorySimulation {
 // the training image along x, at lags 20 to 60.
 double connectivityGap(const nuvo_image &image, const nuvo_image &ti) {
   const auto profile = [](const nuvo_image &im) {
-    nuvo_image map;
-    NUVOInitImage(&map);
-    EXPECT_EQ(NUVOImageConnectivityFunction0(&im, &map, 0, 20, 60, 10, 0, 0, 1, 0, 0, 1, 0), 0);
-    std::vector<double> v(map.var, map.var + map.grid->nxyz);
-    NUVOFreeImage(&map);
-    return v;
+    nuvo::test::EmptyImage map;
+    EXPECT_EQ(NUVOImageConnectivityFunction0(&im, &map.image, 0, 20, 60, 10, 0, 0, 1, 0, 0, 1, 0),
+              0);
+    return nuvo::test::imageValues(map.image);
   };
   const std::vector<double> a = profile(image), b = profile(ti);
   double gap = 0.0;
@@ -72,9 +70,8 @@ TEST_F(PyramidSimulation, ModesHonourDataAndCategories) {
   for (const auto &d : data) si_.simImage->var[d[0]] = d[1];
   // An azimuth map turning from -10 to 29 degrees along x, reduced per level.
   si_.rotationAzimuthImageFlag = 1;
-  si_.rotationAzimuthImage = nuvo_test::initialisedRecords<nuvo_image>(1, NUVOInitImage);
-  nuvo_test::require(nuvo_test::makeImage(si_.rotationAzimuthImage, 40, 40, 1, {"azimuth"},
-                                          [](int ix, int, int, int) { return ix - 10.0; }));
+  si_.rotationAzimuthImage =
+      nuvo_test::newImage(40, 40, 1, {"azimuth"}, [](int ix, int, int, int) { return ix - 10.0; });
   si_.rotationDipValue = valuesOf<double>({0.0});
   si_.rotationPlungeValue = valuesOf<double>({0.0});
   for (int mode : {PYRAMID_SIM_HIERARCHICAL, PYRAMID_SIM_HIERARCHICAL_USING_EXPANSION,
