@@ -6,6 +6,8 @@
 #include "engine/realization.hpp"
 #include "nuvo_path.h"
 #include "nuvo_synthetic.h"
+#include "tests/data/data_builders.hpp"
+#include "tests/engine/bare_setup.hpp"
 #include "tests/support/random.hpp"
 #include "tests/support/warning_recorder.hpp"
 
@@ -16,8 +18,6 @@ namespace {
 class ChannelRealization : public ::testing::Test {
  protected:
   void SetUp() override {
-    NUVOInitImage(&ti_);
-    NUVOInitImage(&sim_);
     ASSERT_EQ(NUVOGenerateChannelImage(&ti_, 80, 80, 1, 0.3, 6.0, 21), 0);
     ASSERT_EQ(NUVOResizeImage(&ti_, &sim_, 0, 39, 0, 39, 0, 0, 0, 0), 0);
     for (int i = 0; i < sim_.nxyzv; ++i) sim_.var[i] = NUVO_MISSING_VALUE;
@@ -25,34 +25,14 @@ class ChannelRealization : public ::testing::Test {
     toSimulate_.assign(sim_.nxyzv, 1);
     for (int k : kData) toSimulate_[k] = 0;
 
-    nuvo_searchNeighborhoodParameters p;
-    NUVOInitSearchNeighborhoodParameters(&p);
-    p.rx = p.ry = p.ax = p.ay = 8.0;
-    p.rz = 0.0;
-    p.az = 1.0;
-    NUVOInitSearchNeighborhood(&nb_);
-    nuvo_randContext ctx;
-    NUVOInitRandContext(&ctx);
-    ASSERT_EQ(NUVOBuildSearchNeighborhood(&p, &nb_, &ctx), 0);
-
-    setup_.nvar = 1;
-    setup_.ti = {&ti_};
-    setup_.neighborhood = {&nb_};
-    setup_.uniformWeights = {1};
-    setup_.distanceType = {0};
-    setup_.relativeDistance = {0};
-    setup_.conditioningWeight = {1.0};
-    setup_.power = setup_.invPower = {1.0};
-    setup_.initial.maxNodes = {24};
-    setup_.initial.invThreshold = {1.0 / 0.05};
-    const double fraction[] = {0.5};
-    setup_.initial.maxScan = nuvo::maxScanTable(setup_, fraction);
-    setup_.postProcessing = setup_.initial;
+    ASSERT_EQ(nb_.rc, 0);
+    setup_ = nuvo_test::bareSetup(ti_, nb_.nb, 24, 0.05);
+    scanHalf();
   }
-  void TearDown() override {
-    NUVOFreeImage(&ti_);
-    NUVOFreeImage(&sim_);
-    NUVOFreeSearchNeighborhood(&nb_);
+  // Scans half of the training images of setup_ for each node.
+  void scanHalf() {
+    const double fraction[] = {0.5};
+    setup_.initial.maxScan = setup_.postProcessing.maxScan = nuvo::maxScanTable(setup_, fraction);
   }
 
   std::vector<int> randomPath(int seed) const {
@@ -77,8 +57,9 @@ class ChannelRealization : public ::testing::Test {
   }
 
   static constexpr int kData[] = {0, 41, 170, 555, 903, 1210, 1599};
-  nuvo_image ti_, sim_;
-  nuvo_searchNeighborhood nb_;
+  nuvo::test::EmptyImage tiImage_, simImage_;
+  nuvo_image &ti_ = tiImage_.image, &sim_ = simImage_.image;
+  const nuvo_test::BuiltNeighborhood nb_{8.0, 8.0, 0.0};
   std::vector<signed char> toSimulate_;
   nuvo::RealizationSetup setup_;
 };
@@ -97,33 +78,26 @@ TEST_F(ChannelRealization, HonoursDataReproducesTheProportionAndFollowsItsSeed) 
 }
 
 TEST_F(ChannelRealization, FillsTheAdditionalMaps) {
-  nuvo_image maps[4];
-  for (nuvo_image &m : maps) {
-    NUVOInitImage(&m);
-    ASSERT_EQ(NUVOCopyImage(&sim_, &m), 0);
-  }
-  const nuvo::RealizationMaps r{&maps[0], &maps[1], &maps[2], &maps[3]};
+  nuvo::test::EmptyImage maps[4];
+  for (nuvo::test::EmptyImage &m : maps) ASSERT_EQ(NUVOCopyImage(&sim_, &m.image), 0);
+  run(3, {&maps[0].image, &maps[1].image, &maps[2].image, &maps[3].image});
   const std::vector<int> path = randomPath(3);
-  run(3, r);
   for (std::size_t k = 0; k < path.size(); ++k) {
     const int node = path[k];
-    EXPECT_EQ(maps[0].var[node], static_cast<double>(k));
-    EXPECT_GE(maps[1].var[node], 0.0);
-    EXPECT_EQ(maps[3].var[node], 0.0);
-    const int tiNode = static_cast<int>(maps[2].var[node]);
+    EXPECT_EQ(maps[0]->var[node], static_cast<double>(k));
+    EXPECT_GE(maps[1]->var[node], 0.0);
+    EXPECT_EQ(maps[3]->var[node], 0.0);
+    const int tiNode = static_cast<int>(maps[2]->var[node]);
     ASSERT_GE(tiNode, 0);
     ASSERT_LT(tiNode, ti_.nxyzv);
   }
-  for (nuvo_image &m : maps) NUVOFreeImage(&m);
 }
 
 TEST_F(ChannelRealization, WarnsOnceWhenDataEventsOutgrowTheTrainingImage) {
-  nuvo_image small;
-  NUVOInitImage(&small);
-  ASSERT_EQ(NUVOGenerateChannelImage(&small, 6, 6, 1, 0.3, 2.0, 1), 0);
-  setup_.ti = {&small};
-  const double fraction[] = {0.5};
-  setup_.initial.maxScan = nuvo::maxScanTable(setup_, fraction);
+  nuvo::test::EmptyImage small;
+  ASSERT_EQ(NUVOGenerateChannelImage(&small.image, 6, 6, 1, 0.3, 2.0, 1), 0);
+  setup_.ti = {&small.image};
+  scanHalf();
   nuvo::test::WarningList log;
   const std::vector<int> path = randomPath(4);
   ASSERT_EQ(nuvo::simulateRealization(setup_, &sim_, toSimulate_, path, 4, {}, nullptr, &log.pm,
@@ -131,7 +105,6 @@ TEST_F(ChannelRealization, WarnsOnceWhenDataEventsOutgrowTheTrainingImage) {
             0);
   EXPECT_EQ(log.seen, std::vector<int>{38});
   for (int i = 0; i < sim_.nxyzv; ++i) ASSERT_TRUE(sim_.var[i] == 0.0 || sim_.var[i] == 1.0);
-  NUVOFreeImage(&small);
 }
 
 }  // namespace
