@@ -62,31 +62,20 @@ TEST(OmpOperators, DistanceMapAndGuidedPathsMatchSerial) {
     EXPECT_EQ(run(path.data(), &ctx), 0);
     return path;
   };
-  for (const auto &forms : nearest) {
-    const auto serialPath = forms.first;
-    const auto threadedPath = forms.second;
+  // A path on 3 threads against its serial twin; `power` for the summed forms.
+  const auto compare = [&](auto serialPath, auto threadedPath, auto... power) {
     const auto reference = order([&](int *p, nuvo_randContext *ctx) {
-      return serialPath(n, p, f.data(), kNx, kNy, kNz, kNvar, 1.0, 2.0, 0.5, 0.6, ctx);
+      return serialPath(n, p, f.data(), kNx, kNy, kNz, kNvar, 1.0, 2.0, 0.5, 0.6, power..., ctx);
     });
     EXPECT_NE(reference, entries);
     EXPECT_EQ(order([&](int *p, nuvo_randContext *ctx) {
-                return threadedPath(n, p, f.data(), kNx, kNy, kNz, kNvar, 1.0, 2.0, 0.5, 0.6, ctx,
-                                    3);
+                return threadedPath(n, p, f.data(), kNx, kNy, kNz, kNvar, 1.0, 2.0, 0.5, 0.6,
+                                    power..., ctx, 3);
               }),
               reference);
-  }
-  for (const auto &forms : summed) {
-    const auto serialPath = forms.first;
-    const auto threadedPath = forms.second;
-    const auto reference = order([&](int *p, nuvo_randContext *ctx) {
-      return serialPath(n, p, f.data(), kNx, kNy, kNz, kNvar, 1.0, 2.0, 0.5, 0.6, 1.5, ctx);
-    });
-    EXPECT_EQ(order([&](int *p, nuvo_randContext *ctx) {
-                return threadedPath(n, p, f.data(), kNx, kNy, kNz, kNvar, 1.0, 2.0, 0.5, 0.6, 1.5,
-                                    ctx, 3);
-              }),
-              reference);
-  }
+  };
+  for (const auto &[serialPath, threadedPath] : nearest) compare(serialPath, threadedPath);
+  for (const auto &[serialPath, threadedPath] : summed) compare(serialPath, threadedPath, 1.5);
 }
 
 TEST(OmpOperators, PyramidReduceAndExpandMatchSerial) {
