@@ -7,6 +7,7 @@
 #include "constraints/block_constraint.hpp"
 #include "nuvo_blockdata.h"
 #include "tests/constraints/test_files.hpp"
+#include "tests/support/verdict.hpp"
 
 namespace {
 
@@ -39,11 +40,7 @@ class BlockDataTest : public ::testing::Test {
     NUVOFreeBlockData(&bd_);
     return NUVOReadBlockData(&bd_, TempStream(text).get());
   }
-  int validate() {
-    int error = 1;
-    EXPECT_EQ(NUVOValidateBlockData(&bd_, nullptr, nullptr, &error), 0);
-    return error;
-  }
+  int validate() { return nuvo_test::verdictOf(NUVOValidateBlockData, &bd_, nullptr, nullptr); }
   void makeTwoBlocks() {
     ASSERT_EQ(readFile(kTwoBlocks), 0);
     bd_.blockDataUsage = NUVO_BLOCK_DATA_MEAN;

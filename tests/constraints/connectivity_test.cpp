@@ -5,6 +5,7 @@
 
 #include "nuvo_connectivity.h"
 #include "tests/constraints/test_files.hpp"
+#include "tests/support/verdict.hpp"
 
 namespace {
 
@@ -37,11 +38,7 @@ class ConnectivityTest : public ::testing::Test {
     NUVOFreeConnectivity(&c_);
     return NUVOConnectivityASCIIToConnectivity(&ascii_, &c_);
   }
-  int validate() {
-    int error = 1;
-    EXPECT_EQ(NUVOValidateConnectivity(&c_, &error), 0);
-    return error;
-  }
+  int validate() { return nuvo_test::verdictOf(NUVOValidateConnectivity, &c_); }
 
   // A valid pattern-of-labels constraint in c_.
   void makePattern() {

@@ -5,6 +5,7 @@
 
 #include "nuvo_softprobability.h"
 #include "tests/constraints/test_files.hpp"
+#include "tests/support/verdict.hpp"
 #include "tests/support/warning_recorder.hpp"
 
 namespace {
@@ -42,9 +43,7 @@ class SoftProbabilityTest : public ::testing::Test {
 
   // Validates sp_, the warnings going to rec_.
   int validate() {
-    int error = 1;
-    EXPECT_EQ(NUVOValidateSoftProbability(&sp_, &rec_.pm, rec_.callback, &error), 0);
-    return error;
+    return nuvo_test::verdictOf(NUVOValidateSoftProbability, &sp_, &rec_.pm, rec_.callback);
   }
 
   // A valid global constraint in sp_, built from kGlobalText.

@@ -5,6 +5,7 @@
 
 #include "nuvo_grid.h"
 #include "tests/data/data_builders.hpp"
+#include "tests/support/verdict.hpp"
 
 namespace {
 
@@ -56,9 +57,7 @@ TEST(GridValidate, ReportsTheFirstFailureInOrder) {
   for (const Case &c : cases) {
     // The origin is free; the stored counts are not looked at.
     const nuvo_grid g{c.nx, c.ny, c.nz, c.sx, c.sy, c.sz, -1e300, 0, 0, 0, 0};
-    int verdict = 12345;
-    EXPECT_EQ(NUVOValidateGrid(&g, &verdict), 0);
-    EXPECT_EQ(verdict, c.verdict) << c.nx << " " << c.sx;
+    EXPECT_EQ(nuvo_test::verdictOf(NUVOValidateGrid, &g), c.verdict) << c.nx << " " << c.sx;
   }
 }
 

@@ -8,6 +8,7 @@
 
 #include "nuvo_image.h"
 #include "tests/data/data_builders.hpp"
+#include "tests/support/verdict.hpp"
 
 namespace {
 
@@ -16,9 +17,7 @@ using nuvo::test::TempStream;
 using nuvo::test::TestImage;
 
 int verdictOf(const nuvo_image &image, int nameSuffixLength = 0) {
-  int verdict = 12345;
-  EXPECT_EQ(NUVOValidateImage(&image, nameSuffixLength, &verdict), 0);
-  return verdict;
+  return nuvo_test::verdictOf(NUVOValidateImage, &image, nameSuffixLength);
 }
 
 // Grid failures come before variable ones; then the count, the names (with the

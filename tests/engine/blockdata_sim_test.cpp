@@ -80,11 +80,6 @@ class BlockDataSimulation : public nuvo_test::ChannelSimulation {
       EXPECT_EQ(out_.outputSimImage->var[r * kN * kN + 30 * kN + 25], d2);
     }
   }
-  int verdict() {
-    int error = 0;
-    EXPECT_EQ(NUVOValidateSimInput(&si_, nullptr, nullptr, &error), 0);
-    return error;
-  }
 };
 
 // Targets above and below the training image's sand share (about 0.28), one

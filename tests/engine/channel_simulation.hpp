@@ -12,6 +12,7 @@
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
 #include "tests/data/data_builders.hpp"
+#include "tests/support/verdict.hpp"
 
 namespace nuvo_test {
 
@@ -41,6 +42,8 @@ class InMemorySimulation : public ::testing::Test {
     NUVOFreeSimOutput(&out_);
     return NUVOSim(&si_, &out_, nullptr, nullptr);
   }
+  // The validation's verdict on the input.
+  int verdict() { return verdictOf(NUVOValidateSimInput, &si_, nullptr, nullptr); }
   // The values of realization r (of the only variable).
   std::vector<double> realization(int r) const {
     const int n = out_.outputSimImage->grid->nxyz;

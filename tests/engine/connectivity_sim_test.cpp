@@ -13,6 +13,7 @@
 #include "tests/constraints/test_files.hpp"
 #include "tests/data/data_builders.hpp"
 #include "tests/support/pyramid_input.hpp"
+#include "tests/support/verdict.hpp"
 #include "tests/support/warning_recorder.hpp"
 
 namespace {
@@ -259,9 +260,7 @@ TEST(ConnectivityLabels, LabelsArePlacedMaskedAndCheckedAgainstTheData) {
 TEST_F(ConnectivitySimulation, InputsTheConstraintCannotServeAreRefused) {
   build(12, 12, 1, 20, 20, 1, {{1, 1, 0, 1.0, 1.0}, {9, 9, 0, 1.0, 1.0}});
   const auto verdict = [this] {
-    int error = 0;
-    EXPECT_EQ(NUVOValidateSimInput(&si_.si, nullptr, nullptr, &error), 0);
-    return error;
+    return nuvo_test::verdictOf(NUVOValidateSimInput, &si_.si, nullptr, nullptr);
   };
   constrain(NUVO_CONNECTIVITY_PATHS_RANDOM_ORDER, CONNECT_FACE);
   EXPECT_EQ(verdict(), 0);

@@ -49,12 +49,6 @@ class ProbabilitySimulation : public nuvo_test::ChannelSimulation {
     EXPECT_EQ(simulate(), 0);
     return sandIn(0, kN);
   }
-
-  int validate() {
-    int error = 0;
-    EXPECT_EQ(NUVOValidateSimInput(&si_, nullptr, nullptr, &error), 0);
-    return error;
-  }
 };
 
 // MAE over two classes is |q - p| of the sand class: the constraint pushes while
@@ -141,7 +135,7 @@ TEST_F(ProbabilitySimulation, RealizationsArePinned) {
 
 TEST_F(ProbabilitySimulation, InconsistentInputsGiveTheirCodes) {
   constrainGlobal(0.45, NUVO_COMPARING_PDF_MAE, 0.05);
-  ASSERT_EQ(validate(), 0);
+  ASSERT_EQ(verdict(), 0);
   const std::vector<std::pair<std::function<void()>, int>> cases = {
       {[&] {
          si_.distanceType[0] = 1;
@@ -164,7 +158,7 @@ TEST_F(ProbabilitySimulation, InconsistentInputsGiveTheirCodes) {
     SetUp();
     constrainGlobal(0.45, NUVO_COMPARING_PDF_MAE, 0.05);
     spoil();
-    EXPECT_EQ(validate(), code);
+    EXPECT_EQ(verdict(), code);
   }
 
   // The local pdf image, node 3 spoiled in turn.
@@ -185,10 +179,10 @@ TEST_F(ProbabilitySimulation, InconsistentInputsGiveTheirCodes) {
     sp.localPdfSupportRadius = nuvo_test::valuesOf<double>({6.0});
     sp.localPdfImage->var[3] = values[0];
     sp.localPdfImage->var[kN * kN + 3] = values[1];
-    EXPECT_EQ(validate(), code);
+    EXPECT_EQ(verdict(), code);
     sp.localPdfImage->grid->nx = kN - 1;
     if (code == 0) {
-      EXPECT_EQ(validate(), -1945);
+      EXPECT_EQ(verdict(), -1945);
     }
   }
 }

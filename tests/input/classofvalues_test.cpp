@@ -5,6 +5,7 @@
 
 #include "nuvo_classofvalues.h"
 #include "tests/support/temp_stream.hpp"
+#include "tests/support/verdict.hpp"
 
 namespace {
 
@@ -21,11 +22,7 @@ class ClassOfValuesTest : public ::testing::Test {
     ASSERT_EQ(NUVOReadClassOfValues(&c_, TempStream(text).get()), 0);
   }
 
-  int validate() {
-    int error = 1;
-    EXPECT_EQ(NUVOValidateClassOfValues(&c_, &error), 0);
-    return error;
-  }
+  int validate() { return nuvo_test::verdictOf(NUVOValidateClassOfValues, &c_); }
 
   nuvo_classOfValues c_;
 };

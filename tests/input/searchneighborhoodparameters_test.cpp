@@ -4,6 +4,7 @@
 
 #include "nuvo_searchneighborhood.h"
 #include "tests/support/temp_stream.hpp"
+#include "tests/support/verdict.hpp"
 
 namespace {
 
@@ -17,9 +18,7 @@ nuvo_searchNeighborhoodParameters initialised() {
 }
 
 int errorOf(const nuvo_searchNeighborhoodParameters &p) {
-  int error = 1;
-  EXPECT_EQ(NUVOValidateSearchNeighborhoodParameters(&p, &error), 0);
-  return error;
+  return nuvo_test::verdictOf(NUVOValidateSearchNeighborhoodParameters, &p);
 }
 
 // The keyword form is read in the parameter-file tests; the bare form of ten

@@ -4,6 +4,7 @@
 
 #include "nuvo_simandpath.h"
 #include "tests/support/temp_stream.hpp"
+#include "tests/support/verdict.hpp"
 
 namespace {
 
@@ -17,11 +18,7 @@ class SimAndPathTest : public ::testing::Test {
     NUVOFreeSimAndPathParameters(&p_);
     return NUVOReadSimAndPathParameters(&p_, TempStream(text).get());
   }
-  int error() {
-    int e = 1;
-    EXPECT_EQ(NUVOValidateSimAndPathParameters(&p_, &e), 0);
-    return e;
-  }
+  int error() { return nuvo_test::verdictOf(NUVOValidateSimAndPathParameters, &p_); }
   nuvo_simAndPathParameters p_;
 };
 

@@ -13,6 +13,7 @@
 #include "tests/constraints/test_files.hpp"
 #include "tests/data/data_builders.hpp"
 #include "tests/support/temp_stream.hpp"
+#include "tests/support/verdict.hpp"
 #include "tests/support/warning_recorder.hpp"
 
 namespace {
@@ -74,9 +75,7 @@ class ValidateSimInputTest : public ::testing::Test {
 
   // Runs the validation, which itself must succeed, and returns its verdict.
   int verdict() {
-    int error = 12345;
-    EXPECT_EQ(NUVOValidateSimInput(&si_, &rec_.pm, Recorder::callback, &error), 0);
-    return error;
+    return nuvo_test::verdictOf(NUVOValidateSimInput, &si_, &rec_.pm, Recorder::callback);
   }
   std::vector<int> warnings() const { return rec_.warnings(); }
 

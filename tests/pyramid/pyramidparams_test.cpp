@@ -5,6 +5,7 @@
 
 #include "nuvo_pyramidparams.h"
 #include "tests/support/temp_stream.hpp"
+#include "tests/support/verdict.hpp"
 
 namespace {
 
@@ -49,9 +50,7 @@ class PyramidGeneralTest : public ::testing::Test {
     ASSERT_EQ(NUVOPyramidGeneralParametersASCIIToPyramidGeneralParameters(&ascii_, &p_), 0);
   }
   int validate() {
-    int error = 1;
-    EXPECT_EQ(NUVOValidatePyramidGeneralParameters(&p_, nullptr, nullptr, &error), 0);
-    return error;
+    return nuvo_test::verdictOf(NUVOValidatePyramidGeneralParameters, &p_, nullptr, nullptr);
   }
 
   nuvo_pyramidGeneralParametersASCII ascii_;
@@ -177,9 +176,7 @@ class PyramidParametersTest : public ::testing::Test {
     return NUVOReadPyramidParameters(&p_, TempStream(text).get());
   }
   int validate() {
-    int error = 1;
-    EXPECT_EQ(NUVOValidatePyramidParameters(&p_, nullptr, nullptr, &error), 0);
-    return error;
+    return nuvo_test::verdictOf(NUVOValidatePyramidParameters, &p_, nullptr, nullptr);
   }
 
   nuvo_pyramidParameters p_;
