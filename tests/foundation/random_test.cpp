@@ -230,19 +230,6 @@ void expectReferenceResult(Shuffle reference, const std::vector<double> &weights
   ASSERT_TRUE(sameState(ctx, referenceCtx));
 }
 
-TEST(RandomizeWeightedListOfInt, AgreesWithTheStepByStepAlgorithm) {
-  nuvo_randContext lists = seededContext(99);
-  for (int trial = 0; trial < 400; ++trial) {
-    SCOPED_TRACE(trial);
-    const int n = 2 + NUVOIntRand(0, 199, &lists);
-    const std::vector<double> weights = randomWeights(n, &lists);
-    std::vector<int> list(n);
-    for (int &v : list) v = NUVOIntRand(0, 1000, &lists);
-    expectReferenceResult(literalWeightedShuffle, weights, list, 1 + trial);
-    if (HasFatalFailure()) return;
-  }
-}
-
 // Integer weights 1 + 2^20 a^d, d the distance of an entry to the nearest of a few
 // sites, as the distance-guided path builds them: the searches cross several levels
 // of partial groups, most of the mass goes early and many draws then fall beyond
@@ -260,11 +247,21 @@ std::vector<double> siteWeights(int n, int seed) {
   return weights;
 }
 
-TEST(RandomizeWeightedListOfInt, AgreesWithTheStepByStepAlgorithmOnALongList) {
-  constexpr int kN = 20011;
-  std::vector<int> list(kN);
+TEST(RandomizeWeightedListOfInt, AgreesWithTheStepByStepAlgorithm) {
+  nuvo_randContext lists = seededContext(99);
+  for (int trial = 0; trial < 400; ++trial) {
+    SCOPED_TRACE(trial);
+    const int n = 2 + NUVOIntRand(0, 199, &lists);
+    const std::vector<double> weights = randomWeights(n, &lists);
+    std::vector<int> list(n);
+    for (int &v : list) v = NUVOIntRand(0, 1000, &lists);
+    expectReferenceResult(literalWeightedShuffle, weights, list, 1 + trial);
+    if (HasFatalFailure()) return;
+  }
+  // A long list of weights as the distance-guided path builds them.
+  std::vector<int> list(20011);
   std::iota(list.begin(), list.end(), 0);
-  expectReferenceResult(literalWeightedShuffle, siteWeights(kN, 7), list, 2027);
+  expectReferenceResult(literalWeightedShuffle, siteWeights(20011, 7), list, 2027);
 }
 
 // The same steps with the cumulative weights in a Fenwick tree: exact with integer
@@ -329,12 +326,9 @@ TEST(RandomizeWeightedListOfInt, TakesUnusableWeightsAsZero) {
   // weight, or with a total that is not a finite number, every draw lies beyond
   // what remains: each step takes the entry currently last.
   const double inf = INFINITY;
-  const std::vector<std::vector<double>> cases{{0.0, 0.0, 0.0, 0.0, 0.0},
-                                               {0.0, -1.0, -2.0, -4.0, -8.0},
-                                               {0.0, 1.0, 2.0, 3.0, NAN},
-                                               {0.0, 1.0, 2.0, 3.0, inf},
-                                               {0.0, 2.0, -1.0, 0.0, 4.0},
-                                               {0.0, NAN, 1.0, inf, -inf}};
+  const std::vector<std::vector<double>> cases{
+      {0.0, 0.0, 0.0, 0.0, 0.0}, {0.0, -1.0, -2.0, -4.0, -8.0}, {0.0, 1.0, 2.0, 3.0, NAN},
+      {0.0, 1.0, 2.0, 3.0, inf}, {0.0, 2.0, -1.0, 0.0, 4.0},    {0.0, NAN, 1.0, inf, -inf}};
   for (std::size_t c = 0; c < cases.size(); ++c) {
     std::vector<double> cum = cases[c];
     std::vector<int> list{0, 1, 2, 3};
