@@ -1,47 +1,42 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "nuvo_synthetic.h"
+#include "tests/data/data_builders.hpp"
 
 namespace {
 
-// Owns an image for the duration of a test.
-struct Image {
-  Image() { NUVOInitImage(&img); }
-  ~Image() { NUVOFreeImage(&img); }
-  double at(int ix, int iy, int iz = 0) const {
-    return img.var[ix + img.grid->nx * iy + img.grid->nxy * iz];
-  }
+// An image owned by the test, with its value at a node and the share of a value.
+struct Image : nuvo::test::EmptyImage {
+  double at(int ix, int iy) const { return image.var[ix + image.grid->nx * iy]; }
   double proportion(double value) const {
-    int n = 0;
-    for (int i = 0; i < img.nxyzv; ++i) n += img.var[i] == value;
-    return static_cast<double>(n) / img.nxyzv;
+    return std::count(image.var, image.var + image.nxyzv, value) / double(image.nxyzv);
   }
-  nuvo_image img;
 };
 
 // The channels' direction is checked through the variogram ranges, in
 // variogram_test.cpp.
 TEST(ChannelImage, ReachesItsProportionAndIsDeterministicBySeed) {
   Image a, b, c;
-  ASSERT_EQ(NUVOGenerateChannelImage(&a.img, 150, 150, 1, 0.28, 8.0, 7), 0);
-  EXPECT_STREQ(a.img.varName[0], "facies");
+  ASSERT_EQ(NUVOGenerateChannelImage(&a.image, 150, 150, 1, 0.28, 8.0, 7), 0);
+  EXPECT_STREQ(a.image.varName[0], "facies");
   EXPECT_NEAR(a.proportion(1.0), 0.28, 0.05);
   EXPECT_NEAR(a.proportion(0.0) + a.proportion(1.0), 1.0, 1e-12);
-  ASSERT_EQ(NUVOGenerateChannelImage(&b.img, 150, 150, 1, 0.28, 8.0, 7), 0);
-  ASSERT_EQ(NUVOGenerateChannelImage(&c.img, 150, 150, 1, 0.28, 8.0, 8), 0);
-  EXPECT_EQ(std::memcmp(a.img.var, b.img.var, sizeof(double) * a.img.nxyzv), 0);
-  EXPECT_NE(std::memcmp(a.img.var, c.img.var, sizeof(double) * a.img.nxyzv), 0);
-  EXPECT_EQ(NUVOGenerateChannelImage(&c.img, 60, 40, 5, 1.0, 6.0, 1), -4301);
-  EXPECT_EQ(NUVOGenerateChannelImage(&c.img, 60, 40, 5, 0.3, 0.5, 1), -4301);
-  EXPECT_EQ(NUVOGenerateChannelImage(&c.img, 0, 40, 5, 0.3, 6.0, 1), -3);
-  EXPECT_EQ(NUVOGenerateChannelImage(&c.img, 100000, 100000, 1, 0.3, 6.0, 1), -3);
+  ASSERT_EQ(NUVOGenerateChannelImage(&b.image, 150, 150, 1, 0.28, 8.0, 7), 0);
+  ASSERT_EQ(NUVOGenerateChannelImage(&c.image, 150, 150, 1, 0.28, 8.0, 8), 0);
+  EXPECT_EQ(std::memcmp(a.image.var, b.image.var, sizeof(double) * a.image.nxyzv), 0);
+  EXPECT_NE(std::memcmp(a.image.var, c.image.var, sizeof(double) * a.image.nxyzv), 0);
+  EXPECT_EQ(NUVOGenerateChannelImage(&c.image, 60, 40, 5, 1.0, 6.0, 1), -4301);
+  EXPECT_EQ(NUVOGenerateChannelImage(&c.image, 60, 40, 5, 0.3, 0.5, 1), -4301);
+  EXPECT_EQ(NUVOGenerateChannelImage(&c.image, 0, 40, 5, 0.3, 6.0, 1), -3);
+  EXPECT_EQ(NUVOGenerateChannelImage(&c.image, 100000, 100000, 1, 0.3, 6.0, 1), -3);
 }
 
 TEST(LensImage, HoldsThreeFaciesNearTheirProportions) {
   Image a;
-  ASSERT_EQ(NUVOGenerateLensImage(&a.img, 80, 60, 20, 3), 0);
+  ASSERT_EQ(NUVOGenerateLensImage(&a.image, 80, 60, 20, 3), 0);
   const double sand = a.proportion(1.0), shale = a.proportion(2.0);
   EXPECT_NEAR(sand + shale + a.proportion(0.0), 1.0, 1e-12);
   EXPECT_GT(sand, 0.1);
@@ -51,7 +46,7 @@ TEST(LensImage, HoldsThreeFaciesNearTheirProportions) {
 
 TEST(ContinuousImage, IsRoughlyStandardAndSmooth) {
   Image a;
-  ASSERT_EQ(NUVOGenerateContinuousImage(&a.img, 120, 120, 1, 6.0, 5), 0);
+  ASSERT_EQ(NUVOGenerateContinuousImage(&a.image, 120, 120, 1, 6.0, 5), 0);
   double sum = 0, sum2 = 0, dsum2 = 0;
   for (int iy = 0; iy < 120; ++iy)
     for (int ix = 0; ix < 120; ++ix) {
@@ -66,16 +61,16 @@ TEST(ContinuousImage, IsRoughlyStandardAndSmooth) {
   EXPECT_GT(var, 0.3);
   // Neighbours one node apart are strongly correlated at a range of 6 nodes.
   EXPECT_LT(dsum2 / (119.0 * 120.0), 0.2 * var);
-  EXPECT_EQ(NUVOGenerateContinuousImage(&a.img, 10, 10, 1, 0.0, 5), -4302);
+  EXPECT_EQ(NUVOGenerateContinuousImage(&a.image, 10, 10, 1, 0.0, 5), -4302);
 }
 
 TEST(SampleImage, TakesDistinctInformedNodesWithTheirValues) {
   Image a;
-  ASSERT_EQ(NUVOGenerateChannelImage(&a.img, 40, 30, 1, 0.3, 4.0, 9), 0);
-  a.img.var[0] = NUVO_MISSING_VALUE;
-  nuvo_pointSet ps;
-  NUVOInitPointSet(&ps);
-  ASSERT_EQ(NUVOSampleImage(&a.img, 50, 4, &ps), 0);
+  ASSERT_EQ(NUVOGenerateChannelImage(&a.image, 40, 30, 1, 0.3, 4.0, 9), 0);
+  a.image.var[0] = NUVO_MISSING_VALUE;
+  nuvo::test::EmptyPointSet points;
+  nuvo_pointSet &ps = points.ps;
+  ASSERT_EQ(NUVOSampleImage(&a.image, 50, 4, &ps), 0);
   ASSERT_EQ(ps.npoint, 50);
   EXPECT_STREQ(ps.varName[0], "facies");
   for (int k = 0; k < ps.npoint; ++k) {
@@ -87,10 +82,9 @@ TEST(SampleImage, TakesDistinctInformedNodesWithTheirValues) {
       EXPECT_LT(ps.y[k - 1] * 40 + ps.x[k - 1], ps.y[k] * 40 + ps.x[k]);
     }
   }
-  ASSERT_EQ(NUVOSampleImage(&a.img, 5000, 4, &ps), 0);
+  ASSERT_EQ(NUVOSampleImage(&a.image, 5000, 4, &ps), 0);
   EXPECT_EQ(ps.npoint, 40 * 30 - 1);
-  EXPECT_EQ(NUVOSampleImage(&a.img, 0, 4, &ps), -3);
-  NUVOFreePointSet(&ps);
+  EXPECT_EQ(NUVOSampleImage(&a.image, 0, 4, &ps), -3);
 }
 
 }  // namespace
