@@ -18,10 +18,10 @@ constexpr int kWarningCategoricalBlocks = 150;
 constexpr int kWarningFarTarget = 160;
 constexpr double kSmallestTolerance = 1e-12;
 // The share of a block's tolerance its running mean is steered into: the rest
-// is left for the last values, which the patterns may force, and for the
-// nodes that post-processing re-simulates.
+// is the block's room, where a deviation costs little (kRoomCost), so the
+// patterns choose where the block corrects its mean.
 constexpr double kAimedShare = 0.5;
-// What using up the rest of the tolerance costs, in units of a pattern's error
+// What using up the whole room costs, in units of a pattern's error
 // (1: a distance twice its threshold). Small enough per value that the patterns
 // still choose where a block takes its corrections (where a body's edge makes
 // either value fit), large enough that the room is not spent while such places
