@@ -8,7 +8,8 @@
 // - the same conditioned on 150 points sampled from the training image;
 // - lenses 3D: a 100 x 100 x 30 grid from a generated 150 x 150 x 40 lens image,
 //   scanning at most 2 % of the training image per node (close matches of a
-//   30-node 3D pattern are rare, and a larger fraction mostly buys full scans).
+//   30-node 3D pattern are rare, and a larger fraction mostly buys full scans);
+//   facies 3D: the same with six facies, the lenses cut by 3D channels.
 //
 // - channels 2D under a probability constraint: the unconditional channel case
 //   with a global target of 45 % of channel nodes (MAE, threshold 0.02), or a
@@ -282,6 +283,23 @@ void BM_Lenses3D(benchmark::State &state) {
   runCase(state, &c);
 }
 BENCHMARK(BM_Lenses3D)->Unit(benchmark::kSecond)->Iterations(1);
+
+// Six facies: the lenses of the lens case cut by the channels of a 3D channel
+// image (lens facies + 3 x channel), simulated as the lens case.
+void BM_Facies3D(benchmark::State &state) {
+  nuvo_image ti, channels;
+  NUVOInitImage(&ti);
+  NUVOInitImage(&channels);
+  NUVOGenerateLensImage(&ti, 150, 150, 40, 1);
+  NUVOGenerateChannelImage(&channels, 150, 150, 40, 0.3, 8.0, 1);
+  for (int k = 0; k < ti.grid->nxyz; ++k) ti.var[k] += 3.0 * channels.var[k];
+  NUVOFreeImage(&channels);
+  Case c;
+  configure(&c, ti, 100, 100, 30, 10.0, 10.0, 4.0, 0.02);
+  NUVOFreeImage(&ti);
+  runCase(state, &c);
+}
+BENCHMARK(BM_Facies3D)->Unit(benchmark::kSecond)->Iterations(1);
 
 // Block data of rectangles {x0, x1, y0, y1, target} read from their file text.
 void setBlocks(nuvo_blockData *bd, const std::vector<std::array<double, 5>> &boxes,

@@ -1,4 +1,4 @@
-// One-byte codes of the categorical training images, and their two-bit form.
+// One-byte codes of the categorical training images, and their packed form.
 #include <algorithm>
 
 #include "engine/packed_event.hpp"
@@ -40,11 +40,12 @@ void codeCategories(RealizationSetup &setup, std::vector<std::vector<double>> ca
         code[i] = codeOf(categories[v], values[i]);
         if (code[i] >= 0) ++count[static_cast<std::size_t>(code[i])];
       }
-      // Two-bit codes pay where the byte codes outgrow the cache: the scan of a 3D
+      // Packed codes pay where the byte codes outgrow the cache: the scan of a 3D
       // image reads rows far apart. A 2D image's rows are near and few.
-      if (ti.grid->nz > 1 && categories[v].size() <= kMaxPackedCategories)
+      const int bits = packedFieldBits(categories[v].size());
+      if (ti.grid->nz > 1 && bits > 0)
         setup.tiPacked[t * setup.nvar + v] =
-            packCodes(std::span(code).first(static_cast<std::size_t>(n)));
+            packCodes(std::span(code).first(static_cast<std::size_t>(n)), bits);
     }
   }
   setup.categories = std::move(categories);

@@ -39,10 +39,10 @@
 // candidate that is not dropped, rare since the scan soon knows a good best
 // error, gets its error from the general kernel itself.
 //
-// On a 3D training image of at most three categories, CodedEvent's prepared
-// event is read on two-bit codes instead (PackedEvent, packed_event.hpp, which
-// says why that is exact): the same nodes, limit and table of errors, in other
-// groups.
+// On a 3D training image of at most 15 categories, CodedEvent's prepared event
+// is read on two-bit (at most three categories) or four-bit codes instead
+// (PackedEvent, packed_event.hpp, which says why that is exact): the same nodes,
+// limit and table of errors, in other groups.
 #pragma once
 
 #include <cstdint>
@@ -200,9 +200,9 @@ class WeightedCodedEvent {
   std::vector<int> level_;  // scratch of prepare
   const VariableEvent *event_ = nullptr;
   VariableKernel kernel_ = nullptr;
-  double unit_ = 0.0;      // a level's share of the largest term
-  double termSum_ = 0.0;   // the sum of every node's term
-  int limit_ = 0;          // the largest sum of levels not yet proven above best
+  double unit_ = 0.0;     // a level's share of the largest term
+  double termSum_ = 0.0;  // the sum of every node's term
+  int limit_ = 0;         // the largest sum of levels not yet proven above best
 };
 
 }  // namespace nuvo

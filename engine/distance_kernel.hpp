@@ -57,8 +57,9 @@ struct VariableEvent {
   // training image (see RealizationSetup::tiCode); null otherwise.
   const std::int8_t *valueCode = nullptr;
   const std::int8_t *tiCode = nullptr;
-  std::span<const int> codeCount;  // the training image's nodes of each code
-  const std::uint8_t *tiPacked = nullptr;  // its two-bit codes (packed_event.hpp), or null
+  std::span<const int> codeCount;          // the training image's nodes of each code
+  const std::uint8_t *tiPacked = nullptr;  // its packed codes (packed_event.hpp), or null
+  int packedBits = 0;                      // their bits per node
 };
 
 // Adds variable v's part to the running error `e` of a candidate at training-image

@@ -8,10 +8,14 @@ namespace nuvo {
 
 namespace {
 
-constexpr std::uint8_t kPackedMissing = 3;
+// A code's field: the missing code is all ones.
+std::uint8_t fieldOf(std::int8_t code, int bits) {
+  return code < 0 ? static_cast<std::uint8_t>((1 << bits) - 1) : static_cast<std::uint8_t>(code);
+}
 
-std::uint8_t fieldOf(std::int8_t code) {
-  return code < 0 ? kPackedMissing : static_cast<std::uint8_t>(code);
+// a / b rounded toward minus infinity (an offset may be negative).
+int floorDivide(int a, int b) {
+  return a >= 0 ? a / b : -((-a + b - 1) / b);
 }
 
 bool foreign(const CodeGroups::Node &node) {
@@ -20,15 +24,17 @@ bool foreign(const CodeGroups::Node &node) {
 
 }  // namespace
 
-std::vector<std::uint8_t> packCodes(std::span<const std::int8_t> codes) {
-  const std::size_t n = codes.size();
-  std::vector<std::uint8_t> packed((n + 3) / 4 + kPackedPadding, 0);
+std::vector<std::uint8_t> packCodes(std::span<const std::int8_t> codes, int bits) {
+  const std::size_t n = codes.size(), perByte = static_cast<std::size_t>(8 / bits);
+  std::vector<std::uint8_t> packed((n + perByte - 1) / perByte + kPackedPadding, 0);
   for (std::size_t i = 0; i < n; ++i)
-    packed[i / 4] = static_cast<std::uint8_t>(packed[i / 4] | fieldOf(codes[i]) << (2 * (i % 4)));
+    packed[i / perByte] = static_cast<std::uint8_t>(
+        packed[i / perByte] | fieldOf(codes[i], bits) << (bits * (i % perByte)));
   return packed;
 }
 
-void PackedEvent::prepare(CodedEvent &coded, const std::uint8_t *packed) {
+template <int Bits>
+void PackedEvent<Bits>::prepare(CodedEvent &coded, const std::uint8_t *packed) {
   coded_ = &coded;
   packed_ = packed;
   const std::span<const CodeGroups::Node> node = coded.groups().nodes();
@@ -54,23 +60,28 @@ void PackedEvent::prepare(CodedEvent &coded, const std::uint8_t *packed) {
   std::stable_sort(built_.begin(), built_.end(),
                    [](const Built &a, const Built &b) { return a.cost > b.cost; });
   ngroup_ = built_.size();
-  group_.assign(4 * ngroup_, {});
-  for (std::size_t phase = 0; phase < 4; ++phase) {
-    phase_[phase] = group_.data() + phase * ngroup_;
+  group_.assign(kPerByte * ngroup_, {});
+  for (int phase = 0; phase < kPerByte; ++phase) {
+    phase_[static_cast<std::size_t>(phase)] =
+        group_.data() + static_cast<std::size_t>(phase) * ngroup_;
     for (std::size_t k = 0; k < ngroup_; ++k) {
       const Built &b = built_[k];
-      Group &g = group_[phase * ngroup_ + k];
-      const int a = static_cast<int>(phase);
-      g.byte = (a + node[static_cast<std::size_t>(b.first)].offset) >> 2;
+      Group &g = group_[static_cast<std::size_t>(phase) * ngroup_ + k];
+      const int a = phase;
+      g.byte = floorDivide(a + node[static_cast<std::size_t>(b.first)].offset, kPerByte);
       for (int i = b.first; i <= b.last; ++i) {
         const CodeGroups::Node &nd = node[static_cast<std::size_t>(i)];
         if (foreign(nd)) continue;
-        const int at = 2 * (a + nd.offset - 4 * g.byte);
-        g.code |= static_cast<std::uint64_t>(fieldOf(static_cast<std::int8_t>(nd.code))) << at;
+        const int at = Bits * (a + nd.offset - kPerByte * g.byte);
+        g.code |= static_cast<std::uint64_t>(fieldOf(static_cast<std::int8_t>(nd.code), Bits))
+                  << at;
         g.low |= std::uint64_t{1} << at;
       }
     }
   }
 }
+
+template class PackedEvent<2>;
+template class PackedEvent<4>;
 
 }  // namespace nuvo

@@ -158,7 +158,8 @@ class RealizationRun {
   std::vector<std::vector<std::int16_t>> categoryClass_;
   DataEvent event_;
   CodedEvent codedEvent_;                   // event_ when of the everyday kind, scanned faster
-  PackedEvent packedEvent_;                 // codedEvent_ on a two-bit image
+  PackedEvent<2> twoBitEvent_;              // codedEvent_ on a two-bit image
+  PackedEvent<4> fourBitEvent_;             // codedEvent_ on a four-bit image
   WeightedCodedEvent weightedEvent_;        // the same with weights
   ConstrainedCodedEvent constrainedEvent_;  // the same under constraint terms
   std::vector<double> weightScratch_;
@@ -378,6 +379,7 @@ void RealizationRun::prepareEvent(int t, const PathSettings &settings) {
       ev.valueCode = g.code.data();
       ev.tiCode = tiCode;
       ev.codeCount = setup_.codeCount[static_cast<std::size_t>(t) * setup_.nvar + v];
+      ev.packedBits = packedFieldBits(setup_.categories[v].size());
     }
     ev.tiPacked = tiCode != nullptr ? setup_.packedCodes(t, v) : nullptr;
     event_.kernel[event_.nvar] = variableKernel(setup_.distanceType[v], uniform,
@@ -476,11 +478,15 @@ void RealizationRun::simulateEntry(int entry, const PathSettings &settings, nuvo
                              : scanTrainingImage(walker, nscan, event, usableCode);
         };
         // The event's variable may be another than the simulated one.
-        const std::uint8_t *packed = event_.event[0].tiPacked;
+        const VariableEvent &ev = event_.event[0];
+        const std::uint8_t *packed = ev.tiPacked;
         if (codedEvent_.prepare(event_, packed == nullptr)) {
-          if (packed != nullptr) {
-            packedEvent_.prepare(codedEvent_, packed);
-            r = scanCoded(packedEvent_);
+          if (packed != nullptr && ev.packedBits == 2) {
+            twoBitEvent_.prepare(codedEvent_, packed);
+            r = scanCoded(twoBitEvent_);
+          } else if (packed != nullptr) {
+            fourBitEvent_.prepare(codedEvent_, packed);
+            r = scanCoded(fourBitEvent_);
           } else {
             r = scanCoded(codedEvent_);
           }

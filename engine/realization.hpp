@@ -96,8 +96,9 @@ struct RealizationSetup {
   std::vector<std::vector<std::int8_t>> tiCode;
   // Beside each tiCode, the number of its nodes holding each code.
   std::vector<std::vector<int>> codeCount;
-  // Beside each tiCode of a 3D training image with at most three categories,
-  // its two-bit image (packed_event.hpp); empty otherwise.
+  // Beside each tiCode of a 3D training image with at most 15 categories, its
+  // packed image, packedFieldBits(categories[v].size()) bits per node
+  // (packed_event.hpp); empty otherwise.
   std::vector<std::vector<std::uint8_t>> tiPacked;
 
   // The codes of variable v in training image t, or null when it is not coded.
@@ -106,7 +107,7 @@ struct RealizationSetup {
     const std::vector<std::int8_t> &c = tiCode[static_cast<std::size_t>(t) * nvar + v];
     return c.empty() ? nullptr : c.data();
   }
-  // The two-bit codes of variable v in training image t, or null.
+  // The packed codes of variable v in training image t, or null.
   const std::uint8_t *packedCodes(int t, int v) const {
     if (tiPacked.empty()) return nullptr;
     const std::vector<std::uint8_t> &c = tiPacked[static_cast<std::size_t>(t) * nvar + v];

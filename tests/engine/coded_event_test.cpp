@@ -15,28 +15,46 @@
 
 namespace {
 
+// The scans of the packed image of `ti`, `bits` per node, and of the byte codes
+// for `event`, compared.
+template <int Bits>
+void expectPackedScanAsCoded(std::span<const std::int8_t> ti, nuvo::CodedEvent &coded,
+                             const nuvo::ScanResult &expected, const auto &scan, int trial) {
+  const std::vector<std::uint8_t> packed = nuvo::packCodes(ti, Bits);
+  nuvo::PackedEvent<Bits> event;
+  event.prepare(coded, packed.data());
+  const nuvo::ScanResult r = scan(event);
+  ASSERT_EQ(expected.tiNode, r.tiNode) << Bits << " bits, trial " << trial;
+  ASSERT_EQ(expected.error, r.error);
+  ASSERT_EQ(expected.iterations, r.iterations);
+}
+
 // Random events (foreign codes, repeated nodes, awkward thresholds) on a random
-// image with missing codes, with uniform or random weights (tiny ones among
-// them), without and with random constraint terms (class penalties, block
-// bands, labels): every scan, partial or not, ends on the
+// image of `ncategory` categories with missing codes, with uniform or random
+// weights (tiny ones among them), without and with random constraint terms
+// (class penalties, block bands, labels): every scan, partial or not, ends on the
 // candidate, with the error and after the iterations of the general event's scan
-// (without terms or weights, on the byte codes and on their two-bit image).
-TEST(CodedEvent, ScansAsTheGeneralEvent) {
+// (without terms or weights, on the byte codes and on their packed images).
+void expectScansAsTheGeneralEvent(int ncategory) {
   std::mt19937 rng(11);
   const auto draw = [&](int n) { return static_cast<int>(rng() % static_cast<unsigned>(n)); };
   const nuvo_grid grid = nuvo::test::makeGrid(24, 20, 3);
   std::vector<std::int8_t> ti(static_cast<std::size_t>(grid.nxyz) + nuvo::kCodePadding, -1);
-  std::vector<int> holders(3, 0);
+  std::vector<int> holders(static_cast<std::size_t>(ncategory), 0);
   for (std::size_t k = 0; k < static_cast<std::size_t>(grid.nxyz); ++k) {
-    ti[k] = static_cast<std::int8_t>(draw(9) < 6 ? 0 : draw(4) - 1);
+    ti[k] = static_cast<std::int8_t>(draw(9) < 6 ? 0 : draw(ncategory + 1) - 1);
     if (ti[k] >= 0) ++holders[static_cast<std::size_t>(ti[k])];
   }
-  const std::vector<std::uint8_t> packed =
-      nuvo::packCodes(std::span(ti).first(static_cast<std::size_t>(grid.nxyz)));
+  const std::span<const std::int8_t> codes =
+      std::span(ti).first(static_cast<std::size_t>(grid.nxyz));
   const auto informed = [&](int node) { return ti[static_cast<std::size_t>(node)] >= 0; };
   // Training values, class and label component of every node.
-  const std::vector<double> category = {0.0, 1.0, 2.0};
-  const std::vector<std::int16_t> categoryClass = {0, 1, 1};
+  std::vector<double> category;
+  std::vector<std::int16_t> categoryClass;
+  for (int c = 0; c < ncategory; ++c) {
+    category.push_back(c);
+    categoryClass.push_back(c == 0 ? 0 : 1);
+  }
   std::vector<double> value(ti.size(), -1.0);
   std::vector<std::int16_t> trainClass(ti.size(), -1);
   std::vector<int> component(ti.size());
@@ -60,7 +78,8 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
       const int dx = draw(17) - 8, dy = draw(7) - 3, dz = draw(2);
       extent.include(dx, dy, dz);
       offset.push_back(dx + grid.nx * dy + grid.nxy * dz);
-      code.push_back(static_cast<std::int8_t>(draw(12) == 0 ? nuvo::kForeignCode : draw(3)));
+      code.push_back(
+          static_cast<std::int8_t>(draw(12) == 0 ? nuvo::kForeignCode : draw(ncategory)));
       weight.push_back(draw(5) == 0 ? 1e-6 * draw(3) : 1.0 / (1 + draw(12)));
       weightSum += weight.back();
     }
@@ -130,45 +149,51 @@ TEST(CodedEvent, ScansAsTheGeneralEvent) {
     ASSERT_EQ(a.error, b.error);
     ASSERT_EQ(a.iterations, b.iterations);
     if (!plain || weighted) continue;
-    nuvo::PackedEvent twoBit;
-    twoBit.prepare(coded, packed.data());
-    const nuvo::ScanResult c = scan(twoBit);
-    ASSERT_EQ(a.tiNode, c.tiNode) << "trial " << trial;
-    ASSERT_EQ(a.error, c.error);
-    ASSERT_EQ(a.iterations, c.iterations);
+    if (ncategory <= 3) expectPackedScanAsCoded<2>(codes, coded, a, scan, trial);
+    expectPackedScanAsCoded<4>(codes, coded, a, scan, trial);
   }
 }
 
-// Simulated one variable at a time, a node whose data event holds only the other
-// variable is scanned on that variable's codes: the two-bit images of a 3D
-// training image must follow the event's variable, not the simulated one, and
-// leave every realization as the byte codes give it.
-TEST(CodedEvent, TwoBitImagesLeaveOneByOneRealizationsUnchanged) {
-  const nuvo::test::TestImage ti(14, 12, 5, {"a", "b"}, [](int x, int y, int z, int v) {
-    return static_cast<double>((x / 3 + y / 2 + z + v) % 3);
-  });
-  nuvo::test::TestImage image(8, 8, 3, {"a", "b"});
-  nuvo_image &sim = image.image;
-  const nuvo_test::BuiltNeighborhood nb(3.0, 3.0, 1.0);
-  ASSERT_EQ(nb.rc, 0);
-  nuvo::RealizationSetup setup = nuvo_test::bareSetup(ti.image, nb.nb, 12, 0.2);
-  nuvo::codeCategories(setup, {{0.0, 1.0, 2.0}, {0.0, 1.0, 2.0}});
-  ASSERT_NE(setup.packedCodes(0, 1), nullptr);
+TEST(CodedEvent, ScansAsTheGeneralEvent) {
+  expectScansAsTheGeneralEvent(3);
+  expectScansAsTheGeneralEvent(12);
+}
 
-  const int n = 2 * sim.grid->nxyz;
-  const std::vector<signed char> toSimulate(static_cast<std::size_t>(n), 1);
-  std::vector<int> path(static_cast<std::size_t>(n));
-  for (int i = 0; i < n; ++i) path[static_cast<std::size_t>(i)] = i * 37 % n;  // 37 and n coprime
-  const auto simulate = [&] {
-    std::fill(sim.var, sim.var + n, NUVO_MISSING_VALUE);
-    EXPECT_EQ(
-        nuvo::simulateRealization(setup, &sim, toSimulate, path, 9, {}, nullptr, nullptr, nullptr),
-        0);
-    return std::vector<double>(sim.var, sim.var + n);
-  };
-  const std::vector<double> packed = simulate();
-  setup.tiPacked.clear();
-  EXPECT_EQ(simulate(), packed);
+// Simulated one variable at a time, a node whose data event holds only the other
+// variable is scanned on that variable's codes: the packed images of a 3D
+// training image (two bits per node for three categories, four for five) must
+// follow the event's variable, not the simulated one, and leave every
+// realization as the byte codes give it.
+TEST(CodedEvent, PackedImagesLeaveOneByOneRealizationsUnchanged) {
+  for (const int ncategory : {3, 5}) {
+    const nuvo::test::TestImage ti(14, 12, 5, {"a", "b"}, [&](int x, int y, int z, int v) {
+      return static_cast<double>((x / 3 + y / 2 + z + v) % ncategory);
+    });
+    nuvo::test::TestImage image(8, 8, 3, {"a", "b"});
+    nuvo_image &sim = image.image;
+    const nuvo_test::BuiltNeighborhood nb(3.0, 3.0, 1.0);
+    ASSERT_EQ(nb.rc, 0);
+    nuvo::RealizationSetup setup = nuvo_test::bareSetup(ti.image, nb.nb, 12, 0.2);
+    std::vector<double> categories;
+    for (int c = 0; c < ncategory; ++c) categories.push_back(c);
+    nuvo::codeCategories(setup, {categories, categories});
+    ASSERT_NE(setup.packedCodes(0, 1), nullptr);
+
+    const int n = 2 * sim.grid->nxyz;
+    const std::vector<signed char> toSimulate(static_cast<std::size_t>(n), 1);
+    std::vector<int> path(static_cast<std::size_t>(n));
+    for (int i = 0; i < n; ++i) path[static_cast<std::size_t>(i)] = i * 37 % n;  // 37, n coprime
+    const auto simulate = [&] {
+      std::fill(sim.var, sim.var + n, NUVO_MISSING_VALUE);
+      EXPECT_EQ(nuvo::simulateRealization(setup, &sim, toSimulate, path, 9, {}, nullptr, nullptr,
+                                          nullptr),
+                0);
+      return std::vector<double>(sim.var, sim.var + n);
+    };
+    const std::vector<double> packed = simulate();
+    setup.tiPacked.clear();
+    EXPECT_EQ(simulate(), packed) << ncategory << " categories";
+  }
 }
 
 }  // namespace
