@@ -67,12 +67,11 @@ void PackedEvent<Bits>::prepare(CodedEvent &coded, const std::uint8_t *packed) {
     for (std::size_t k = 0; k < ngroup_; ++k) {
       const Built &b = built_[k];
       Group &g = group_[static_cast<std::size_t>(phase) * ngroup_ + k];
-      const int a = phase;
-      g.byte = floorDivide(a + node[static_cast<std::size_t>(b.first)].offset, kPerByte);
+      g.byte = floorDivide(phase + node[static_cast<std::size_t>(b.first)].offset, kPerByte);
       for (int i = b.first; i <= b.last; ++i) {
         const CodeGroups::Node &nd = node[static_cast<std::size_t>(i)];
         if (foreign(nd)) continue;
-        const int at = Bits * (a + nd.offset - kPerByte * g.byte);
+        const int at = Bits * (phase + nd.offset - kPerByte * g.byte);
         g.code |= static_cast<std::uint64_t>(fieldOf(static_cast<std::int8_t>(nd.code), Bits))
                   << at;
         g.low |= std::uint64_t{1} << at;

@@ -21,10 +21,10 @@
 //   field's bits into its low bit (shifts by 1, then 2) and masking the low bits
 //   leaves 1 in each differing field and 0 elsewhere. Adding the flags of two
 //   groups gives fields of at most 2; two-bit fields are then folded in pairs
-//   into 4-bit fields of at most 4 (two groups) or 8 (four groups), then bytes
-//   of at most 16, and a multiplication adds up the bytes (at most 128 in the top
-//   byte): an exact count of the mismatches, with no population-count
-//   instruction, which x86-64 lacks by default.
+//   into 4-bit fields (four-bit ones already are), of at most 4 (two groups)
+//   or 8 (four groups), then bytes of at most 16, and a multiplication adds up
+//   the bytes (at most 128 in the top byte): an exact count of the mismatches,
+//   with no population-count instruction, which x86-64 lacks by default.
 // - The groups are ordered as CodedEvent orders its own (most costly first) and
 //   the count is checked against the same limit: after the first four groups,
 //   read without a branch (most candidates end there), then after every two.
