@@ -40,26 +40,21 @@ class CliChecks : public CliRun {
 constexpr const char *kGridLine = "30 30 1  1.0 1.0 1.0";
 constexpr const char *kNoData = "1 ti.gslib\n0\n0\n";
 
-// Values that are not finite are refused with the file, the variable and the
-// place, whether in a training image or a point set.
-TEST_F(CliChecks, NonFiniteValuesAreRefusedNamingTheFile) {
-  std::string ti = fileText(path("case/ti.gslib"));
-  ti.replace(ti.rfind('\n', ti.size() - 2) + 1, std::string::npos, "nan\n");
-  writeFile("case/nan.gslib", ti);
-  writeCase({{"1 ti.gslib", "1 nan.gslib"}});
-  for (const char *command : {"check", "run"})
-    expectRefused(command, 2, "nan.gslib: variable facies, node 1599: value nan is not a finite");
-
-  writeFile("case/points.txt", "2\n4\nx\ny\nz\nfacies\n1.5 2.5 0.5 1\n3.5 4.5 0.5 inf\n");
-  writeCase({{kNoData, "1 ti.gslib\n0\n1 points.txt\n"}});
-  expectRefused("check", 2, "points.txt: variable facies, point 1: value inf is not a finite");
-}
-
 // Settings the library accepts but that give no or a useless result, format
 // strings found bad only when writing, outputs on inputs and grids too large for
 // memory are refused by check and run before anything is loaded or written.
+// Values that are not finite are refused with the file, the variable and the
+// place, whether in a training image or a point set.
 TEST_F(CliChecks, ParametersThatLoseResultsAreRefusedNamingTheField) {
+  std::string ti = fileText(path("case/ti.gslib"));
+  ti.replace(ti.rfind('\n', ti.size() - 2) + 1, std::string::npos, "nan\n");
+  writeFile("case/nan.gslib", ti);
+  writeFile("case/points.txt", "2\n4\nx\ny\nz\nfacies\n1.5 2.5 0.5 1\n3.5 4.5 0.5 inf\n");
   const std::pair<std::pair<std::string, std::string>, std::string> cases[] = {
+      {{"1 ti.gslib", "1 nan.gslib"},
+       "nan.gslib: variable facies, node 1599: value nan is not a finite"},
+      {{kNoData, "1 ti.gslib\n0\n1 points.txt\n"},
+       "points.txt: variable facies, point 1: value inf is not a finite"},
       {{kGridLine, "30 30 1  0.0 1.0 1.0"}, "SIMULATION GRID, simGridSx = 0: the cell size"},
       {{kGridLine, "30 30 1  1.0 -2 1.0"}, "simGridSy = -2: the cell size must be positive"},
       {{"123 1\n1\nEND", "123 1\n0\nEND"}, "NUMBER OF REALIZATION(S), nrealization = 0"},
@@ -71,6 +66,11 @@ TEST_F(CliChecks, ParametersThatLoseResultsAreRefusedNamingTheField) {
       {{kGridLine, "2147483647 1 1  1.0 1.0 1.0"},
        "the simulation needs about 120.3 GB of memory for a 2147483647 x 1 x 1 grid"},
       {{kGridLine, "2147483647 2 1  1.0 1.0 1.0"}, "more than the largest grid (2147483647)"},
+      // What the library refuses names the field and the variable or image.
+      {{"PATH_RANDOM\n0.05", "PATH_RANDOM\n2"},
+       "case/tiny.in: DISTANCE THRESHOLD, variable facies: ERROR 00673"},
+      {{"0 0 0\n0.2\n", "0 0 0\n0\n"},
+       "case/tiny.in: MAXIMAL SCAN FRACTION, training image 0: ERROR 00674"},
   };
   for (const auto &[change, message] : cases) {
     SCOPED_TRACE(message);
@@ -177,16 +177,6 @@ TEST_F(CliChecks, ErrorsNameTheFieldOrTheFileAndTheReason) {
       expectRefused(command, 2,
                     "case/tiny.in: line 15, at \"" + std::string(neighbors) +
                         "\": ERROR 00849: reading error, input ASCII (nneighboringNode)");
-  }
-  const std::pair<std::pair<std::string, std::string>, std::string> invalid[] = {
-      {{"PATH_RANDOM\n0.05", "PATH_RANDOM\n2"},
-       "case/tiny.in: DISTANCE THRESHOLD, variable facies: ERROR 00673"},
-      {{"0 0 0\n0.2\n", "0 0 0\n0\n"},
-       "case/tiny.in: MAXIMAL SCAN FRACTION, training image 0: ERROR 00674"}};
-  for (const auto &[change, message] : invalid) {
-    writeCase({change});
-    expectRefused("check", 2, message);
-    expectRefused("run", 2, message);
   }
   fs::create_directories(path("case/folder.gslib"));
   writeFile("case/empty.gslib", "");

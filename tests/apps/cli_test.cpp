@@ -2,13 +2,10 @@
 // files it writes (read back with the library, pictures decoded with libpng).
 #include <gtest/gtest.h>
 #include <png.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <array>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <sstream>
 #include <string>
@@ -271,6 +268,27 @@ TEST_F(CliRun, RunTakesNamesFromTheParameterFilesFolderAndWritesTheRealization) 
   }
   EXPECT_GT(channel, 0);
   EXPECT_LT(channel, image->nxyzv);
+}
+
+// template writes a parameter file that is complete (check accepts it as it
+// stands, run simulates it) and follows the training image and grid given.
+TEST_F(Cli, TemplateWritesAParameterFileThatRunsAsItStands) {
+  Outcome r = run("template setup/plain.in");
+  ASSERT_EQ(r.status, 0) << r.err;
+  r = run("check setup/plain.in");
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_NE(r.out.find("100 x 100 x 1 grid, 1 variable(s)"), std::string::npos) << r.out;
+  EXPECT_EQ(run("template setup/plain.in").status, 3);  // never replaced unasked
+
+  ASSERT_EQ(run("generate lenses lenses.vtk --nx 30 --ny 20 --nz 4 --seed 2").status, 0);
+  r = run("template setup/lenses.in --ti lenses.vtk --grid 12 10 3");
+  ASSERT_EQ(r.status, 0) << r.err;
+  const std::string text = fileText(path("setup/lenses.in"));
+  EXPECT_NE(text.find("/* DISTANCE TYPE FOR EACH VARIABLE"), std::string::npos);
+  r = run("run setup/lenses.in --quiet --nreal 2");
+  ASSERT_EQ(r.status, 0) << r.err;
+  EXPECT_NE(r.out.find("setup/lenses_real00001.gslib"), std::string::npos) << r.out;
+  EXPECT_EQ(run("template setup/x.txt").status, 1);
 }
 
 }  // namespace

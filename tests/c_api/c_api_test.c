@@ -55,14 +55,7 @@ _Static_assert(OUTPUT_SIM_ONE_FILE_PER_REALIZATION == 3, "output job");
 _Static_assert(NORMALIZING_NORMAL == 2, "normalizing type");
 _Static_assert(RESCALING_MEAN_LENGTH == 2, "rescaling mode");
 _Static_assert(POST_PROCESSING_PARAMETERS_MANUAL == 2, "post-processing parameters");
-_Static_assert(SEARCHNEIGHBORHOOD_RADIUS_TI_RANGE_XYZ == 6 && SEARCHNEIGHBORHOOD_RADIUS_MANUAL == 7,
-               "radius mode");
-_Static_assert(SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_RADIUS_XYZ == 5 &&
-                   SEARCHNEIGHBORHOOD_ANISOTROPY_RATIO_MANUAL == 6,
-               "anisotropy mode");
 _Static_assert(SEARCHNEIGHBORHOOD_ROTATION_ON == 1, "rotation");
-_Static_assert(SIM_VARIABLE_VECTOR == 1, "simulation type");
-_Static_assert(PATH_RANDOM_HD_DISTANCE_SUM_SORT == 4 && PATH_UNILATERAL == 5, "path type");
 
 static int failures = 0;
 
