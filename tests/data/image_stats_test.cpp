@@ -10,6 +10,7 @@
 
 namespace {
 
+using nuvo::test::imageValues;
 using nuvo::test::kMissing;
 using nuvo::test::TestImage;
 
@@ -196,10 +197,9 @@ TEST(ImageTransform, LinearAndExplicit) {
   const double x[] = {0, 1, 3};
   const double y[] = {10, 20, 0};
   ASSERT_EQ(NUVOTransformExplicitImageVar(&t.image, 0, 3, x, y), 0);
-  EXPECT_EQ(std::vector<double>(t.image.var, t.image.var + 7),
-            std::vector<double>({10, 10, 15, 20, 5, kMissing, 0}));
+  EXPECT_EQ(imageValues(t.image), std::vector<double>({10, 10, 15, 20, 5, kMissing, 0}));
   ASSERT_EQ(NUVOTransformLinearImageVar(&t.image, 0, 2.0, 0.5), 0);
-  EXPECT_EQ(std::vector<double>(t.image.var, t.image.var + 7),
+  EXPECT_EQ(imageValues(t.image),
             std::vector<double>({20.5, 20.5, 30.5, 40.5, 10.5, kMissing, 0.5}));
   double one = 1, two = 2;
   EXPECT_EQ(NUVOTransformExplicitImageVar(&t.image, 0, 0, &one, &two), -3);

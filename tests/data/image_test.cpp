@@ -12,6 +12,7 @@
 
 namespace {
 
+using nuvo::test::imageValues;
 using nuvo::test::kMissing;
 using nuvo::test::TempStream;
 using nuvo::test::TestImage;
@@ -116,8 +117,7 @@ TEST(ImageResize, PadsOnTheLowSideAndShiftsTheOrigin) {
   EXPECT_EQ(NUVOCmpGrid(r.image.grid, &grid), 0);
   EXPECT_EQ(r.image.nxyzv, 6);
   EXPECT_STREQ(r.image.varName[0], "a");
-  EXPECT_EQ(std::vector<double>(r.image.var, r.image.var + 6),
-            std::vector<double>({kMissing, 1, 2, kMissing, 3, 4}));
+  EXPECT_EQ(imageValues(r.image), std::vector<double>({kMissing, 1, 2, kMissing, 3, 4}));
 }
 
 TEST(ImageResize, CropsAndAddsNamedMissingVariables) {
@@ -177,8 +177,7 @@ TEST(ImageToImage, MatchesVariablesByExactName) {
   EXPECT_EQ(NUVOImageToImage(&src.image, &dst.image, 1, 0, &nIgnored, &nConflict, 0), 0);
   EXPECT_EQ(nIgnored, 2);
   EXPECT_EQ(nConflict, 0);
-  EXPECT_EQ(std::vector<double>(dst.image.var, dst.image.var + 4),
-            std::vector<double>({9, 9, kMissing, 2}));
+  EXPECT_EQ(imageValues(dst.image), std::vector<double>({9, 9, kMissing, 2}));
 }
 
 TEST(ImageToImage, MergeResolvesConflictsByMode) {
@@ -201,7 +200,7 @@ TEST(ImageToImage, MergeResolvesConflictsByMode) {
     int nIgnored = -1, nConflict = -1;
     EXPECT_EQ(NUVOImageToImage(&src.image, &dst.image, 0, c.mode, &nIgnored, &nConflict, 1), c.rc);
     EXPECT_EQ(nConflict, c.nConflict) << "mode " << c.mode;
-    EXPECT_EQ(std::vector<double>(dst.image.var, dst.image.var + 4), c.result) << "mode " << c.mode;
+    EXPECT_EQ(imageValues(dst.image), c.result) << "mode " << c.mode;
   }
 }
 

@@ -11,6 +11,7 @@
 namespace {
 
 using nuvo::test::FullStream;
+using nuvo::test::imageValues;
 using nuvo::test::kMissing;
 using nuvo::test::makeGrid;
 using nuvo::test::TempStream;
@@ -104,7 +105,7 @@ TEST(PointSetToImage, ResolvesTwoPointsInOneNodeByMode) {
     Counts counts;
     EXPECT_EQ(toImage(p.ps, t.image, c.mode, counts), c.rc);
     EXPECT_EQ(counts.conflict, c.nConflict) << "mode " << c.mode;
-    EXPECT_EQ(std::vector<double>(t.image.var, t.image.var + 3), c.result) << "mode " << c.mode;
+    EXPECT_EQ(imageValues(t.image), c.result) << "mode " << c.mode;
   }
 }
 
@@ -117,7 +118,7 @@ TEST(PointSetToImage, SkipsMissingValuesUnknownVariablesAndOutsidePoints) {
   EXPECT_EQ(c.ignored, 1);
   EXPECT_EQ(c.outside, 1);
   EXPECT_EQ(c.conflict, 0);  // the missing point value on node 0 is no conflict
-  EXPECT_EQ(std::vector<double>(t.image.var, t.image.var + 2), std::vector<double>({8, 4}));
+  EXPECT_EQ(imageValues(t.image), std::vector<double>({8, 4}));
 
   EXPECT_EQ(toImage(p.ps, t.image, 2, c, 0, 1), -160);
   EXPECT_EQ(toImage(p.ps, t.image, 2, c, 1, 0), -161);

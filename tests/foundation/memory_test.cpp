@@ -50,26 +50,21 @@ TEST(Arrays, AreContiguousRowMajorBlocks) {
 
 TEST(Allocations, ReportTheirOwnCodes) {
   int err = 0;
-  EXPECT_EQ(NUVOMalloc(0, 8, &err), nullptr);
-  EXPECT_EQ(err, -3);
-  EXPECT_EQ(NUVOMalloc(4, 0, &err), nullptr);
-  EXPECT_EQ(err, -4);
-  EXPECT_EQ(NUVOMalloc(SIZE_MAX / 2, 4, &err), nullptr);
-  EXPECT_EQ(err, -1);
-  EXPECT_EQ(NUVOMallocArray2D(0, 4, 8, &err), nullptr);
-  EXPECT_EQ(err, -7);
-  EXPECT_EQ(NUVOMallocArray2D(3, 4, 0, &err), nullptr);
-  EXPECT_EQ(err, -8);
-  EXPECT_EQ(NUVOMallocArray3D(3, 0, 4, 8, &err), nullptr);
-  EXPECT_EQ(err, -9);
-  EXPECT_EQ(NUVOMallocArray3D(3, 2, 4, 0, &err), nullptr);
-  EXPECT_EQ(err, -10);
-  EXPECT_EQ(NUVOMallocArray4D(1, 1, 1, 0, 8, &err), nullptr);
-  EXPECT_EQ(err, -11);
-  EXPECT_EQ(NUVOMallocArray4D(1, 1, 1, 1, 0, &err), nullptr);
-  EXPECT_EQ(err, -12);
-  EXPECT_EQ(NUVOMallocArray2D(SIZE_MAX / 4, 8, 8, &err), nullptr);
-  EXPECT_EQ(err, -1);
+  // The code an allocation that must be refused leaves in err.
+  const auto code = [&err](void *p) {
+    EXPECT_EQ(p, nullptr);
+    return err;
+  };
+  EXPECT_EQ(code(NUVOMalloc(0, 8, &err)), -3);
+  EXPECT_EQ(code(NUVOMalloc(4, 0, &err)), -4);
+  EXPECT_EQ(code(NUVOMalloc(SIZE_MAX / 2, 4, &err)), -1);
+  EXPECT_EQ(code(NUVOMallocArray2D(0, 4, 8, &err)), -7);
+  EXPECT_EQ(code(NUVOMallocArray2D(3, 4, 0, &err)), -8);
+  EXPECT_EQ(code(NUVOMallocArray3D(3, 0, 4, 8, &err)), -9);
+  EXPECT_EQ(code(NUVOMallocArray3D(3, 2, 4, 0, &err)), -10);
+  EXPECT_EQ(code(NUVOMallocArray4D(1, 1, 1, 0, 8, &err)), -11);
+  EXPECT_EQ(code(NUVOMallocArray4D(1, 1, 1, 1, 0, &err)), -12);
+  EXPECT_EQ(code(NUVOMallocArray2D(SIZE_MAX / 4, 8, 8, &err)), -1);
 }
 
 }  // namespace
