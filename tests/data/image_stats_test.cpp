@@ -121,22 +121,20 @@ TEST(ImagePdf, PoolsOneVariableOverSeveralImages) {
 
   int nvalue[2], nmissing[2];
   double *value[2], *proportion[2];
+  const auto release = [&] {
+    for (int iv = 0; iv < 2; ++iv) NUVOFree(value[iv]), NUVOFree(proportion[iv]);
+  };
   ASSERT_EQ(NUVOGetNImageVarValuePdf(2, images, nvalue, value, proportion, nmissing), 0);
-  EXPECT_EQ(nvalue[0], 2);
-  EXPECT_EQ(nvalue[1], 1);
+  EXPECT_EQ(std::vector<int>({nvalue[0], nvalue[1]}), std::vector<int>({2, 1}));
   EXPECT_EQ(proportion[1][0], 1.0);
-  for (int iv = 0; iv < 2; ++iv) {
-    NUVOFree(value[iv]);
-    NUVOFree(proportion[iv]);
-  }
+  release();
   // A variable without value gets no arrays.
   TestImage empty(2, 1, 1, {"a", "b"}, {4, 4, kMissing, kMissing});
   ASSERT_EQ(NUVOGetImageVarValuePdf(&empty.image, nvalue, value, proportion, nmissing), 0);
   EXPECT_EQ(std::vector<int>({nvalue[0], nvalue[1], nmissing[1]}), std::vector<int>({1, 0, 2}));
   EXPECT_EQ(value[1], nullptr);
   EXPECT_EQ(proportion[1], nullptr);
-  NUVOFree(value[0]);
-  NUVOFree(proportion[0]);
+  release();
 
   TestImage c(1, 1, 1, {"x"}, {1});
   const nuvo_image *mixed[] = {&a.image, &c.image};

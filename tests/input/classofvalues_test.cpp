@@ -69,6 +69,7 @@ TEST_F(ClassOfValuesTest, OverlapIsRefusedAcrossClassesOnly) {
     EXPECT_EQ(verdictOf(text), -4046) << text;
 }
 
+// The reader refuses 1001 intervals; an in-memory record gets the validation code.
 TEST_F(ClassOfValuesTest, ValidationFollowsItsOrder) {
   read("0");  // no class is read but does not validate
   EXPECT_EQ(validate(), -4041);
@@ -77,11 +78,11 @@ TEST_F(ClassOfValuesTest, ValidationFollowsItsOrder) {
   c_.nclass = 1;
   EXPECT_EQ(validate(), -4047);
 
+  std::vector<double> inf(1001), sup(1001);
   int ninterval[1] = {1};
-  double inf[1] = {1.0};
-  double sup[1] = {0.0};
-  double *infs[1] = {inf};
-  double *sups[1] = {sup};
+  double *infs[1] = {inf.data()};
+  double *sups[1] = {sup.data()};
+  inf[0] = 1.0;
   c_.ninterval = ninterval;
   EXPECT_EQ(validate(), -4048);
   c_.intervalInf = infs;
@@ -90,21 +91,13 @@ TEST_F(ClassOfValuesTest, ValidationFollowsItsOrder) {
   EXPECT_EQ(validate(), -4045);
   ninterval[0] = 0;
   EXPECT_EQ(validate(), -4043);
-  NUVOInitClassOfValues(&c_);  // the arrays above belong to the test
-}
-
-// The reader refuses 1001 intervals; an in-memory record gets the validation code.
-TEST_F(ClassOfValuesTest, AThousandAndOneIntervalsAreTooMany) {
-  std::vector<double> inf(1001), sup(1001);
-  int ninterval[1] = {1001};
-  double *infs[1] = {inf.data()};
-  double *sups[1] = {sup.data()};
-  c_ = nuvo_classOfValues{1, ninterval, infs, sups};
+  inf[0] = 0.0;
+  ninterval[0] = 1001;
   EXPECT_EQ(validate(), -4044);
   ninterval[0] = 1000;
   for (int k = 0; k < 1000; ++k) inf[k] = k, sup[k] = k + 1;
   EXPECT_EQ(validate(), 0);
-  NUVOInitClassOfValues(&c_);
+  NUVOInitClassOfValues(&c_);  // the arrays above belong to the test
 }
 
 TEST_F(ClassOfValuesTest, LinearTransformMapsEveryBound) {
