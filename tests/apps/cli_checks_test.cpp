@@ -15,6 +15,7 @@ namespace {
 
 using nuvo::test::CliRun;
 using nuvo::test::fileText;
+using nuvo::test::holds;
 using nuvo::test::Outcome;
 namespace fs = std::filesystem;
 
@@ -32,7 +33,7 @@ class CliChecks : public CliRun {
   void expectRefused(const char *command, int status, const std::string &message) const {
     const Outcome r = run(std::string(command) + " case/tiny.in");
     EXPECT_EQ(r.status, status) << command << "\n" << r.err;
-    EXPECT_NE(r.err.find(message), std::string::npos) << r.err;
+    EXPECT_TRUE(holds(r.err, message));
     EXPECT_EQ(countOutputs(""), 0);
   }
 };
@@ -82,10 +83,9 @@ TEST_F(CliChecks, ParametersThatLoseResultsAreRefusedNamingTheField) {
   writeCase({{kGridLine, "2000 2000 10  1.0 1.0 1.0"}});
   const Outcome r = run("check case/tiny.in", "ulimit -v 1000000;");
   EXPECT_EQ(r.status, 2);
-  EXPECT_NE(r.err.find("GB of memory for a 2000 x 2000 x 10 grid, more than the address-space "
-                       "limit of the process (1.0 GB)"),
-            std::string::npos)
-      << r.err;
+  EXPECT_TRUE(holds(r.err,
+                    "GB of memory for a 2000 x 2000 x 10 grid, more than the address-space "
+                    "limit of the process (1.0 GB)"));
 #endif
 }
 
@@ -100,15 +100,12 @@ TEST_F(CliChecks, CheckWarnsAboutWhatRunWould) {
   writeFile("case/out/sim.gslib", "");
   const Outcome r = run("check case/tiny.in");
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_NE(r.err.find("SEARCH NEIGHBORHOOD PARAMETERS of facies: radius 0 in every direction"),
-            std::string::npos)
-      << r.err;
-  EXPECT_NE(r.err.find("seedIncrement = 0, so the 2 realizations are identical"), std::string::npos)
-      << r.err;
-  EXPECT_NE(r.err.find("WARNING 00042"), std::string::npos) << r.err;
-  EXPECT_NE(r.err.find("case/out/sim.gslib: warning: the output exists already"), std::string::npos)
-      << r.err;
-  EXPECT_NE(r.out.find("4 warning(s)"), std::string::npos) << r.out;
+  EXPECT_TRUE(
+      holds(r.err, "SEARCH NEIGHBORHOOD PARAMETERS of facies: radius 0 in every direction"));
+  EXPECT_TRUE(holds(r.err, "seedIncrement = 0, so the 2 realizations are identical"));
+  EXPECT_TRUE(holds(r.err, "WARNING 00042"));
+  EXPECT_TRUE(holds(r.err, "case/out/sim.gslib: warning: the output exists already"));
+  EXPECT_TRUE(holds(r.out, "4 warning(s)"));
 }
 
 // An existing output is replaced only with --force; a full disk (here a file size
@@ -119,8 +116,7 @@ TEST_F(CliChecks, OutputsAreStagedAndNeverReplacedUnasked) {
   const std::string first = fileText(path("case/out/sim.gslib"));
   Outcome r = run("run case/tiny.in --quiet");
   EXPECT_EQ(r.status, 3);
-  EXPECT_NE(r.err.find("case/out/sim.gslib: the output exists already; --force"), std::string::npos)
-      << r.err;
+  EXPECT_TRUE(holds(r.err, "case/out/sim.gslib: the output exists already; --force"));
   EXPECT_EQ(fileText(path("case/out/sim.gslib")), first);
   r = run("run case/tiny.in --quiet --force");
   EXPECT_EQ(r.status, 0) << r.err;
@@ -129,14 +125,12 @@ TEST_F(CliChecks, OutputsAreStagedAndNeverReplacedUnasked) {
   fs::create_directories(path("case/out/sim.gslib"));  // a folder where the file should go
   r = run("run case/tiny.in --quiet");
   EXPECT_EQ(r.status, 3);
-  EXPECT_NE(r.err.find("case/out/sim.gslib: the output exists already"), std::string::npos)
-      << r.err;
+  EXPECT_TRUE(holds(r.err, "case/out/sim.gslib: the output exists already"));
 
   fs::remove_all(path("case/out"));
   r = run("run case/tiny.in --quiet", "trap '' XFSZ; ulimit -f 1;");
   EXPECT_EQ(r.status, 3);
-  EXPECT_NE(r.err.find("case/out/sim.gslib: cannot be written (File too large)"), std::string::npos)
-      << r.err;
+  EXPECT_TRUE(holds(r.err, "case/out/sim.gslib: cannot be written (File too large)"));
   EXPECT_EQ(countOutputs(""), 0);
 }
 
@@ -156,7 +150,7 @@ TEST_F(CliChecks, TerminationKeepsCompleteOutputsAndExitsWith143) {
   ASSERT_EQ(std::system(script.c_str()), 0);
   EXPECT_EQ(fileText(path("status.txt")), "143\n");
   const std::string err = fileText(path("err.txt"));
-  EXPECT_NE(err.find("ERROR 01000: aborted job (signal 15)"), std::string::npos) << err;
+  EXPECT_TRUE(holds(err, "ERROR 01000: aborted job (signal 15)"));
   EXPECT_EQ(countOutputs(".nuvosim"), 0);
   const int kept = countOutputs("sim_real");
   EXPECT_GT(kept, 0);
@@ -228,7 +222,7 @@ TEST_F(CliChecks, ImagesOfEveryFormatAreLoaded) {
   writeFile("plain.pgm", "P2\n3 2\n255\n0 1 2\n3 4 5\n");
   const Outcome r = run("info plain.pgm");
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_NE(r.out.find("Number of variables:   1"), std::string::npos) << r.out;
+  EXPECT_TRUE(holds(r.out, "Number of variables:   1"));
 }
 
 }  // namespace

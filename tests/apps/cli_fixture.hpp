@@ -28,6 +28,12 @@ struct Outcome {
 
 using nuvo_test::fileText;
 
+// Whether `text` (a program's output, a file) holds `part`; the failure shows both.
+inline ::testing::AssertionResult holds(const std::string &text, const std::string &part) {
+  if (text.find(part) != std::string::npos) return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << "no \"" << part << "\" in:\n" << text;
+}
+
 // A scratch folder per test, where the program runs and writes its files.
 class Cli : public ::testing::Test {
  protected:

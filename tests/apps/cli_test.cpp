@@ -20,6 +20,7 @@ namespace {
 using nuvo::test::Cli;
 using nuvo::test::CliRun;
 using nuvo::test::fileText;
+using nuvo::test::holds;
 using nuvo::test::Outcome;
 namespace fs = std::filesystem;
 
@@ -72,7 +73,7 @@ TEST_F(Cli, FailuresExitWithTheirStatusAndMessageAndWriteNothing) {
     SCOPED_TRACE(c.arguments);
     const Outcome r = run(c.arguments);
     EXPECT_EQ(r.status, c.status);
-    EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
+    EXPECT_TRUE(holds(r.err, c.message));
   }
   for (const char *name : {"b.gslib", "b.png", "b.pgm", "b.pgm.tmp"})
     EXPECT_FALSE(fs::exists(path(name))) << name;
@@ -84,13 +85,13 @@ TEST_F(Cli, VersionAndHelpWorkEverywhere) {
   EXPECT_EQ(r.out.rfind("NUVO ", 0), 0u) << r.out;
   r = run("--help");
   EXPECT_EQ(r.status, 0);
-  EXPECT_NE(r.out.find("Exit status"), std::string::npos);
+  EXPECT_TRUE(holds(r.out, "Exit status"));
   for (const char *command :
        {"run", "check", "info", "convert", "render", "generate", "generate channels",
         "generate lenses", "generate field", "sample", "analyze"}) {
     r = run(std::string(command) + " --help");
     EXPECT_EQ(r.status, 0) << command;
-    EXPECT_NE(r.out.find(std::string("Usage: nuvosim ") + command), std::string::npos) << r.out;
+    EXPECT_TRUE(holds(r.out, std::string("Usage: nuvosim ") + command));
   }
 }
 
@@ -112,7 +113,7 @@ TEST_F(Cli, ConvertRoundTripsThroughEveryImageFormat) {
 
   const Outcome info = run("info lenses.vtk");
   EXPECT_EQ(info.status, 0);
-  EXPECT_NE(info.out.find("Number of variables:   1"), std::string::npos) << info.out;
+  EXPECT_TRUE(holds(info.out, "Number of variables:   1"));
 }
 
 // The rows of an analysis CSV file: value by "statistic,category,lag" and source.
@@ -137,7 +138,7 @@ TEST_F(Cli, AnalyzeSeesNoDifferenceInTheTrainingImageAndTheLossOfAShuffledCopy) 
   ASSERT_EQ(run("generate channels ti.gslib --nx 60 --ny 50 --width 4 --seed 5").status, 0);
   Outcome r = run("analyze ti.gslib ti.gslib ti.gslib --lags 3 --csv same.csv");
   ASSERT_EQ(r.status, 0) << r.err;
-  EXPECT_NE(r.out.find("categorical (2 categories)"), std::string::npos) << r.out;
+  EXPECT_TRUE(holds(r.out, "categorical (2 categories)"));
   auto rows = readAnalysis(path("same.csv"));
   // Proportions, isolated shares, two axes of variograms and connectivity at three
   // lags, per category.
@@ -173,7 +174,7 @@ TEST_F(Cli, AnalyzeSeesNoDifferenceInTheTrainingImageAndTheLossOfAShuffledCopy) 
   ASSERT_EQ(run("generate field field.gslib --nx 30 --ny 20").status, 0);
   r = run("analyze field.gslib field.gslib --lags 2 --csv field.csv");
   ASSERT_EQ(r.status, 0) << r.err;
-  EXPECT_NE(r.out.find("continuous"), std::string::npos) << r.out;
+  EXPECT_TRUE(holds(r.out, "continuous"));
   rows = readAnalysis(path("field.csv"));
   EXPECT_EQ(rows.size(), 7u + 2 * 2);
   EXPECT_EQ(rows.at("median,,").at("mean"), rows.at("median,,").at("ti"));
@@ -249,14 +250,14 @@ TEST_F(CliRun, RunTakesNamesFromTheParameterFilesFolderAndWritesTheRealization) 
   writeCase({});
   Outcome r = run("check case/tiny.in");
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_NE(r.out.find("case/tiny.in: valid"), std::string::npos) << r.out;
+  EXPECT_TRUE(holds(r.out, "case/tiny.in: valid"));
   EXPECT_FALSE(fs::exists(path("case/out")));
 
   r = run("run case/tiny.in --quiet");
   ASSERT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(r.err, "");
-  EXPECT_NE(r.out.find("1 realization(s)"), std::string::npos) << r.out;
-  EXPECT_NE(r.out.find("case/out/sim.gslib"), std::string::npos) << r.out;
+  EXPECT_TRUE(holds(r.out, "1 realization(s)"));
+  EXPECT_TRUE(holds(r.out, "case/out/sim.gslib"));
   nuvo::test::EmptyImage image;
   readImage("case/out/sim.gslib", NUVO_IMAGE_FORMAT_GSLIB, &image.image);
   ASSERT_EQ(image->nxyzv, 30 * 30);
@@ -277,17 +278,17 @@ TEST_F(Cli, TemplateWritesAParameterFileThatRunsAsItStands) {
   ASSERT_EQ(r.status, 0) << r.err;
   r = run("check setup/plain.in");
   EXPECT_EQ(r.status, 0) << r.err;
-  EXPECT_NE(r.out.find("100 x 100 x 1 grid, 1 variable(s)"), std::string::npos) << r.out;
+  EXPECT_TRUE(holds(r.out, "100 x 100 x 1 grid, 1 variable(s)"));
   EXPECT_EQ(run("template setup/plain.in").status, 3);  // never replaced unasked
 
   ASSERT_EQ(run("generate lenses lenses.vtk --nx 30 --ny 20 --nz 4 --seed 2").status, 0);
   r = run("template setup/lenses.in --ti lenses.vtk --grid 12 10 3");
   ASSERT_EQ(r.status, 0) << r.err;
   const std::string text = fileText(path("setup/lenses.in"));
-  EXPECT_NE(text.find("/* DISTANCE TYPE FOR EACH VARIABLE"), std::string::npos);
+  EXPECT_TRUE(holds(text, "/* DISTANCE TYPE FOR EACH VARIABLE"));
   r = run("run setup/lenses.in --quiet --nreal 2");
   ASSERT_EQ(r.status, 0) << r.err;
-  EXPECT_NE(r.out.find("setup/lenses_real00001.gslib"), std::string::npos) << r.out;
+  EXPECT_TRUE(holds(r.out, "setup/lenses_real00001.gslib"));
   EXPECT_EQ(run("template setup/x.txt").status, 1);
 }
 
