@@ -9,12 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "../input/siminput_builder.hpp"
 #include "nuvo_omp.h"
 #include "nuvo_synthetic.h"
 #include "parallel/omp_warnings.hpp"
 #include "tests/constraints/test_files.hpp"
 #include "tests/data/data_builders.hpp"
+#include "tests/engine/channel_simulation.hpp"
 #include "tests/support/warning_recorder.hpp"
 
 namespace {
@@ -32,14 +32,7 @@ struct Outputs {
 // A valid input on `ti` over an nx x ny x nz grid of missing values, two
 // realizations, every map asked for, post-processing with tolerance 0.
 void build(nuvo_simInput *si, const nuvo_image &ti, int nx, int ny, int nz, double radius) {
-  nuvo_test::buildValidSimInput(si, ti);
-  NUVOFreeImage(si->simImage);
-  require(nuvo_test::makeImage(si->simImage, nx, ny, nz, {ti.varName[0]},
-                               [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
-  nuvo_searchNeighborhoodParameters &p = si->searchNeighborhoodParameters[0];
-  p.rx = p.ry = radius;
-  p.rz = nz > 1 ? radius / 2 : 0.0;
-  si->outputReportFlag = 0;
+  nuvo_test::buildOnGrid(si, ti, nx, ny, nz, radius);
   si->outputPathIndexFlag = si->outputErrorFlag = 1;
   si->outputTiGridNodeIndexFlag = si->outputTiIndexFlag = 1;
   si->nrealization = 2;
