@@ -185,7 +185,6 @@ TEST_F(ConnectivitySimulation, LabelledWellsEndInOneSandBodyIn3D) {
   }
 }
 
-
 // The labels of a row of six nodes from a data image ("facies", "well"), an
 // optional second data image and point set of labels, and a mask.
 struct LabelCase {

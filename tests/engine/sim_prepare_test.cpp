@@ -74,12 +74,14 @@ TEST_F(SimPrepare, WeightsAreUniformWithPowerZeroUnlessConditioningWeighsOtherwi
   factor_[2] = 2.0;
   ASSERT_EQ(NUVOSimPrepareSearchNeighborhood(&in_, flag_.data(), &s_, &ctx_, &pm_), 0);
   // Variable 1 has power 1; variable 2 factor 2, but no datum.
-  EXPECT_EQ(std::vector<int>(s_.weightUnifFlag, s_.weightUnifFlag + 3), (std::vector<int>{1, 0, 1}));
+  EXPECT_EQ(std::vector<int>(s_.weightUnifFlag, s_.weightUnifFlag + 3),
+            (std::vector<int>{1, 0, 1}));
   NUVOFreeSimSearchNeighborhoods(&s_);
 
   flag_[2 * simGrid_.nxyz + 17] = 0;  // one datum of variable 2
   ASSERT_EQ(NUVOSimPrepareSearchNeighborhood(&in_, flag_.data(), &s_, &ctx_, &pm_), 0);
-  EXPECT_EQ(std::vector<int>(s_.weightUnifFlag, s_.weightUnifFlag + 3), (std::vector<int>{1, 0, 0}));
+  EXPECT_EQ(std::vector<int>(s_.weightUnifFlag, s_.weightUnifFlag + 3),
+            (std::vector<int>{1, 0, 0}));
 }
 
 TEST_F(SimPrepare, RefusesNoVariableAndStopsOnRequest) {

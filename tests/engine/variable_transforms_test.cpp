@@ -24,7 +24,8 @@ TEST(NormalizationTable, UniformAndNormalForms) {
   EXPECT_EQ(nuvo::normalizedValues(measure({2.0, 7.0}, {9, 1}), NORMALIZING_UNIFORM),
             (std::vector<double>{0.0, 1.0}));
   // proportions 0.25, 0.5, 0.25: 0, 0.25 + 0.5 * 0.5, 1
-  EXPECT_EQ(nuvo::normalizedValues(three, NORMALIZING_UNIFORM), (std::vector<double>{0.0, 0.5, 1.0}));
+  EXPECT_EQ(nuvo::normalizedValues(three, NORMALIZING_UNIFORM),
+            (std::vector<double>{0.0, 0.5, 1.0}));
   const std::vector<double> y = nuvo::normalizedValues(three, NORMALIZING_NORMAL);
   ASSERT_EQ(y.size(), 3u);
   EXPECT_NEAR(y[0], -1.1503493803760079, 1e-14);  // quantile of 0.125
