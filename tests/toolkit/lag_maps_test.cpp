@@ -14,6 +14,7 @@
 #include "nuvo_synthetic.h"
 #include "nuvo_variogram.h"
 #include "tests/data/data_builders.hpp"
+#include "tests/engine/components.hpp"
 #include "tests/support/random.hpp"
 
 namespace {
@@ -89,35 +90,6 @@ double moments(const std::vector<Pair> &all, bool centred, bool correlate) {
   return va > 1e-12 && vb > 1e-12 ? c / std::sqrt(va * vb) : kMissing;
 }
 
-// Geobody labels by repeated relaxation: every class node takes the smallest
-// label among itself and its neighbours until nothing changes.
-std::vector<int> slowLabels(const nuvo_image &image, int connectivity) {
-  const nuvo_grid &g = *image.grid;
-  const double *v = image.var + g.nxyz;
-  std::vector<int> label(g.nxyz, -1);
-  for (int i = 0; i < g.nxyz; ++i)
-    if (inClass(v[i])) label[i] = i;
-  for (bool changed = true; changed;) {
-    changed = false;
-    for (int i = 0; i < g.nxyz; ++i) {
-      if (label[i] < 0) continue;
-      const int x = i % g.nx, y = i / g.nx % g.ny, z = i / g.nxy;
-      for (int dz = -1; dz <= 1; ++dz)
-        for (int dy = -1; dy <= 1; ++dy)
-          for (int dx = -1; dx <= 1; ++dx) {
-            const int moves = std::abs(dx) + std::abs(dy) + std::abs(dz);
-            const int x2 = x + dx, y2 = y + dy, z2 = z + dz;
-            if (moves > connectivity + 1 || x2 < 0 || x2 >= g.nx || y2 < 0 || y2 >= g.ny ||
-                z2 < 0 || z2 >= g.nz)
-              continue;
-            const int j = x2 + g.nx * (y2 + g.ny * z2);
-            if (label[j] >= 0 && label[j] < label[i]) label[i] = label[j], changed = true;
-          }
-    }
-  }
-  return label;
-}
-
 double share(const std::vector<Pair> &pairs, const std::function<bool(const Pair &)> &whole,
              const std::function<bool(const Pair &)> &part) {
   long long w = 0, p = 0;
@@ -159,7 +131,10 @@ std::vector<Statistic> statistics() {
   for (int k = 0; k < 3; ++k)
     s.push_back({connectivity[k], "_connectivity" + std::to_string(k), true,
                  [k](const nuvo_image &image, const std::vector<Pair> &pairs) {
-                   const std::vector<int> label = slowLabels(image, k);
+                   const nuvo_grid &g = *image.grid;
+                   const double *v = image.var + g.nxyz;
+                   const std::vector<int> label = nuvo_test::components(
+                       g.nx, g.ny, g.nz, k, [v](int i) { return inClass(v[i]); });
                    return share(
                        pairs, [](const Pair &p) { return inClass(p.a) && inClass(p.b); },
                        [&](const Pair &p) { return label[p.i] == label[p.j]; });
