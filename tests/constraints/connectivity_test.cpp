@@ -24,19 +24,7 @@ constexpr char kReferenceImage[] = "3 1 1\n2\nfacies\nporo\n1 0.1\n0 0.2\n1 0.3\
 
 class ConnectivityTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    NUVOInitConnectivityASCII(&ascii_);
-    NUVOInitConnectivity(&c_);
-  }
-  void TearDown() override {
-    NUVOFreeConnectivityASCII(&ascii_);
-    NUVOFreeConnectivity(&c_);
-  }
-
-  int read(const std::string &text) {
-    NUVOFreeConnectivityASCII(&ascii_);
-    return NUVOReadConnectivityASCII(&ascii_, TempStream(text).get());
-  }
+  int read(const std::string &text) { return ascii_.read(NUVOReadConnectivityASCII, text); }
   int convert() {
     NUVOFreeConnectivity(&c_);
     return NUVOConnectivityASCIIToConnectivity(&ascii_, &c_);
@@ -49,8 +37,9 @@ class ConnectivityTest : public ::testing::Test {
     ASSERT_EQ(convert(), 0);
   }
 
-  nuvo_connectivityASCII ascii_;
-  nuvo_connectivity c_;
+  nuvo_test::Owned<nuvo_connectivityASCII, NUVOInitConnectivityASCII, NUVOFreeConnectivityASCII>
+      ascii_;
+  nuvo_test::Owned<nuvo_connectivity, NUVOInitConnectivity, NUVOFreeConnectivity> c_;
 };
 
 TEST_F(ConnectivityTest, PathsFromAReferenceFileKeepTheNamedVariable) {

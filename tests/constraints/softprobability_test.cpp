@@ -31,19 +31,7 @@ constexpr char kGlobalText[] =
 
 class SoftProbabilityTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    NUVOInitSoftProbabilityASCII(&ascii_);
-    NUVOInitSoftProbability(&sp_);
-  }
-  void TearDown() override {
-    NUVOFreeSoftProbabilityASCII(&ascii_);
-    NUVOFreeSoftProbability(&sp_);
-  }
-
-  int read(const std::string &text) {
-    NUVOFreeSoftProbabilityASCII(&ascii_);
-    return NUVOReadSoftProbabilityASCII(&ascii_, TempStream(text).get());
-  }
+  int read(const std::string &text) { return ascii_.read(NUVOReadSoftProbabilityASCII, text); }
 
   // Validates sp_, the warnings going to rec_.
   int validate() {
@@ -69,8 +57,10 @@ class SoftProbabilityTest : public ::testing::Test {
     sp_.constantThreshold = 0.1;
   }
 
-  nuvo_softProbabilityASCII ascii_;
-  nuvo_softProbability sp_;
+  nuvo_test::Owned<nuvo_softProbabilityASCII, NUVOInitSoftProbabilityASCII,
+                   NUVOFreeSoftProbabilityASCII>
+      ascii_;
+  nuvo_test::Owned<nuvo_softProbability, NUVOInitSoftProbability, NUVOFreeSoftProbability> sp_;
   nuvo::test::WarningRecorder rec_;
 };
 
