@@ -8,6 +8,7 @@
 
 #include "manual_neighborhood.hpp"
 #include "nuvo_searchneighborhood.h"
+#include "tests/constraints/test_files.hpp"
 #include "tests/support/temp_stream.hpp"
 
 namespace {
@@ -22,11 +23,7 @@ void setAngles(nuvo_searchNeighborhoodParameters *p, double a1, double a2, doubl
 
 class SearchNeighborhood : public ::testing::Test {
  protected:
-  void SetUp() override {
-    NUVOInitSearchNeighborhood(&sn_);
-    NUVOInitRandContext(&ctx_);
-  }
-  void TearDown() override { NUVOFreeSearchNeighborhood(&sn_); }
+  void SetUp() override { NUVOInitRandContext(&ctx_); }
 
   // Builds into a fresh record, keeping it in sn_.
   int build(const nuvo_searchNeighborhoodParameters &p) {
@@ -41,7 +38,8 @@ class SearchNeighborhood : public ::testing::Test {
     return out;
   }
 
-  nuvo_searchNeighborhood sn_;
+  nuvo_test::Owned<nuvo_searchNeighborhood, NUVOInitSearchNeighborhood, NUVOFreeSearchNeighborhood>
+      sn_;
   nuvo_randContext ctx_;
 };
 
