@@ -129,17 +129,17 @@ TEST(DistanceKernels, MatchTheFormulaAndNeverAbandonABetterCandidate) {
       for (double v : a) m += v / n;
       for (double &v : centred) v -= m;
     }
-    nuvo::VariableEvent ev;
-    ev.count = n;
-    ev.offset = offset.data();
-    ev.value = centred.data();
-    ev.weight = w.data();
-    ev.uniformWeight = 1.0 / n;
     const double t = 0.02 + 0.2 * u();
-    ev.invThreshold = 1.0 / t;
-    ev.power = 3.0;
-    ev.invPower = 1.0 / 3.0;
-    ev.ti = ti.data();
+    const nuvo::VariableEvent ev{.count = n,
+                                 .offset = offset.data(),
+                                 .value = centred.data(),
+                                 .weight = w.data(),
+                                 .uniformWeight = 1.0 / n,
+                                 .invThreshold = 1.0 / t,
+                                 .power = 3.0,
+                                 .invPower = 1.0 / 3.0,
+                                 .ti = ti.data(),
+                                 .codeCount = {}};
     const nuvo::VariableKernel k = nuvo::variableKernel(type, uniform, relative);
     const double expected = referenceError(type, a, ti, w, t, 3.0, relative);
 

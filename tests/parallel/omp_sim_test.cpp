@@ -266,24 +266,6 @@ TEST(OmpOperators, DistanceMapAndGuidedPathsMatchSerial) {
   }
   EXPECT_EQ(NUVOOMPEuclideanDistanceMap(&grid, f.data(), threaded.data(), 0), -99);
 
-  using Nearest = int (*)(int, int *, const signed char *, int, int, int, int, double, double,
-                          double, double, nuvo_randContext *);
-  using NearestOmp = int (*)(int, int *, const signed char *, int, int, int, int, double, double,
-                             double, double, nuvo_randContext *, int);
-  using Summed = int (*)(int, int *, const signed char *, int, int, int, int, double, double,
-                         double, double, double, nuvo_randContext *);
-  using SummedOmp = int (*)(int, int *, const signed char *, int, int, int, int, double, double,
-                            double, double, double, nuvo_randContext *, int);
-  const std::pair<Nearest, NearestOmp> nearest[] = {
-      {NUVOPathDistancePdfRandom, NUVOOMPPathDistancePdfRandom},
-      {NUVOPathDistanceSortRandom, NUVOOMPPathDistanceSortRandom},
-      {NUVOVectorPathDistancePdfRandom, NUVOOMPVectorPathDistancePdfRandom},
-      {NUVOVectorPathDistanceSortRandom, NUVOOMPVectorPathDistanceSortRandom}};
-  const std::pair<Summed, SummedOmp> summed[] = {
-      {NUVOPathDistanceSumPdfRandom, NUVOOMPPathDistanceSumPdfRandom},
-      {NUVOPathDistanceSumSortRandom, NUVOOMPPathDistanceSumSortRandom},
-      {NUVOVectorPathDistanceSumPdfRandom, NUVOOMPVectorPathDistanceSumPdfRandom},
-      {NUVOVectorPathDistanceSumSortRandom, NUVOOMPVectorPathDistanceSumSortRandom}};
   std::vector<int> entries;
   for (int e = 0; e < kNxyz; ++e)
     if (f[e] != 0) entries.push_back(e);
@@ -306,8 +288,18 @@ TEST(OmpOperators, DistanceMapAndGuidedPathsMatchSerial) {
               }),
               reference);
   };
-  for (const auto &[serialPath, threadedPath] : nearest) compare(serialPath, threadedPath);
-  for (const auto &[serialPath, threadedPath] : summed) compare(serialPath, threadedPath, 1.5);
+  for (const auto &[serialPath, threadedPath] :
+       {std::pair{&NUVOPathDistancePdfRandom, &NUVOOMPPathDistancePdfRandom},
+        std::pair{&NUVOPathDistanceSortRandom, &NUVOOMPPathDistanceSortRandom},
+        std::pair{&NUVOVectorPathDistancePdfRandom, &NUVOOMPVectorPathDistancePdfRandom},
+        std::pair{&NUVOVectorPathDistanceSortRandom, &NUVOOMPVectorPathDistanceSortRandom}})
+    compare(serialPath, threadedPath);
+  for (const auto &[serialPath, threadedPath] :
+       {std::pair{&NUVOPathDistanceSumPdfRandom, &NUVOOMPPathDistanceSumPdfRandom},
+        std::pair{&NUVOPathDistanceSumSortRandom, &NUVOOMPPathDistanceSumSortRandom},
+        std::pair{&NUVOVectorPathDistanceSumPdfRandom, &NUVOOMPVectorPathDistanceSumPdfRandom},
+        std::pair{&NUVOVectorPathDistanceSumSortRandom, &NUVOOMPVectorPathDistanceSumSortRandom}})
+    compare(serialPath, threadedPath, 1.5);
 }
 
 TEST(OmpOperators, PyramidReduceAndExpandMatchSerial) {
