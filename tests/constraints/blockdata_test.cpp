@@ -25,30 +25,16 @@ constexpr char kTwoBlocks[] =
 
 class BlockDataTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    NUVOInitBlockDataASCII(&ascii_);
-    NUVOInitBlockData(&bd_);
-    NUVOInitBlockData(&back_);
-  }
-  void TearDown() override {
-    NUVOFreeBlockDataASCII(&ascii_);
-    NUVOFreeBlockData(&bd_);
-    NUVOFreeBlockData(&back_);
-  }
-
-  int readFile(const std::string &text) {
-    NUVOFreeBlockData(&bd_);
-    return NUVOReadBlockData(&bd_, TempStream(text).get());
-  }
+  int readFile(const std::string &text) { return bd_.read(NUVOReadBlockData, text); }
   int validate() { return nuvo_test::verdictOf(NUVOValidateBlockData, &bd_, nullptr, nullptr); }
   void makeTwoBlocks() {
     ASSERT_EQ(readFile(kTwoBlocks), 0);
     bd_.blockDataUsage = NUVO_BLOCK_DATA_MEAN;
   }
 
-  nuvo_blockDataASCII ascii_;
-  nuvo_blockData bd_;
-  nuvo_blockData back_;
+  using BlockData = nuvo_test::Owned<nuvo_blockData, NUVOInitBlockData, NUVOFreeBlockData>;
+  nuvo_test::Owned<nuvo_blockDataASCII, NUVOInitBlockDataASCII, NUVOFreeBlockDataASCII> ascii_;
+  BlockData bd_, back_;
 };
 
 // The print shows every value of the blocks but their node indices.

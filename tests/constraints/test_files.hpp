@@ -1,6 +1,7 @@
-// Records for the constraint tests, allocated the way the constraint records own
-// theirs (they release them with free): classes read from text, names in buffers
-// and images from literal values. Files named in the records go to a TempFolder.
+// Records for the constraint tests: records freed at the end of the scope, and
+// what they hold allocated the way the constraint records own theirs (they
+// release them with free): classes read from text, names in buffers and images
+// from literal values. Files named in the records go to a TempFolder.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,6 +16,24 @@
 #include "tests/support/temp_stream.hpp"
 
 namespace nuvo_test {
+
+// A record initialised with Init and freed with Free at the end of the scope,
+// standing for the record wherever a pointer to one is taken.
+template <typename T, void (*Init)(T *), void (*Free)(T *)>
+struct Owned : T {
+  Owned() : T{} { Init(this); }
+  ~Owned() { Free(this); }
+  Owned(const Owned &) = delete;
+  Owned &operator=(const Owned &) = delete;
+  // Frees the record, then fills it with reader(record, stream of text); the
+  // reader's code.
+  template <typename Reader>
+  int read(Reader reader, const std::string &text) {
+    Free(this);
+    Init(this);
+    return reader(this, nuvo::test::TempStream(text).get());
+  }
+};
 
 inline nuvo_classOfValues *newClasses(const std::string &text) {
   auto *c = initialisedRecords<nuvo_classOfValues>(1, NUVOInitClassOfValues);

@@ -82,19 +82,17 @@ class BlockDataSimulation : public nuvo_test::ChannelSimulation {
   }
 };
 
-// Targets above and below the training image's sand share (about 0.28), one
-// block holding a sand datum, blocks of different sizes and one overlapping
-// another.
-TEST_F(BlockDataSimulation, CategoricalBlockMeansEndWithinTolerance) {
+// Targets above and below the training image's sand share (about 0.28) or the
+// field's mean, one block holding a datum, blocks of different sizes and one
+// overlapping another.
+TEST_F(BlockDataSimulation, CategoricalAndContinuousBlockMeansEndWithinTolerance) {
   expectBlocksReached({{0, 10, 0, 10, 0.6, 0.05},
                        {20, 36, 25, 35, 0.05, 0.03},
                        {30, 40, 0, 12, 0.45, 0.05},
                        {5, 25, 15, 20, 0.15, 0.05},
                        {0, 40, 36, 40, 0.5, 0.05}},
                       1.0, 0.0);
-}
-
-TEST_F(BlockDataSimulation, ContinuousBlockMeansEndWithinTolerance) {
+  SCOPED_TRACE("continuous field");
   useContinuousField();
   expectBlocksReached({{0, 10, 0, 10, 1.2, 0.05},
                        {20, 36, 25, 35, -0.9, 0.05},

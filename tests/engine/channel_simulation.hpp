@@ -1,7 +1,7 @@
-// Fixtures for simulations kept in memory (no output file, no report): a valid
-// input on a generated training image, and channels (sand 1, background 0, about
-// 0.28 of sand in an 80 x 80 training image) on a kN x kN grid with 20 neighbours
-// within 6 nodes.
+// Inputs for simulations on a given grid, and fixtures for simulations kept in
+// memory (no output file, no report): a valid input on a generated training
+// image, and channels (sand 1, background 0, about 0.28 of sand in an 80 x 80
+// training image) on a kN x kN grid with 20 neighbours within 6 nodes.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,6 +15,21 @@
 #include "tests/support/verdict.hpp"
 
 namespace nuvo_test {
+
+// A valid input (see buildValidSimInput) on `ti` over an nx x ny x nz grid of
+// missing values of its first variable, searching within `radius` (half of it
+// along z in 3D), without report.
+inline void buildOnGrid(nuvo_simInput *si, const nuvo_image &ti, int nx, int ny, int nz,
+                        double radius) {
+  buildValidSimInput(si, ti);
+  NUVOFreeImage(si->simImage);
+  require(makeImage(si->simImage, nx, ny, nz, {ti.varName[0]},
+                    [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
+  nuvo_searchNeighborhoodParameters &p = si->searchNeighborhoodParameters[0];
+  p.rx = p.ry = radius;
+  p.rz = nz > 1 ? radius / 2 : 0.0;
+  si->outputReportFlag = 0;
+}
 
 class InMemorySimulation : public ::testing::Test {
  protected:

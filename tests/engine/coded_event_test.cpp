@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <numeric>
 #include <random>
 #include <span>
 #include <vector>
@@ -49,12 +50,10 @@ void expectScansAsTheGeneralEvent(int ncategory) {
       std::span(ti).first(static_cast<std::size_t>(grid.nxyz));
   const auto informed = [&](int node) { return ti[static_cast<std::size_t>(node)] >= 0; };
   // Training values, class and label component of every node.
-  std::vector<double> category;
-  std::vector<std::int16_t> categoryClass;
-  for (int c = 0; c < ncategory; ++c) {
-    category.push_back(c);
-    categoryClass.push_back(c == 0 ? 0 : 1);
-  }
+  std::vector<double> category(static_cast<std::size_t>(ncategory));
+  std::iota(category.begin(), category.end(), 0.0);
+  std::vector<std::int16_t> categoryClass(category.size(), 1);
+  categoryClass[0] = 0;
   std::vector<double> value(ti.size(), -1.0);
   std::vector<std::int16_t> trainClass(ti.size(), -1);
   std::vector<int> component(ti.size());
@@ -174,8 +173,8 @@ TEST(CodedEvent, PackedImagesLeaveOneByOneRealizationsUnchanged) {
     const nuvo_test::BuiltNeighborhood nb(3.0, 3.0, 1.0);
     ASSERT_EQ(nb.rc, 0);
     nuvo::RealizationSetup setup = nuvo_test::bareSetup(ti.image, nb.nb, 12, 0.2);
-    std::vector<double> categories;
-    for (int c = 0; c < ncategory; ++c) categories.push_back(c);
+    std::vector<double> categories(static_cast<std::size_t>(ncategory));
+    std::iota(categories.begin(), categories.end(), 0.0);
     nuvo::codeCategories(setup, {categories, categories});
     ASSERT_NE(setup.packedCodes(0, 1), nullptr);
 

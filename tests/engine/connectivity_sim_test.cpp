@@ -12,6 +12,7 @@
 #include "nuvo_sim.h"
 #include "tests/constraints/test_files.hpp"
 #include "tests/data/data_builders.hpp"
+#include "tests/engine/components.hpp"
 #include "tests/support/pyramid_input.hpp"
 #include "tests/support/verdict.hpp"
 #include "tests/support/warning_recorder.hpp"
@@ -26,40 +27,6 @@ struct Well {
   double facies;
   double label;
 };
-
-// The component of every sand node of a realization (nx x ny x nz), two nodes
-// being neighbours when they differ by at most 1 along each axis in at most
-// type + 1 axes; -1 off sand.
-std::vector<int> sandComponents(const double *v, int nx, int ny, int nz, int type) {
-  const int nxyz = nx * ny * nz;
-  std::vector<int> comp(nxyz, -1);
-  int next = 0;
-  for (int seed = 0; seed < nxyz; ++seed) {
-    if (v[seed] != 1.0 || comp[seed] >= 0) continue;
-    std::vector<int> stack{seed};
-    comp[seed] = next;
-    while (!stack.empty()) {
-      const int k = stack.back();
-      stack.pop_back();
-      const int x = k % nx, y = k / nx % ny, z = k / (nx * ny);
-      for (int dz = -1; dz <= 1; ++dz)
-        for (int dy = -1; dy <= 1; ++dy)
-          for (int dx = -1; dx <= 1; ++dx) {
-            const int moved = (dx != 0) + (dy != 0) + (dz != 0);
-            const int xx = x + dx, yy = y + dy, zz = z + dz;
-            if (moved == 0 || moved > type + 1 || xx < 0 || yy < 0 || zz < 0 || xx >= nx ||
-                yy >= ny || zz >= nz)
-              continue;
-            const int n = xx + nx * (yy + ny * zz);
-            if (v[n] != 1.0 || comp[n] >= 0) continue;
-            comp[n] = next;
-            stack.push_back(n);
-          }
-    }
-    ++next;
-  }
-  return comp;
-}
 
 using Warnings = nuvo::test::WarningList;
 
@@ -120,7 +87,8 @@ class ConnectivitySimulation : public ::testing::Test {
     const int nxyz = nx_ * ny_ * nz_;
     for (int r = 0; r < out_.nreal; ++r) {
       const double *v = out_.outputSimImage->var + r * nxyz;
-      const std::vector<int> comp = sandComponents(v, nx_, ny_, nz_, type);
+      const std::vector<int> comp =
+          nuvo_test::components(nx_, ny_, nz_, type, [v](int k) { return v[k] == 1.0; });
       std::vector<int> bodyOfLabel(8, -1);
       for (const Well &w : wells_) {
         const int k = w.x + nx_ * (w.y + ny_ * w.z);
@@ -184,10 +152,6 @@ TEST_F(ConnectivitySimulation, LabelledWellsEndInOneSandBodyIn3D) {
     simulateAndCheck(type);
   }
 }
-
-}  // namespace
-
-namespace {
 
 // The labels of a row of six nodes from a data image ("facies", "well"), an
 // optional second data image and point set of labels, and a mask.

@@ -18,7 +18,7 @@ using nuvo_test::setHomothety;
 using nuvo_test::setRotation;
 
 // The offsets tests below see the inverses at work; here the stored forms.
-TEST(SimTransformValue, StoresInverseRatiosAndRadians) {
+TEST(SimTransformValue, StoresInverseRatiosAndRadiansOrRefuses) {
   double lowerUpper[] = {2.0, 4.0}, fixed[] = {2.0, 2.0};
   ASSERT_EQ(NUVOSimTransformHomothetyValue(2, lowerUpper, fixed, nullptr), 0);
   EXPECT_EQ(lowerUpper[0], 0.25);  // 1/4, then the width 1/2 - 1/4
@@ -29,9 +29,8 @@ TEST(SimTransformValue, StoresInverseRatiosAndRadians) {
   ASSERT_EQ(NUVOSimTransformRotationValue(2, nullptr, range, nullptr), 0);
   EXPECT_DOUBLE_EQ(range[0], -M_PI / 6);
   EXPECT_DOUBLE_EQ(range[1], M_PI / 2);
-}
 
-TEST(SimTransformValue, RefusesWhatWouldNotInvertAndChangesNothing) {
+  // What would not invert is refused, and nothing is changed.
   double ok[] = {2.0}, zero[] = {0.0};
   EXPECT_EQ(NUVOSimTransformHomothetyValue(1, ok, zero, nullptr), -1716);
   EXPECT_EQ(ok[0], 2.0);

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <tuple>
 #include <vector>
 
 #include "engine/pattern_scan.hpp"
 #include "engine/scan_window.hpp"
 #include "nuvo_random.h"
 #include "tests/data/data_builders.hpp"
+#include "tests/support/random.hpp"
 
 namespace {
 
@@ -20,11 +22,7 @@ TEST(ScanWindow, IsTheImageLessTheEventExtent) {
   e.include(3, -1, 0);
   nuvo::ScanWindow w;
   ASSERT_TRUE(nuvo::makeScanWindow(makeGrid(10, 8, 1), e, &w));
-  EXPECT_EQ(w.nx, 10 - 5);
-  EXPECT_EQ(w.ny, 8 - 2);
-  EXPECT_EQ(w.nz, 1);
-  EXPECT_EQ(w.x0, 2);
-  EXPECT_EQ(w.y0, 1);
+  EXPECT_EQ(std::tuple(w.nx, w.ny, w.nz, w.x0, w.y0), std::tuple(10 - 5, 8 - 2, 1, 2, 1));
   e.include(0, 0, 1);
   EXPECT_FALSE(nuvo::makeScanWindow(makeGrid(10, 8, 1), e, &w));
 }
@@ -32,9 +30,7 @@ TEST(ScanWindow, IsTheImageLessTheEventExtent) {
 // A full scan of every box shape visits each candidate exactly once, in the order
 // start + j * stride (mod N), whatever the stride drawn.
 TEST(ScanOrder, FullScansArePermutationsInStrideOrder) {
-  nuvo_randContext ctx;
-  NUVOInitRandContext(&ctx);
-  NUVODoubleRand(3, &ctx);
+  nuvo_randContext ctx = nuvo_test::seededContext(3);
   const int shapes[][3] = {{1, 1, 1}, {2, 1, 1}, {7, 1, 1},  {1, 13, 1},  {6, 5, 1},
                            {9, 1, 4}, {4, 6, 5}, {97, 1, 1}, {30, 30, 1}, {16, 16, 16}};
   for (const auto &s : shapes) {
@@ -69,9 +65,7 @@ TEST(ScanOrder, FullScansArePermutationsInStrideOrder) {
 // partial scan, which strides across the box rather than along one row.
 TEST(ScanOrder, APartialScanStridesAcrossTheBox) {
   nuvo::ScanWindow w{50, 40, 1, 0, 0, 0};
-  nuvo_randContext ctx;
-  NUVOInitRandContext(&ctx);
-  NUVODoubleRand(77, &ctx);
+  nuvo_randContext ctx = nuvo_test::seededContext(77);
   EXPECT_GT(nuvo::drawScanOrder(w, 100, &ctx).stride, 20);
 }
 
@@ -110,9 +104,7 @@ double referenceError(int type, const std::vector<double> &a, const std::vector<
 }
 
 TEST(DistanceKernels, MatchTheFormulaAndNeverAbandonABetterCandidate) {
-  nuvo_randContext ctx;
-  NUVOInitRandContext(&ctx);
-  NUVODoubleRand(5, &ctx);
+  nuvo_randContext ctx = nuvo_test::seededContext(5);
   auto u = [&] { return NUVODoubleRand(0, &ctx); };
   for (int trial = 0; trial < 3000; ++trial) {
     const int type = trial % 5;
@@ -137,17 +129,17 @@ TEST(DistanceKernels, MatchTheFormulaAndNeverAbandonABetterCandidate) {
       for (double v : a) m += v / n;
       for (double &v : centred) v -= m;
     }
-    nuvo::VariableEvent ev;
-    ev.count = n;
-    ev.offset = offset.data();
-    ev.value = centred.data();
-    ev.weight = w.data();
-    ev.uniformWeight = 1.0 / n;
     const double t = 0.02 + 0.2 * u();
-    ev.invThreshold = 1.0 / t;
-    ev.power = 3.0;
-    ev.invPower = 1.0 / 3.0;
-    ev.ti = ti.data();
+    const nuvo::VariableEvent ev{.count = n,
+                                 .offset = offset.data(),
+                                 .value = centred.data(),
+                                 .weight = w.data(),
+                                 .uniformWeight = 1.0 / n,
+                                 .invThreshold = 1.0 / t,
+                                 .power = 3.0,
+                                 .invPower = 1.0 / 3.0,
+                                 .ti = ti.data(),
+                                 .codeCount = {}};
     const nuvo::VariableKernel k = nuvo::variableKernel(type, uniform, relative);
     const double expected = referenceError(type, a, ti, w, t, 3.0, relative);
 

@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <filesystem>
 
-#include "../input/siminput_builder.hpp"
+#include "channel_simulation.hpp"
 #include "nuvo_sim.h"
 #include "nuvo_synthetic.h"
 #include "tests/data/data_builders.hpp"
@@ -21,29 +21,13 @@ namespace fs = std::filesystem;
 using nuvo_test::checksum;
 using nuvo_test::require;
 
-class PinnedRealizations : public ::testing::Test {
+class PinnedRealizations : public nuvo_test::InMemorySimulation {
  protected:
-  void SetUp() override {
-    NUVOInitSimInput(&si_);
-    NUVOInitSimOutput(&out_);
-  }
-  void TearDown() override {
-    NUVOFreeSimOutput(&out_);
-    NUVOFreeSimInput(&si_);
-  }
-
   // The valid input of the builder on `ti`, with an nx x ny x nz simulation grid,
   // written to memory only, two realizations.
   void build(const nuvo_image &ti, int nx, int ny, int nz, double radius, int nneighbor) {
-    nuvo_test::buildValidSimInput(&si_, ti);
-    NUVOFreeImage(si_.simImage);
-    require(nuvo_test::makeImage(si_.simImage, nx, ny, nz, {ti.varName[0]},
-                                 [](int, int, int, int) { return NUVO_MISSING_VALUE; }));
+    nuvo_test::buildOnGrid(&si_, ti, nx, ny, nz, radius);
     si_.outputSimJob = OUTPUT_SIM_NO_FILE;
-    si_.outputReportFlag = 0;
-    nuvo_searchNeighborhoodParameters &p = si_.searchNeighborhoodParameters[0];
-    p.rx = p.ry = radius;
-    p.rz = nz > 1 ? radius / 2 : 0.0;
     si_.nneighboringNode[0] = nneighbor;
     si_.seed = 1234;
     si_.nrealization = 2;
@@ -56,8 +40,8 @@ class PinnedRealizations : public ::testing::Test {
     si_.maxScanFraction[0] = 0.2;
   }
 
-  std::uint64_t simulate() {
-    EXPECT_EQ(NUVOSim(&si_, &out_, nullptr, nullptr), 0);
+  std::uint64_t simulatedChecksum() {
+    EXPECT_EQ(simulate(), 0);
     return out_.outputSimImage != nullptr ? checksum(*out_.outputSimImage) : 0;
   }
 
@@ -70,13 +54,10 @@ class PinnedRealizations : public ::testing::Test {
     si_.outputTiGridNodeIndexFlag = 1;
     si_.outputTiGridNodeIndexFileName = nuvo_test::ownedText((dir / "nuvo_pinned_tinode").c_str());
     si_.distanceThreshold[0] = 0.02;
-    EXPECT_EQ(NUVOSim(&si_, &out_, nullptr, nullptr), 0);
+    EXPECT_EQ(simulate(), 0);
     if (out_.outputErrorImage == nullptr || out_.outputTiGridNodeIndexImage == nullptr) return 0;
     return checksum(*out_.outputErrorImage) ^ checksum(*out_.outputTiGridNodeIndexImage);
   }
-
-  nuvo_simInput si_;
-  nuvo_simOutput out_;
 };
 
 using OwnedImage = nuvo::test::EmptyImage;
@@ -85,7 +66,7 @@ TEST_F(PinnedRealizations, Channels2D) {
   OwnedImage ti;
   require(NUVOGenerateChannelImage(&ti.image, 80, 80, 1, 0.3, 5.0, 2));
   build(ti.image, 50, 50, 1, 8.0, 30);
-  EXPECT_EQ(simulate(), 0x9dea27bc289a3ac5ull);
+  EXPECT_EQ(simulatedChecksum(), 0x9dea27bc289a3ac5ull);
 }
 
 TEST_F(PinnedRealizations, Channels2DConditioned) {
@@ -98,13 +79,13 @@ TEST_F(PinnedRealizations, Channels2DConditioned) {
   nuvo_test::addDataPointSet(&si_, points.ps);
   si_.simAndPathParameters->pathType = PATH_RANDOM_HD_DISTANCE_PDF;
   si_.simAndPathParameters->strength = 0.5;
-  EXPECT_EQ(simulate(), 0x59dbe8ff34e32b05ull);
+  EXPECT_EQ(simulatedChecksum(), 0x59dbe8ff34e32b05ull);
 }
 
 TEST_F(PinnedRealizations, Lenses3D) {
   OwnedImage ti;
   buildLenses(&ti.image);
-  EXPECT_EQ(simulate(), 0x4132a2aada25ae45ull);
+  EXPECT_EQ(simulatedChecksum(), 0x4132a2aada25ae45ull);
 }
 
 // The pattern search's outcome at every node, the error and the training-image
@@ -122,7 +103,7 @@ TEST_F(PinnedRealizations, ContinuousField) {
   si_.distanceType[0] = 2;
   si_.distanceThreshold[0] = 0.05;
   si_.postProcessingDistanceThreshold[0] = 0.05;
-  EXPECT_EQ(simulate(), 0x7eba484d6d7e01d8ull);
+  EXPECT_EQ(simulatedChecksum(), 0x7eba484d6d7e01d8ull);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdio>
 #include <set>
 #include <string>
 #include <tuple>
@@ -9,9 +8,12 @@
 
 #include "manual_neighborhood.hpp"
 #include "nuvo_searchneighborhood.h"
+#include "tests/constraints/test_files.hpp"
+#include "tests/support/temp_stream.hpp"
 
 namespace {
 
+using nuvo::test::printed;
 using nuvo_test::manualNeighborhood;
 
 void setAngles(nuvo_searchNeighborhoodParameters *p, double a1, double a2, double a3) {
@@ -21,11 +23,7 @@ void setAngles(nuvo_searchNeighborhoodParameters *p, double a1, double a2, doubl
 
 class SearchNeighborhood : public ::testing::Test {
  protected:
-  void SetUp() override {
-    NUVOInitSearchNeighborhood(&sn_);
-    NUVOInitRandContext(&ctx_);
-  }
-  void TearDown() override { NUVOFreeSearchNeighborhood(&sn_); }
+  void SetUp() override { NUVOInitRandContext(&ctx_); }
 
   // Builds into a fresh record, keeping it in sn_.
   int build(const nuvo_searchNeighborhoodParameters &p) {
@@ -40,7 +38,8 @@ class SearchNeighborhood : public ::testing::Test {
     return out;
   }
 
-  nuvo_searchNeighborhood sn_;
+  nuvo_test::Owned<nuvo_searchNeighborhood, NUVOInitSearchNeighborhood, NUVOFreeSearchNeighborhood>
+      sn_;
   nuvo_randContext ctx_;
 };
 
@@ -58,8 +57,7 @@ TEST_F(SearchNeighborhood, ZeroRadiiGiveTheCentreAloneAndALineFiveNodesByDistanc
   EXPECT_EQ(std::set<Node>(n.begin() + 3, n.end()), (std::set<Node>{{-2, 0, 0}, {2, 0, 0}}));
   EXPECT_EQ(std::vector<double>(sn_.distance, sn_.distance + 5),
             (std::vector<double>{0.0, 0.5, 0.5, 1.0, 1.0}));
-  EXPECT_EQ(sn_.ixMin, -2);
-  EXPECT_EQ(sn_.ixMax, 2);
+  EXPECT_EQ(std::pair(sn_.ixMin, sn_.ixMax), std::pair(-2, 2));
 }
 
 TEST_F(SearchNeighborhood, KeepsExactlyTheNodesOfTheEllipsoidNearestFirst) {
@@ -131,8 +129,7 @@ TEST_F(SearchNeighborhood, RotationTurnsTheEllipsoidAndKeepsBoundaryNodes) {
   p = manualNeighborhood(5.5, 2.5, 0.0);
   setAngles(&p, 90.0, 0.0, 0.0);
   ASSERT_EQ(build(p), 0);
-  EXPECT_EQ(sn_.ixMax, 2);
-  EXPECT_EQ(sn_.iyMax, 5);
+  EXPECT_EQ(std::pair(sn_.ixMax, sn_.iyMax), std::pair(2, 5));
 
   // A ball of radius 2 has 33 nodes, the six on its surface along the axes included,
   // also when rounding puts them a hair outside after a rotation.
@@ -164,12 +161,7 @@ TEST_F(SearchNeighborhood, RefusesEmptyBoxesAndSizesAndPrints) {
   EXPECT_EQ(NUVOReallocSearchNeighborhood(&sn_, 0), -5);
 
   ASSERT_EQ(build(manualNeighborhood(2.0, 1.0, 0.0)), 0);
-  char buffer[512] = {};
-  FILE *stream = fmemopen(buffer, sizeof buffer, "w");
-  ASSERT_NE(stream, nullptr);
-  EXPECT_EQ(NUVOPrintSearchNeighborhood(&sn_, "# ", stream), 0);
-  std::fclose(stream);
-  EXPECT_EQ(std::string(buffer),
+  EXPECT_EQ(printed([&](FILE *f) { EXPECT_EQ(NUVOPrintSearchNeighborhood(&sn_, "# ", f), 0); }),
             "# size :          7\n# ixMin:         -2\n# iyMin:         -1\n# izMin:          0\n"
             "# ixMax:          2\n# iyMax:          1\n# izMax:          0\n");
 }

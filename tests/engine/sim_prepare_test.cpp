@@ -56,12 +56,10 @@ class SimPrepare : public ::testing::Test {
 TEST_F(SimPrepare, VariablesWithEqualParametersShareOneList) {
   ASSERT_EQ(NUVOSimPrepareSearchNeighborhood(&in_, flag_.data(), &s_, &ctx_, &pm_), 0);
   ASSERT_EQ(s_.nsearchNeighborhood, 2);
-  EXPECT_EQ(s_.searchNeighborhoodIndex[0], 0);
-  EXPECT_EQ(s_.searchNeighborhoodIndex[1], 1);
-  EXPECT_EQ(s_.searchNeighborhoodIndex[2], 0);
+  EXPECT_EQ(std::vector<int>(s_.searchNeighborhoodIndex, s_.searchNeighborhoodIndex + 3),
+            (std::vector<int>{0, 1, 0}));
   const nuvo_searchNeighborhood &a = s_.searchNeighborhood[0], &b = s_.searchNeighborhood[1];
-  EXPECT_EQ(s_.start[0], 0);
-  EXPECT_EQ(s_.start[1], a.size);
+  EXPECT_EQ(std::vector<int>(s_.start, s_.start + 2), (std::vector<int>{0, a.size}));
   EXPECT_EQ(s_.totalSize, a.size + b.size);
   ASSERT_EQ(s_.ntiOffset, 2);
   for (int j = 0; j < b.size; ++j) {
@@ -75,15 +73,15 @@ TEST_F(SimPrepare, VariablesWithEqualParametersShareOneList) {
 TEST_F(SimPrepare, WeightsAreUniformWithPowerZeroUnlessConditioningWeighsOtherwise) {
   factor_[2] = 2.0;
   ASSERT_EQ(NUVOSimPrepareSearchNeighborhood(&in_, flag_.data(), &s_, &ctx_, &pm_), 0);
-  EXPECT_EQ(s_.weightUnifFlag[0], 1);
-  EXPECT_EQ(s_.weightUnifFlag[1], 0);  // power 1
-  EXPECT_EQ(s_.weightUnifFlag[2], 1);  // factor 2, but variable 2 has no datum
+  // Variable 1 has power 1; variable 2 factor 2, but no datum.
+  EXPECT_EQ(std::vector<int>(s_.weightUnifFlag, s_.weightUnifFlag + 3),
+            (std::vector<int>{1, 0, 1}));
   NUVOFreeSimSearchNeighborhoods(&s_);
 
   flag_[2 * simGrid_.nxyz + 17] = 0;  // one datum of variable 2
   ASSERT_EQ(NUVOSimPrepareSearchNeighborhood(&in_, flag_.data(), &s_, &ctx_, &pm_), 0);
-  EXPECT_EQ(s_.weightUnifFlag[0], 1);
-  EXPECT_EQ(s_.weightUnifFlag[2], 0);
+  EXPECT_EQ(std::vector<int>(s_.weightUnifFlag, s_.weightUnifFlag + 3),
+            (std::vector<int>{1, 0, 0}));
 }
 
 TEST_F(SimPrepare, RefusesNoVariableAndStopsOnRequest) {
@@ -110,18 +108,14 @@ TEST_F(SimPrepare, PathTemplateSplitsInformedAndMaskedEntriesFromTheOthers) {
             0);
   EXPECT_EQ(std::vector<int>(path, path + 12),
             (std::vector<int>{0, 1, 4, 7, 10, 11, 9, 8, 6, 5, 3, 2}));
-  EXPECT_EQ(n[0], 5);
-  EXPECT_EQ(n[1], 7);
-  EXPECT_EQ(n[2], 0);
-  EXPECT_EQ(n[3], 0);
+  EXPECT_EQ(std::vector<int>(n, n + 4), (std::vector<int>{5, 7, 0, 0}));
 
   path_.simType = SIM_VARIABLE_VECTOR;
   ASSERT_EQ(
       NUVOSimPrepareSimulationPath(&in_, flag, 12, path, &n[0], &n[1], vectorPath, &n[2], &n[3]),
       0);
   EXPECT_EQ(std::vector<int>(vectorPath, vectorPath + 6), (std::vector<int>{1, 4, 5, 3, 2, 0}));
-  EXPECT_EQ(n[2], 2);
-  EXPECT_EQ(n[3], 4);
+  EXPECT_EQ(std::vector<int>(n + 2, n + 4), (std::vector<int>{2, 4}));
 }
 
 }  // namespace

@@ -17,25 +17,22 @@ nuvo::VariableMeasure measure(std::vector<double> value, std::vector<std::int64_
   return m;
 }
 
-TEST(NormalizationTable, UniformSitsEachValueInsideItsStep) {
+// Uniform: each value sits inside its step; normal: the quantile of each step's
+// midpoint. A single value is 0 in both.
+TEST(NormalizationTable, UniformAndNormalForms) {
+  const nuvo::VariableMeasure three = measure({1.0, 2.0, 3.0}, {1, 2, 1});
   EXPECT_EQ(nuvo::normalizedValues(measure({2.0, 7.0}, {9, 1}), NORMALIZING_UNIFORM),
             (std::vector<double>{0.0, 1.0}));
-  EXPECT_EQ(nuvo::normalizedValues(measure({5.0}, {4}), NORMALIZING_UNIFORM),
-            (std::vector<double>{0.0}));
   // proportions 0.25, 0.5, 0.25: 0, 0.25 + 0.5 * 0.5, 1
-  EXPECT_EQ(nuvo::normalizedValues(measure({1.0, 2.0, 3.0}, {1, 2, 1}), NORMALIZING_UNIFORM),
+  EXPECT_EQ(nuvo::normalizedValues(three, NORMALIZING_UNIFORM),
             (std::vector<double>{0.0, 0.5, 1.0}));
-}
-
-TEST(NormalizationTable, NormalTakesTheQuantileOfEachStepMidpoint) {
-  const std::vector<double> y =
-      nuvo::normalizedValues(measure({1.0, 2.0, 3.0}, {1, 2, 1}), NORMALIZING_NORMAL);
+  const std::vector<double> y = nuvo::normalizedValues(three, NORMALIZING_NORMAL);
   ASSERT_EQ(y.size(), 3u);
   EXPECT_NEAR(y[0], -1.1503493803760079, 1e-14);  // quantile of 0.125
   EXPECT_EQ(y[1], 0.0);
   EXPECT_EQ(y[2], -y[0]);
-  EXPECT_EQ(nuvo::normalizedValues(measure({5.0}, {4}), NORMALIZING_NORMAL),
-            (std::vector<double>{0.0}));
+  for (int type : {NORMALIZING_UNIFORM, NORMALIZING_NORMAL})
+    EXPECT_EQ(nuvo::normalizedValues(measure({5.0}, {4}), type), (std::vector<double>{0.0}));
 }
 
 TEST(NormalQuantile, InvertsTheNormalDistributionAcrossBothRegions) {

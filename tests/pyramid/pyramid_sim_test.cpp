@@ -113,27 +113,24 @@ TEST_F(PyramidSimulation, ModesHonourDataAndCategories) {
 // Three categories in stripes 0 0 0 2 1 1 2 along x: 0 is the most frequent and
 // touches only 2, which touches 1, so the continuous order is 0, 2, 1.
 TEST(PyramidVariables, OrderCategoriesByConnection) {
-  nuvo_image ti, sim, out;
-  for (nuvo_image *i : {&ti, &sim, &out}) NUVOInitImage(i);
   const double stripe[] = {0, 0, 0, 2, 1, 1, 2};
-  nuvo_test::require(nuvo_test::makeImage(&ti, 14, 3, 1, {"facies"},
-                                          [&](int ix, int, int, int) { return stripe[ix % 7]; }));
-  nuvo_test::require(nuvo_test::makeImage(&sim, 3, 1, 1, {"facies"}, [](int ix, int, int, int) {
-    return ix == 2 ? NUVO_MISSING_VALUE : 1.0 + ix;
-  }));
+  const nuvo::test::TestImage ti(14, 3, 1, {"facies"},
+                                 [&](int ix, int, int, int) { return stripe[ix % 7]; });
+  nuvo::test::TestImage simImage(3, 1, 1, {"facies"}, {1.0, 2.0, NUVO_MISSING_VALUE});
+  nuvo_image &sim = simImage.image;
+  nuvo::test::EmptyImage out;
   nuvo_test::OwnedSimInput in(sim, {0});
-  nuvo_test::addTrainImage(&in.si, &ti);
+  nuvo_test::addTrainImage(&in.si, &ti.image);
   in.si.pyramidParameters =
       nuvo_test::initialisedRecords<nuvo_pyramidParameters>(1, NUVOInitPyramidParameters);
   in.si.pyramidParameters[0] = {1, PYRAMID_CATEGORICAL_TO_CONTINUOUS, nullptr};
   nuvo::PyramidVariables vars;
   ASSERT_EQ(vars.prepare(in.si, {in.si.trainImage, 1}), 0);
-  ASSERT_EQ(vars.transform(sim, true, &out), 0);
-  EXPECT_EQ(std::vector<double>(out.var, out.var + 3),
+  ASSERT_EQ(vars.transform(sim, true, &out.image), 0);
+  EXPECT_EQ(nuvo::test::imageValues(out.image),
             (std::vector<double>{1.0, 0.5, NUVO_MISSING_VALUE}));
   sim.var[2] = 5.0;
-  EXPECT_EQ(vars.transform(sim, true, &out), -554);
-  for (nuvo_image *i : {&ti, &sim, &out}) NUVOFreeImage(i);
+  EXPECT_EQ(vars.transform(sim, true, &out.image), -554);
 }
 
 }  // namespace

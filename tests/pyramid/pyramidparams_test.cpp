@@ -4,13 +4,13 @@
 #include <vector>
 
 #include "nuvo_pyramidparams.h"
+#include "tests/constraints/test_files.hpp"
 #include "tests/support/temp_stream.hpp"
 #include "tests/support/verdict.hpp"
 
 namespace {
 
 using nuvo::test::printed;
-using nuvo::test::TempStream;
 
 // Two levels reduced by (2, 2, 1) each, hierarchical, every factor by default.
 constexpr char kTwoLevelsDefault[] =
@@ -28,20 +28,8 @@ std::vector<double> values(const double *array, int n) {
 
 class PyramidGeneralTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    NUVOInitPyramidGeneralParametersASCII(&ascii_);
-    NUVOInitPyramidGeneralParameters(&p_);
-    NUVOInitPyramidGeneralParameters(&copy_);
-  }
-  void TearDown() override {
-    NUVOFreePyramidGeneralParametersASCII(&ascii_);
-    NUVOFreePyramidGeneralParameters(&p_);
-    NUVOFreePyramidGeneralParameters(&copy_);
-  }
-
   int read(const std::string &text) {
-    NUVOFreePyramidGeneralParametersASCII(&ascii_);
-    return NUVOReadPyramidGeneralParametersASCII(&ascii_, TempStream(text).get());
+    return ascii_.read(NUVOReadPyramidGeneralParametersASCII, text);
   }
   // Reads text and converts it into p_; fails the test on any error.
   void resolve(const std::string &text) {
@@ -53,9 +41,13 @@ class PyramidGeneralTest : public ::testing::Test {
     return nuvo_test::verdictOf(NUVOValidatePyramidGeneralParameters, &p_, nullptr, nullptr);
   }
 
-  nuvo_pyramidGeneralParametersASCII ascii_;
-  nuvo_pyramidGeneralParameters p_;
-  nuvo_pyramidGeneralParameters copy_;
+  using Parameters =
+      nuvo_test::Owned<nuvo_pyramidGeneralParameters, NUVOInitPyramidGeneralParameters,
+                       NUVOFreePyramidGeneralParameters>;
+  nuvo_test::Owned<nuvo_pyramidGeneralParametersASCII, NUVOInitPyramidGeneralParametersASCII,
+                   NUVOFreePyramidGeneralParametersASCII>
+      ascii_;
+  Parameters p_, copy_;
 };
 
 TEST_F(PyramidGeneralTest, HierarchicalDefaults) {
@@ -163,24 +155,14 @@ TEST_F(PyramidGeneralTest, RulesInOrder) {
 
 class PyramidParametersTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    NUVOInitPyramidParameters(&p_);
-    NUVOInitPyramidParameters(&copy_);
-  }
-  void TearDown() override {
-    NUVOFreePyramidParameters(&p_);
-    NUVOFreePyramidParameters(&copy_);
-  }
-  int read(const std::string &text) {
-    NUVOFreePyramidParameters(&p_);
-    return NUVOReadPyramidParameters(&p_, TempStream(text).get());
-  }
+  int read(const std::string &text) { return p_.read(NUVOReadPyramidParameters, text); }
   int validate() {
     return nuvo_test::verdictOf(NUVOValidatePyramidParameters, &p_, nullptr, nullptr);
   }
 
-  nuvo_pyramidParameters p_;
-  nuvo_pyramidParameters copy_;
+  using Parameters = nuvo_test::Owned<nuvo_pyramidParameters, NUVOInitPyramidParameters,
+                                      NUVOFreePyramidParameters>;
+  Parameters p_, copy_;
 };
 
 TEST_F(PyramidParametersTest, CustomClassesReadCopyAndPrint) {

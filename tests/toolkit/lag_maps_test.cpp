@@ -1,16 +1,20 @@
 // Every lag-map function against a direct computation from its formula, on small
-// random images with missing values, in 2D and 3D, over odd and negative lags.
+// random images with missing values, in 2D and 3D, over odd and negative lags;
+// the layout of a variogram map, and the approximate variogram ranges.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <functional>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "nuvo_random.h"
+#include "nuvo_synthetic.h"
 #include "nuvo_variogram.h"
 #include "tests/data/data_builders.hpp"
+#include "tests/engine/components.hpp"
 #include "tests/support/random.hpp"
 
 namespace {
@@ -86,35 +90,6 @@ double moments(const std::vector<Pair> &all, bool centred, bool correlate) {
   return va > 1e-12 && vb > 1e-12 ? c / std::sqrt(va * vb) : kMissing;
 }
 
-// Geobody labels by repeated relaxation: every class node takes the smallest
-// label among itself and its neighbours until nothing changes.
-std::vector<int> slowLabels(const nuvo_image &image, int connectivity) {
-  const nuvo_grid &g = *image.grid;
-  const double *v = image.var + g.nxyz;
-  std::vector<int> label(g.nxyz, -1);
-  for (int i = 0; i < g.nxyz; ++i)
-    if (inClass(v[i])) label[i] = i;
-  for (bool changed = true; changed;) {
-    changed = false;
-    for (int i = 0; i < g.nxyz; ++i) {
-      if (label[i] < 0) continue;
-      const int x = i % g.nx, y = i / g.nx % g.ny, z = i / g.nxy;
-      for (int dz = -1; dz <= 1; ++dz)
-        for (int dy = -1; dy <= 1; ++dy)
-          for (int dx = -1; dx <= 1; ++dx) {
-            const int moves = std::abs(dx) + std::abs(dy) + std::abs(dz);
-            const int x2 = x + dx, y2 = y + dy, z2 = z + dz;
-            if (moves > connectivity + 1 || x2 < 0 || x2 >= g.nx || y2 < 0 || y2 >= g.ny ||
-                z2 < 0 || z2 >= g.nz)
-              continue;
-            const int j = x2 + g.nx * (y2 + g.ny * z2);
-            if (label[j] >= 0 && label[j] < label[i]) label[i] = label[j], changed = true;
-          }
-    }
-  }
-  return label;
-}
-
 double share(const std::vector<Pair> &pairs, const std::function<bool(const Pair &)> &whole,
              const std::function<bool(const Pair &)> &part) {
   long long w = 0, p = 0;
@@ -156,7 +131,10 @@ std::vector<Statistic> statistics() {
   for (int k = 0; k < 3; ++k)
     s.push_back({connectivity[k], "_connectivity" + std::to_string(k), true,
                  [k](const nuvo_image &image, const std::vector<Pair> &pairs) {
-                   const std::vector<int> label = slowLabels(image, k);
+                   const nuvo_grid &g = *image.grid;
+                   const double *v = image.var + g.nxyz;
+                   const std::vector<int> label = nuvo_test::components(
+                       g.nx, g.ny, g.nz, k, [v](int i) { return inClass(v[i]); });
                    return share(
                        pairs, [](const Pair &p) { return inClass(p.a) && inClass(p.b); },
                        [&](const Pair &p) { return label[p.i] == label[p.j]; });
@@ -219,16 +197,58 @@ TEST(LagMaps, ConnectivityFollowsTheNeighbourhoodOfTheGeobodies) {
   for (int x = 0; x < 5; ++x) v[x + 6 * 3] = 1.0;
   v[5 + 6 * 2] = 1.0;
   TestImage image(6, 5, 1, {"sand"}, v);
-  Image face, corner;
-  ASSERT_EQ(
-      NUVOImageConnectivityFunction0(&image.image, &face.image, 0, 0, 0, 1, 2, 2, 1, 0, 0, 1, 0),
-      0);
-  ASSERT_EQ(
-      NUVOImageConnectivityFunction2(&image.image, &corner.image, 0, 0, 0, 1, 2, 2, 1, 0, 0, 1, 0),
-      0);
-  // Lag (0, 2): the five sand pairs of rows 1 and 3.
-  EXPECT_EQ(face.image.var[0], 0.0);
-  EXPECT_EQ(corner.image.var[0], 1.0);
+  // Lag (0, 2): the five sand pairs of rows 1 and 3, apart by faces, joined by corners.
+  for (const auto &[function, expected] :
+       {std::pair<LagMap, double>{NUVOImageConnectivityFunction0, 0.0},
+        {NUVOImageConnectivityFunction2, 1.0}}) {
+    Image map;
+    ASSERT_EQ(function(&image.image, &map.image, 0, 0, 0, 1, 2, 2, 1, 0, 0, 1, 0), 0);
+    EXPECT_EQ(map.image.var[0], expected);
+  }
+}
+
+// The refused lags and variables are checked for every lag map above.
+TEST(VariogramMap, LaysOutTheMap) {
+  TestImage a(4, 3, 1, {"v"}, {0, 1, 2, 3, 1, 2, 3, 4, 2, 3, 4, kMissing});
+  Image map;
+  // Lags -3..3 along x, -2..2 along y; a zero step is fine for the single z lag.
+  ASSERT_EQ(NUVOImageVariogram(&a.image, &map.image, 0, -3, 3, 1, -2, 2, 2, 0, 0, 0, 0), 0);
+  const nuvo_grid &g = *map.image.grid;
+  EXPECT_EQ(std::tuple(g.nx, g.ny, g.nz, g.sy, g.ox, g.oy), std::tuple(7, 3, 1, 2.0, -3.5, -3.0));
+  auto at = [&](int hx, int hy) { return map.image.var[(hx + 3) + 7 * ((hy + 2) / 2)]; };
+  EXPECT_EQ(at(0, 0), 0.0);
+  // Along x every informed pair one apart differs by 1.
+  EXPECT_EQ(at(1, 0), 0.5);
+  // Lag 3 pairs only the first and last columns: (0,3) and (1,4); (2,missing) is skipped.
+  EXPECT_EQ(at(3, 0), 0.5 * 9);
+  EXPECT_EQ(at(3, 2), kMissing);  // its only pair, (0, 0) to (3, 2), lacks a value
+  for (int hx = -3; hx <= 3; ++hx)
+    for (int hy : {-2, 0, 2}) EXPECT_EQ(at(hx, hy), at(-hx, -hy));
+}
+
+TEST(VariogramRange, FollowsTheStructureOfTheImageAndNeedsASpread) {
+  Image field;
+  ASSERT_EQ(NUVOGenerateContinuousImage(&field.image, 150, 150, 1, 6.0, 3), 0);
+  double rx, ry, rz;
+  ASSERT_EQ(NUVOComputeVariogramRangeApprox(&field.image, 0, 0, &rx, &ry, &rz), 0);
+  // A Gaussian covariance of scale 6 reaches 95 % of its sill near 2.45 * 6.
+  EXPECT_GT(rx, 7.0);
+  EXPECT_LT(rx, 30.0);
+  EXPECT_GT(ry, 7.0);
+  EXPECT_LT(ry, 30.0);
+  EXPECT_EQ(rz, 0.0);
+
+  Image channels;
+  ASSERT_EQ(NUVOGenerateChannelImage(&channels.image, 120, 120, 1, 0.3, 6.0, 3), 0);
+  ASSERT_EQ(NUVOComputeVariogramRangeApprox(&channels.image, 0, 1, &rx, &ry, &rz), 0);
+  EXPECT_GT(rx, 2.0 * ry);
+  EXPECT_GE(ry, 3.0);
+
+  // A constant variable, or one beyond the image, has no range.
+  TestImage a(3, 1, 1, {"v"}, {2, 2, 2});
+  EXPECT_EQ(NUVOComputeVariogramRangeApprox(&a.image, 0, 0, &rx, &ry, &rz), -1061);
+  EXPECT_EQ(NUVOComputeVariogramRangeApprox(&a.image, 0, 1, &rx, &ry, &rz), -1061);
+  EXPECT_EQ(NUVOComputeVariogramRangeApprox(&a.image, 1, 1, &rx, &ry, &rz), -1100);
 }
 
 }  // namespace
