@@ -12,7 +12,7 @@
 #include "nuvo_sim.h"
 #include "tests/constraints/test_files.hpp"
 #include "tests/data/data_builders.hpp"
-#include "tests/engine/components.hpp"
+#include "tests/support/components.hpp"
 #include "tests/support/pyramid_input.hpp"
 #include "tests/support/verdict.hpp"
 #include "tests/support/warning_recorder.hpp"

@@ -14,7 +14,7 @@
 #include "nuvo_synthetic.h"
 #include "nuvo_variogram.h"
 #include "tests/data/data_builders.hpp"
-#include "tests/engine/components.hpp"
+#include "tests/support/components.hpp"
 #include "tests/support/random.hpp"
 
 namespace {
