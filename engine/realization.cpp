@@ -44,6 +44,7 @@ struct GatheredVariable {
   std::vector<double> value, weight;
   std::vector<std::int8_t> code;  // category codes of the values (coded variables)
   std::vector<int> tiOffset;      // in the chosen training image
+  std::vector<int> index;         // positions in the search neighborhood's list
   std::vector<int> node;          // grid nodes, and their distances in the search
   std::vector<double> distance;   //   neighborhood, as gathered (before any transform)
   int count = 0;
@@ -53,18 +54,20 @@ struct GatheredVariable {
 class RealizationRun {
  public:
   RealizationRun(const RealizationSetup &setup, nuvo_image *sim,
-                 std::span<const signed char> toSimulate, const RealizationMaps &maps)
+                 std::span<const signed char> toSimulate, std::span<unsigned char> informed,
+                 const RealizationMaps &maps)
       : setup_(setup),
         sim_(sim),
         grid_(*sim->grid),
         toSimulate_(toSimulate),
+        informed_(informed),
         maps_(maps),
         gathered_(setup.nvar),
         stats_(setup.ti.size()) {
     for (int v = 0; v < setup.nvar; ++v) {
       const int size = setup.neighborhood[v]->size;
       GatheredVariable &g = gathered_[v];
-      for (auto *a : {&g.dx, &g.dy, &g.dz, &g.tiOffset, &g.node}) a->resize(size);
+      for (auto *a : {&g.dx, &g.dy, &g.dz, &g.tiOffset, &g.index, &g.node}) a->resize(size);
       for (auto *a : {&g.value, &g.weight, &g.distance}) a->resize(size);
       g.code.resize(size);
     }
@@ -145,6 +148,9 @@ class RealizationRun {
   nuvo_image *sim_;
   const nuvo_grid &grid_;
   std::span<const signed char> toSimulate_;
+  // Per variable and node, 1 when the node's value is informed: the gather
+  // reads this small map rather than the values while the grid is sparse.
+  std::span<unsigned char> informed_;
   const RealizationMaps &maps_;
   std::vector<GatheredVariable> gathered_;
   std::vector<int> targets_;                  // variables simulated at the current entry
@@ -214,6 +220,7 @@ bool RealizationRun::gather(int node, const PathSettings &settings) {
     GatheredVariable &g = gathered_[v];
     const double *values = sim_->var + static_cast<long long>(v) * grid_.nxyz;
     const signed char *simulated = toSimulate_.data() + static_cast<long long>(v) * grid_.nxyz;
+    const unsigned char *informed = informed_.data() + static_cast<long long>(v) * grid_.nxyz;
     const int limit = settings.maxNodes[v];
     int n = 0;
     for (int j = 0; j < nb.size && n < limit; ++j) {
@@ -223,16 +230,20 @@ bool RealizationRun::gather(int node, const PathSettings &settings) {
       const int neighbor = xx + grid_.nx * yy + grid_.nxy * zz;
       if (!visible(v, neighbor)) continue;
       // Written in any case and kept when informed: whether a neighbour is
-      // informed follows no pattern, so a branch on it would mostly be mispredicted.
-      const double value = values[neighbor];
-      g.dx[n] = nb.ix[j];
-      g.dy[n] = nb.iy[j];
-      g.dz[n] = nb.iz[j];
-      g.value[n] = value;
-      g.weight[n] = nb.weight[j] * (simulated[neighbor] ? 1.0 : setup_.conditioningWeight[v]);
+      // informed follows no pattern, so a branch on it would mostly be
+      // mispredicted. The kept nodes' values and weights are read below.
+      g.index[n] = j;
       g.node[n] = neighbor;
-      g.distance[n] = nb.distance[j];
-      n += isMissing(value) ? 0 : 1;
+      n += informed[neighbor];
+    }
+    for (int i = 0; i < n; ++i) {
+      const int j = g.index[i], neighbor = g.node[i];
+      g.dx[i] = nb.ix[j];
+      g.dy[i] = nb.iy[j];
+      g.dz[i] = nb.iz[j];
+      g.value[i] = values[neighbor];
+      g.weight[i] = nb.weight[j] * (simulated[neighbor] ? 1.0 : setup_.conditioningWeight[v]);
+      g.distance[i] = nb.distance[j];
     }
     g.count = n;
     any = any || n > 0;
@@ -427,6 +438,7 @@ void RealizationRun::copy(int t, int tiNode, int node) {
   for (int v : targets_) {
     const double value = valueAt(ti, v, tiNode);
     valueAt(sim_, v, node) = value;
+    informed_[static_cast<std::size_t>(v) * grid_.nxyz + node] = isMissing(value) ? 0 : 1;
     if (ProbabilityConstraint *c = setup_.constraint(v))
       c->assign(node, c->trainClass(t)[tiNode], tally_[static_cast<std::size_t>(v)]);
     if (BlockConstraint *b = setup_.blockConstraint(v)) b->assign(node, value);
@@ -698,10 +710,12 @@ int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
                         int baseSeed, const RealizationMaps &maps, FILE *report,
                         nuvo_progressMonitor *pm, nuvo_progressCallback callback) {
   return guardedCall([&] {
-    std::vector<RealizationRun> runs(static_cast<std::size_t>(pathThreads(setup)),
-                                     RealizationRun(setup, sim, toSimulate, maps));
-    RealizationRun &run = runs[0];
     const int nxyz = sim->grid->nxyz;
+    std::vector<unsigned char> informed(static_cast<std::size_t>(setup.nvar) * nxyz);
+    for (std::size_t k = 0; k < informed.size(); ++k) informed[k] = isMissing(sim->var[k]) ? 0 : 1;
+    std::vector<RealizationRun> runs(static_cast<std::size_t>(pathThreads(setup)),
+                                     RealizationRun(setup, sim, toSimulate, informed, maps));
+    RealizationRun &run = runs[0];
     const std::size_t nentry =
         setup.vectorMode ? nxyz : static_cast<std::size_t>(nxyz) * setup.nvar;
     std::vector<signed char> state(nentry, 0);
@@ -736,6 +750,7 @@ int simulateRealization(const RealizationSetup &setup, nuvo_image *sim,
           BlockConstraint *b = setup.blockConstraint(v);
           if (b != nullptr && !isMissing(value)) b->clear(node, value);
           value = NUVO_MISSING_VALUE;
+          informed[static_cast<std::size_t>(v) * nxyz + node] = 0;
           if (ProbabilityConstraint *c = setup.constraint(v)) c->clear(node);
           if (setup.pattern != nullptr) setup.pattern->clear(v, node);
         }
