@@ -5,16 +5,13 @@
 #include <span>
 
 #include "constraints/probability_constraint.hpp"
+#include "data/values.hpp"
 #include "foundation/check.hpp"
 
 namespace nuvo {
 namespace {
 
 constexpr double kLocalSumTolerance = 0.01;
-
-bool isMissing(double v) {
-  return v == NUVO_MISSING_VALUE;
-}
 
 // `failure` when an informed value lies in no class.
 int checkValues(const nuvo_classOfValues &classes, std::span<const double> values, int failure) {

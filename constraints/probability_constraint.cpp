@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "constraints/pdf_comparison.hpp"
+#include "data/values.hpp"
 #include "foundation/check.hpp"
 
 namespace nuvo {
@@ -10,10 +11,6 @@ namespace {
 
 constexpr int kTrainValueInNoClass = -1928;
 constexpr int kDatumInNoClass = -1929;
-
-bool isMissing(double v) {
-  return v == NUVO_MISSING_VALUE;
-}
 
 // The class index of every node of variable v of `image`; `failure` when an
 // informed value lies in no class.

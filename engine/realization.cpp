@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cmath>
 
+#include "data/values.hpp"
 #include "engine/coded_event.hpp"
 #include "engine/constrained_event.hpp"
 #include "engine/packed_event.hpp"
@@ -28,10 +29,6 @@ constexpr int kEmptyWindowPostProcessing = 39;
 // entries' neighbourhoods overlap so much that the threads would mostly wait
 // for one another (30 x 30 grids ran twice as slowly on two threads).
 constexpr std::size_t kMinPositionsPerThread = 512;
-
-bool isMissing(double v) {
-  return v == NUVO_MISSING_VALUE;
-}
 
 // Base seed plus entry position, with 32-bit wrap-around.
 int entrySeed(int base, int position) {
