@@ -48,7 +48,7 @@ void CodeGroups::group() {
   // Most costly first.
   std::stable_sort(built_.begin(), built_.end(),
                    [](const Built &a, const Built &b) { return a.cost > b.cost; });
-  group_.resize(built_.size());
+  group_.assign(std::max(built_.size(), kFirst), Group{});
   for (std::size_t k = 0; k < built_.size(); ++k) group_[k] = built_[k].group;
 }
 

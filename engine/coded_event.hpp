@@ -17,8 +17,11 @@
 //   lower bound of the full one, exceeds the limit, so the order of the groups
 //   cannot change the outcome, only how soon a candidate is dropped.
 // - The first three groups are read without a branch, the limit being checked
-//   after them and then after each group: most candidates end there, and the
-//   branch on each group would be unpredictable.
+//   after them and then after each group: most candidates end there (nine in
+//   ten on the channel case), and the branch on each group would be
+//   unpredictable. A smaller event is topped up with empty groups, so the three
+//   reads need no test, and the count is inlined into the scan's loop: together
+//   about 15 % of the channel case.
 //
 // Uniform weights (CodedEvent). The bound is set once per improvement of the
 // best error (bound), not per candidate: with `best` fixed, DataEvent accepts a
@@ -61,6 +64,9 @@ namespace nuvo {
 class CodeGroups {
  public:
   static constexpr int kGroupBytes = 16;
+  // The groups read before the first check of the limit: every event has at
+  // least as many, empty ones (no level) filling in for a small event.
+  static constexpr std::size_t kFirst = 3;
 
   // Lists the nodes of `ev` by offset, node i counting level[i] when it differs.
   void list(const VariableEvent &ev, const std::vector<int> &level);
@@ -78,15 +84,12 @@ class CodeGroups {
 
   // The candidate's sum of the levels of its differing nodes, or a sum above
   // `limit` as soon as it exceeds it.
-  int sum(int node, int limit) const {
-    constexpr std::size_t kFirst = 3;
+  [[gnu::always_inline]] int sum(int node, int limit) const {
     const std::int8_t *ti = tiCode_ + node;
-    const std::size_t ng = group_.size();
-    std::size_t k = ng < kFirst ? ng : kFirst;
-    Bytes levels{};
-    for (std::size_t j = 0; j < k; ++j) levels += group_[j].differing(ti);
-    int s = total(levels);
-    for (; k < ng && s <= limit; ++k) s += total(group_[k].differing(ti));
+    const Group *g = group_.data();
+    int s = total(g[0].differing(ti) + g[1].differing(ti) + g[2].differing(ti));
+    for (const Group *k = g + kFirst, *end = g + group_.size(); k < end && s <= limit; ++k)
+      s += total(k->differing(ti));
     return s;
   }
 
