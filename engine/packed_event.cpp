@@ -59,22 +59,26 @@ void PackedEvent<Bits>::prepare(CodedEvent &coded, const std::uint8_t *packed) {
   }
   std::stable_sort(built_.begin(), built_.end(),
                    [](const Built &a, const Built &b) { return a.cost > b.cost; });
-  ngroup_ = built_.size();
-  group_.assign(kPerByte * ngroup_, {});
+  // Groups k and k + 1 (k even) share a pair, and empty groups make up at least
+  // the two pairs that every candidate reads.
+  npair_ = std::max<std::size_t>(2, (built_.size() + 1) / 2);
+  pair_.assign(kPerByte * npair_, {});
   for (int phase = 0; phase < kPerByte; ++phase) {
-    phase_[static_cast<std::size_t>(phase)] =
-        group_.data() + static_cast<std::size_t>(phase) * ngroup_;
-    for (std::size_t k = 0; k < ngroup_; ++k) {
+    Pair *first = pair_.data() + static_cast<std::size_t>(phase) * npair_;
+    phase_[static_cast<std::size_t>(phase)] = first;
+    for (std::size_t k = 0; k < built_.size(); ++k) {
       const Built &b = built_[k];
-      Group &g = group_[static_cast<std::size_t>(phase) * ngroup_ + k];
-      g.byte = floorDivide(phase + node[static_cast<std::size_t>(b.first)].offset, kPerByte);
+      Pair &pair = first[k / 2];
+      const std::size_t lane = k % 2;
+      const int byte = floorDivide(phase + node[static_cast<std::size_t>(b.first)].offset, kPerByte);
+      pair.byte[lane] = byte;
       for (int i = b.first; i <= b.last; ++i) {
         const CodeGroups::Node &nd = node[static_cast<std::size_t>(i)];
         if (foreign(nd)) continue;
-        const int at = Bits * (phase + nd.offset - kPerByte * g.byte);
-        g.code |= static_cast<std::uint64_t>(fieldOf(static_cast<std::int8_t>(nd.code), Bits))
-                  << at;
-        g.low |= std::uint64_t{1} << at;
+        const int at = Bits * (phase + nd.offset - kPerByte * byte);
+        pair.code[lane] |= static_cast<std::uint64_t>(fieldOf(static_cast<std::int8_t>(nd.code), Bits))
+                           << at;
+        pair.low[lane] |= std::uint64_t{1} << at;
       }
     }
   }
