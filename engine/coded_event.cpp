@@ -9,6 +9,8 @@
 namespace nuvo {
 
 static_assert(kCodePadding >= CodeGroups::kGroupBytes - 1, "a group read must stay in the codes");
+static_assert(WeightedCodedEvent::kWeightLevels * CodeGroups::kFirst <= 255,
+              "the first groups' levels must add up in a byte");
 
 void CodeGroups::list(const VariableEvent &ev, const std::vector<int> &level) {
   const int n = ev.count;

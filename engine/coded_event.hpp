@@ -16,12 +16,12 @@
 //   image), times its level. A candidate is abandoned once its partial sum, a
 //   lower bound of the full one, exceeds the limit, so the order of the groups
 //   cannot change the outcome, only how soon a candidate is dropped.
-// - The first three groups are read without a branch, the limit being checked
-//   after them and then after each group: most candidates end there (nine in
-//   ten on the channel case), and the branch on each group would be
-//   unpredictable. A smaller event is topped up with empty groups, so the three
-//   reads need no test, and the count is inlined into the scan's loop: together
-//   about 15 % of the channel case.
+// - The first four groups are read without a branch, the limit being checked
+//   after them and then after each group: most candidates end there, and the
+//   branch on each group would be unpredictable. A smaller event is topped up
+//   with empty groups, so the four reads need no test, and the count is inlined
+//   into the scan's loop (about 15 % of the channel case; four groups rather
+//   than three, another 3 to 6 %).
 //
 // Uniform weights (CodedEvent). The bound is set once per improvement of the
 // best error (bound), not per candidate: with `best` fixed, DataEvent accepts a
@@ -66,7 +66,7 @@ class CodeGroups {
   static constexpr int kGroupBytes = 16;
   // The groups read before the first check of the limit: every event has at
   // least as many, empty ones (no level) filling in for a small event.
-  static constexpr std::size_t kFirst = 3;
+  static constexpr std::size_t kFirst = 4;
 
   // Lists the nodes of `ev` by offset, node i counting level[i] when it differs.
   void list(const VariableEvent &ev, const std::vector<int> &level);
@@ -87,7 +87,9 @@ class CodeGroups {
   [[gnu::always_inline]] int sum(int node, int limit) const {
     const std::int8_t *ti = tiCode_ + node;
     const Group *g = group_.data();
-    int s = total(g[0].differing(ti) + g[1].differing(ti) + g[2].differing(ti));
+    Bytes levels{};
+    for (std::size_t j = 0; j < kFirst; ++j) levels += g[j].differing(ti);
+    int s = total(levels);
     for (const Group *k = g + kFirst, *end = g + group_.size(); k < end && s <= limit; ++k)
       s += total(k->differing(ti));
     return s;
@@ -175,7 +177,7 @@ class CodedEvent {
 class WeightedCodedEvent {
  public:
   static constexpr double floor = 0.0;
-  static constexpr int kWeightLevels = 85;  // three groups of such bytes add up in a byte
+  static constexpr int kWeightLevels = 63;  // four groups of such bytes add up in a byte
 
   // Takes `event` when it is one coded variable with weights and no constraint
   // term, else returns false.
