@@ -96,8 +96,8 @@ bool WeightedCodedEvent::prepareVariable(const DataEvent &event) {
   termSum_ = sum;
   level_.resize(static_cast<std::size_t>(ev.count));
   for (int i = 0; i < ev.count; ++i) {
-    const double q = unit_ > 0.0 ? std::floor(ev.weight[i] * ev.invThreshold / unit_ * (1.0 - 1e-9))
-                                 : 0.0;
+    const double q =
+        unit_ > 0.0 ? std::floor(ev.weight[i] * ev.invThreshold / unit_ * (1.0 - 1e-9)) : 0.0;
     level_[static_cast<std::size_t>(i)] = static_cast<int>(std::clamp(q, 0.0, 1.0 * kWeightLevels));
   }
   groups_.list(ev, level_);

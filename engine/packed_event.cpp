@@ -70,14 +70,15 @@ void PackedEvent<Bits>::prepare(CodedEvent &coded, const std::uint8_t *packed) {
       const Built &b = built_[k];
       Pair &pair = first[k / 2];
       const std::size_t lane = k % 2;
-      const int byte = floorDivide(phase + node[static_cast<std::size_t>(b.first)].offset, kPerByte);
+      const int byte =
+          floorDivide(phase + node[static_cast<std::size_t>(b.first)].offset, kPerByte);
       pair.byte[lane] = byte;
       for (int i = b.first; i <= b.last; ++i) {
         const CodeGroups::Node &nd = node[static_cast<std::size_t>(i)];
         if (foreign(nd)) continue;
         const int at = Bits * (phase + nd.offset - kPerByte * byte);
-        pair.code[lane] |= static_cast<std::uint64_t>(fieldOf(static_cast<std::int8_t>(nd.code), Bits))
-                           << at;
+        pair.code[lane] |=
+            static_cast<std::uint64_t>(fieldOf(static_cast<std::int8_t>(nd.code), Bits)) << at;
         pair.low[lane] |= std::uint64_t{1} << at;
       }
     }

@@ -104,8 +104,8 @@ class PackedEvent {
 
   // Two groups, one per lane: an empty lane (no low bit) counts nothing.
   struct Pair {
-    Words code{};  // the event's fields
-    Words low{};   // the low bit of each of the group's fields
+    Words code{};               // the event's fields
+    Words low{};                // the low bit of each of the group's fields
     std::array<int, 2> byte{};  // the byte read, from the candidate's byte
     // 1 in the low bit of each field that differs from the event, 0 elsewhere.
     Words mismatches(const std::uint8_t *base) const {
@@ -145,8 +145,8 @@ class PackedEvent {
   std::size_t npair_ = 0;                          // pairs per phase, at least 2
   std::vector<Pair> pair_;                         // per phase, then per pair
   std::array<const Pair *, kPerByte> phase_ = {};  // each phase's first pair
-  std::vector<Built> built_;                        // scratch of prepare
-  int fixed_ = 0;                                   // foreign nodes: a mismatch at every candidate
+  std::vector<Built> built_;                       // scratch of prepare
+  int fixed_ = 0;                                  // foreign nodes: a mismatch at every candidate
   int limit_ = 0;  // the most mismatches still accepted, less fixed_
 };
 
