@@ -60,10 +60,26 @@
 
 namespace nuvo {
 
+// Sixteen bytes, one vector operation (SSE2 on x86-64; a compiler vector).
+using ByteVector = std::uint8_t __attribute__((vector_size(16)));
+
+// The sum of the bytes of `v`: one sum of absolute differences with 0 on x86-64,
+// which adds each half's bytes into a 16-bit lane.
+inline int sumOfBytes(ByteVector v) {
+#if defined(__SSE2__)
+  const __m128i sums = _mm_sad_epu8(reinterpret_cast<__m128i>(v), _mm_setzero_si128());
+  return _mm_cvtsi128_si32(sums) + _mm_extract_epi16(sums, 4);
+#else
+  int s = 0;
+  for (int i = 0; i < 16; ++i) s += v[i];
+  return s;
+#endif
+}
+
 // The nodes of one variable's data event packed into groups of the code image.
 class CodeGroups {
  public:
-  static constexpr int kGroupBytes = 16;
+  static constexpr int kGroupBytes = sizeof(ByteVector);
   // The groups read before the first check of the limit: every event has at
   // least as many, empty ones (no level) filling in for a small event.
   static constexpr std::size_t kFirst = 4;
@@ -89,26 +105,14 @@ class CodeGroups {
     const Group *g = group_.data();
     Bytes levels{};
     for (std::size_t j = 0; j < kFirst; ++j) levels += g[j].differing(ti);
-    int s = total(levels);
+    int s = sumOfBytes(levels);
     for (const Group *k = g + kFirst, *end = g + group_.size(); k < end && s <= limit; ++k)
-      s += total(k->differing(ti));
+      s += sumOfBytes(k->differing(ti));
     return s;
   }
 
  private:
-  using Bytes = std::uint8_t __attribute__((vector_size(kGroupBytes)));
-  // The sum of the bytes of `levels` (one sum of absolute differences with 0 on
-  // x86-64, which adds each half's bytes into a 16-bit lane).
-  static int total(Bytes levels) {
-#if defined(__SSE2__)
-    const __m128i sums = _mm_sad_epu8(reinterpret_cast<__m128i>(levels), _mm_setzero_si128());
-    return _mm_cvtsi128_si32(sums) + _mm_extract_epi16(sums, 4);
-#else
-    int s = 0;
-    for (int i = 0; i < kGroupBytes; ++i) s += levels[i];
-    return s;
-#endif
-  }
+  using Bytes = ByteVector;
   struct Group {
     Bytes code{};   // the event's codes at their bytes
     Bytes level{};  // the level of each node at its byte, 0 elsewhere

@@ -24,10 +24,9 @@
 //   same steps applied to each lane. Adding the flags of two pairs gives fields
 //   of at most 2; two-bit fields are then folded in pairs into 4-bit fields
 //   (four-bit ones already are), of at most 4, then bytes of at most 8, and the
-//   bytes of both lanes are added up (one sum of absolute differences with 0 on
-//   x86-64, a multiplication per lane elsewhere): an exact count of the
-//   mismatches, with no population-count instruction, which x86-64 lacks by
-//   default. Half the operations of a word at a time: about 20 % of the lens
+//   bytes of both lanes are added up (sumOfBytes, the byte groups' sum): an
+//   exact count of the mismatches, with no population-count instruction, which
+//   x86-64 lacks by default. Half the operations of a word at a time: about 20 % of the lens
 //   case of the benchmark and 15 % with six facies.
 // - The groups are ordered as CodedEvent orders its own (most costly first) and
 //   the count is checked against the same limit: after the first two pairs,
@@ -44,9 +43,6 @@
 #include <cstring>
 #include <span>
 #include <vector>
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
 
 #include "engine/coded_event.hpp"
 
@@ -127,13 +123,7 @@ class PackedEvent {
   // The sum of the 4-bit fields (at most 8 each) of both lanes.
   static int total(Words nibbles) {
     const Words bytes = (nibbles + (nibbles >> 4)) & broadcast(0x0f0f0f0f0f0f0f0full);
-#if defined(__SSE2__)
-    const __m128i sums = _mm_sad_epu8(reinterpret_cast<__m128i>(bytes), _mm_setzero_si128());
-    return _mm_cvtsi128_si32(sums) + _mm_extract_epi16(sums, 4);
-#else
-    constexpr std::uint64_t kOnes = 0x0101010101010101ull;
-    return static_cast<int>((bytes[0] * kOnes) >> 56) + static_cast<int>((bytes[1] * kOnes) >> 56);
-#endif
+    return sumOfBytes(reinterpret_cast<ByteVector>(bytes));
   }
   struct Built {
     int first = 0, last = 0;  // its first and last node in the coded event's nodes
