@@ -39,6 +39,7 @@ void CodeGroups::group() {
         nd.offset == last) {
       built_.emplace_back();
       built_.back().group.start = nd.offset;
+      built_.back().rank = static_cast<int>(built_.size());
     }
     last = nd.offset;
     Group &g = built_.back().group;
@@ -47,9 +48,11 @@ void CodeGroups::group() {
     g.level[at] = static_cast<std::uint8_t>(nd.level);
     built_.back().cost += nd.cost;
   }
-  // Most costly first.
-  std::stable_sort(built_.begin(), built_.end(),
-                   [](const Built &a, const Built &b) { return a.cost > b.cost; });
+  // Most costly first, equal costs in offset order: the order of a stable sort,
+  // without the buffer that std::stable_sort allocates at every data event.
+  std::sort(built_.begin(), built_.end(), [](const Built &a, const Built &b) {
+    return a.cost != b.cost ? a.cost > b.cost : a.rank < b.rank;
+  });
   group_.assign(std::max(built_.size(), kFirst), Group{});
   for (std::size_t k = 0; k < built_.size(); ++k) group_[k] = built_[k].group;
 }

@@ -127,6 +127,7 @@ class CodeGroups {
   struct Built {
     Group group;
     long long cost = 0;
+    int rank = 0;  // its place in offset order
   };
 
   const std::int8_t *tiCode_ = nullptr;

@@ -57,8 +57,10 @@ void PackedEvent<Bits>::prepare(CodedEvent &coded, const std::uint8_t *packed) {
     built_.back().last = at;
     built_.back().cost += nd.cost;
   }
-  std::stable_sort(built_.begin(), built_.end(),
-                   [](const Built &a, const Built &b) { return a.cost > b.cost; });
+  // Most costly first, equal costs in offset order (as CodeGroups::group).
+  std::sort(built_.begin(), built_.end(), [](const Built &a, const Built &b) {
+    return a.cost != b.cost ? a.cost > b.cost : a.first < b.first;
+  });
   // Groups k and k + 1 (k even) share a pair, and empty groups make up at least
   // the two pairs that every candidate reads.
   npair_ = std::max<std::size_t>(2, (built_.size() + 1) / 2);
