@@ -88,9 +88,12 @@ class PackedEvent {
     const Pair *p = phase_[at % kPerByte];
     const std::uint8_t *base = packed_ + at / kPerByte;
     int count = total(fields(p[0].mismatches(base) + p[1].mismatches(base)));
-    for (const Pair *k = p + 2, *end = p + npair_; count <= limit_ && k < end; ++k)
+    if (count > limit_) return kAbandoned;
+    for (const Pair *k = p + 2, *end = p + npair_; k < end; ++k) {
       count += total(fields(k->mismatches(base)));
-    return count > limit_ ? kAbandoned : coded_->error(fixed_ + count);
+      if (count > limit_) return kAbandoned;
+    }
+    return coded_->error(fixed_ + count);
   }
 
  private:

@@ -96,6 +96,9 @@ ScanResult scanTrainingImage(ScanWalker walker, int nscan, Event &event, Usable 
     const int node = walker.tiNode();
     if (!usable(node)) continue;
     const double e = event.errorAt(node, result.error);
+    // An abandoned candidate goes straight to the next one: where the event
+    // returns the constant, the compiler then drops the comparison with the best.
+    if (e == kAbandoned) continue;
     if (e < result.error) {
       result.error = e;
       result.tiNode = node;
