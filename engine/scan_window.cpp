@@ -79,6 +79,9 @@ ScanWalker::ScanWalker(const ScanWindow &window, const nuvo_grid &ti, ScanOrder 
   wrapX_ = nxTi - nx_;
   wrapY_ = nxyTi - ny_ * nxTi;
   wrapZ_ = -nz_ * nxyTi;
+  x_ -= nx_;
+  y_ -= ny_;
+  z_ -= nz_;
 }
 
 }  // namespace nuvo

@@ -48,27 +48,29 @@ ScanOrder drawScanOrder(const ScanWindow &window, int nscan, nuvo_randContext *c
 // Walks the positions start, start + stride, ... of a window, giving each one's
 // node index in the training image. Positions are kept as box coordinates and
 // advanced by mixed-radix addition, the node index alongside, so no division or
-// product is made per candidate.
+// product is made per candidate. Each coordinate is held less the box's size
+// along its axis, so that it is negative inside the box and the addition that
+// moves it also tells whether it carries.
 class ScanWalker {
  public:
   ScanWalker(const ScanWindow &window, const nuvo_grid &ti, ScanOrder order);
   int tiNode() const { return static_cast<int>(node_); }
   void advance() {
-    x_ += dx_;
     node_ += step_;
-    const bool cx = x_ >= nx_;
-    if (cx) {
+    x_ += dx_;
+    if (x_ >= 0) {
       x_ -= nx_;
       node_ += wrapX_;
+      ++y_;
     }
-    y_ += dy_ + cx;
-    const bool cy = y_ >= ny_;
-    if (cy) {
+    y_ += dy_;
+    if (y_ >= 0) {
       y_ -= ny_;
       node_ += wrapY_;
+      ++z_;
     }
-    z_ += dz_ + cy;
-    if (z_ >= nz_) {
+    z_ += dz_;
+    if (z_ >= 0) {
       z_ -= nz_;
       node_ += wrapZ_;
     }
@@ -76,7 +78,7 @@ class ScanWalker {
 
  private:
   int nx_, ny_, nz_;  // the box
-  int x_, y_, z_;     // current position in the box
+  int x_, y_, z_;     // current position in the box, less the box's size
   int dx_, dy_, dz_;  // the stride in box coordinates
   // The current position's node in the training image, and the stride's move
   // there without carries (64 bits: a move and a node may add up past 2^31).
